@@ -1,0 +1,47 @@
+#include "base/path.h"
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstring>
+
+namespace tarvyle {
+
+char prog_dir[kPathSize];
+
+void SetProgDir(const char* own_path) {
+  std::snprintf(prog_dir, sizeof prog_dir, "%s", own_path != nullptr ? own_path : "");
+  char* separator = std::strrchr(prog_dir, '/');
+  if (separator == nullptr) separator = std::strrchr(prog_dir, '\\');
+  if (separator != nullptr) {
+    separator[1] = '\0';
+  } else {
+    prog_dir[0] = '\0';
+  }
+}
+
+const char* ConCat(const char* first, const char* second) {
+  static char buffers[8][kPathSize];
+  static unsigned next = 0;
+  char* joined = buffers[next];
+  next = (next + 1) % 8;
+  std::snprintf(joined, kPathSize, "%s%s", first, second);
+  return joined;
+}
+
+const char* ConCat(const char* file_name) { return ConCat(prog_dir, file_name); }
+
+long file_size(const char* path) {
+  std::FILE* file = std::fopen(path, "rb");
+  struct stat status {};
+  const bool regular =
+      file != nullptr && fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
+  if (file != nullptr) std::fclose(file);
+  if (!regular) {
+    std::fprintf(stderr, "------> error: file_size() - file %s not open\n", path);
+    return 0;
+  }
+  return static_cast<long>(status.st_size);
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,67 @@
+// Reads the opening book's text file.
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "book/book.h"
+#include "book/epd.h"
+#include "book/learn.h"
+#include "book/tokenizer.h"
+#include "position/game.h"
+#include "position/legal.h"
+#include "position/setup.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr int kLineSize = 65535;  // 65534 characters and the zero
+
+bool IsOpeningLine(const char* line) {
+  line += std::strspn(line, " ");
+  return *line != '\0' && *line != '\n' && *line != '#';
+}
+
+// A node with the same key but another text does not stop a second one from being entered.
+void EnterPosition() {
+  char text[kEpdSize];
+  MakeEpd(text);
+  const LearnNode* known = SearchNode(g.side, g.key.low, g.key.high);
+  if (known == nullptr || std::strcmp(known->text, text) != 0) LinkLearnNode(NewLNode(text));
+}
+
+void ReadLine(char* line, int number) {
+  Tokenizer tokens;
+  InitToken(tokens, line, " !?#,;\r\n");
+  while (const char* token = GetToken(tokens)) {
+    Move move = 0;
+    if (!StrToMove(token, move) || !InsertMoveInGame(move, 0)) {
+      std::printf("#error: line %d, lexem %s\n", number, token);
+      return;
+    }
+    EnterPosition();
+  }
+}
+
+}  // namespace
+
+bool ReadLibFile(const char* path) {
+  std::FILE* file = std::fopen(path, "r");
+  if (file == nullptr) return false;
+  const auto game = std::make_unique<GameRecord>(g);
+  InitNewGame();
+  const auto start = std::make_unique<GameRecord>(g);
+  const auto line = std::make_unique<char[]>(kLineSize);
+  int number = 0;
+  while (std::fgets(line.get(), kLineSize, file) != nullptr) {
+    if (!IsOpeningLine(line.get())) continue;
+    SetRecord(*start);
+    ReadLine(line.get(), ++number);
+  }
+  std::fclose(file);
+  SetRecord(*game);
+  return true;
+}
+
+}  // namespace tarvyle

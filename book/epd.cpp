@@ -1,0 +1,83 @@
+#include "book/epd.h"
+
+#include "position/castling.h"
+#include "position/movegen.h"
+#include "position/record.h"
+
+namespace tarvyle {
+
+namespace {
+
+char* PutRow(char* out, int row) {
+  int empty = 0;
+  for (Square square = 8 * row; square < 8 * row + 8; ++square) {
+    if (g.board[square] == NoPiece) {
+      ++empty;
+      continue;
+    }
+    if (empty > 0) *out++ = static_cast<char>('0' + empty);
+    empty = 0;
+    *out++ = kPieceLetters[g.color[square]][g.board[square]];
+  }
+  if (empty > 0) *out++ = static_cast<char>('0' + empty);
+  return out;
+}
+
+bool RightStands(int colour, std::uint32_t right, Square rook_home) {
+  return (g.castle & right) != 0 && Holds(kKingHome[colour], King, colour) &&
+         Holds(rook_home, Rook, colour);
+}
+
+char* PutCastling(char* out) {
+  const char* const begin = out;
+  for (int colour = White; colour <= Black; ++colour) {
+    if (RightStands(colour, LongRight(colour), kLongRookHome[colour])) {
+      *out++ = kPieceLetters[colour][Queen];
+    }
+    if (RightStands(colour, ShortRight(colour), kShortRookHome[colour])) {
+      *out++ = kPieceLetters[colour][King];
+    }
+  }
+  if (out == begin) *out++ = '-';
+  return out;
+}
+
+char* PutEnPassant(char* out) {
+  const Square square = en_pass_to(LastMove(), g.xside);
+  if (square == 0) {
+    *out++ = '-';
+    return out;
+  }
+  *out++ = chb[square][0];
+  *out++ = chb[square][1];
+  return out;
+}
+
+}  // namespace
+
+Square en_pass_to(Move move, int side) {
+  const Square to = TargetOf(move);
+  const int step = OriginOf(move) - to;
+  if (PieceOf(move) != Pawn || (step != 16 && step != -16)) return 0;
+  const bool beside = (FileOf(to) > 0 && Holds(to - 1, Pawn, 1 - side)) ||
+                      (FileOf(to) < 7 && Holds(to + 1, Pawn, 1 - side));
+  return beside ? to - dP[side] : 0;
+}
+
+void MakeEpd(char* buffer) {
+  char* out = buffer;
+  for (int row = 0; row < 8; ++row) {
+    if (row > 0) *out++ = '/';
+    out = PutRow(out, row);
+  }
+  *out++ = ' ';
+  *out++ = g.side == White ? 'w' : 'b';
+  *out++ = ' ';
+  out = PutCastling(out);
+  *out++ = ' ';
+  out = PutEnPassant(out);
+  while (out[-1] == '-' || out[-1] == ' ') --out;
+  *out = '\0';
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,132 @@
+#include "book/learnfile.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "book/learn.h"
+#include "book/learnmemory.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr std::size_t kBeforeRecord = offsetof(LearnNode, key_lo);  // node bytes not in the file
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+struct FreeMemory {
+  void operator()(char* memory) const { std::free(memory); }
+};
+using Memory = std::unique_ptr<char, FreeMemory>;
+
+// The bytes of a learn file, or none when it cannot be read.
+struct FileBytes {
+  Memory bytes;
+  std::size_t size = 0;
+};
+
+bool ReadFile(const char* path, FileBytes& content) {
+  const File file(std::fopen(path, "rb"));
+  struct stat status {};
+  if (!file || fstat(fileno(file.get()), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  content.size = static_cast<std::size_t>(status.st_size);
+  content.bytes.reset(static_cast<char*>(std::malloc(content.size + 1)));
+  return content.bytes &&
+         std::fread(content.bytes.get(), 1, content.size, file.get()) == content.size;
+}
+
+// Length of the record at `record`, or 0 when it is damaged: cut short, shorter than a text needs,
+// a text without its end, or a wrong check byte.
+std::size_t SoundRecordLength(const char* record, std::size_t bytes_left) {
+  if (bytes_left < kLearnHeader + 1) return 0;
+  LearnNode header;
+  std::memcpy(&header.key_lo, record, kLearnHeader);
+  if (header.length < kMinLearnRecord) return 0;
+  const auto length = static_cast<std::size_t>(header.length);
+  if (length > bytes_left) return 0;
+  const char* text = record + kLearnHeader;
+  if (std::memchr(text, '\0', length - kLearnHeader) == nullptr) return 0;
+  return static_cast<std::uint8_t>(StrHashKey(text)) == header.check ? length : 0;
+}
+
+// Bytes that a node with a record of this length takes inside a block of nodes.
+constexpr std::size_t NodeStride(std::size_t length) {
+  return (kBeforeRecord + length + alignof(LearnNode) - 1) / alignof(LearnNode) *
+         alignof(LearnNode);
+}
+
+// Bytes of a block that holds a node for every record; false when one is damaged.
+bool MeasureNodes(const FileBytes& content, std::size_t& block_size) {
+  block_size = 0;
+  for (std::size_t at = 0; at < content.size;) {
+    const std::size_t length = SoundRecordLength(content.bytes.get() + at, content.size - at);
+    if (length == 0) return false;
+    block_size += NodeStride(length);
+    at += length;
+  }
+  return true;
+}
+
+// Copies every record into its node of the block and links it.
+void LinkNodes(const FileBytes& content, char* block) {
+  for (std::size_t at = 0; at < content.size;) {
+    auto* node = reinterpret_cast<LearnNode*>(block);
+    const std::size_t length = SoundRecordLength(content.bytes.get() + at, content.size - at);
+    std::memcpy(block + kBeforeRecord, content.bytes.get() + at, length);
+    LinkLearnNode(node);
+    block += NodeStride(length);
+    at += length;
+  }
+}
+
+bool WriteNode(LearnNode& node, std::FILE* file) {
+  node.check = static_cast<std::uint8_t>(StrHashKey(node.text));
+  node.link = 0;
+  const auto length = static_cast<std::size_t>(node.length);
+  const char* record = reinterpret_cast<const char*>(&node) + kBeforeRecord;
+  return std::fwrite(record, 1, length, file) == length;
+}
+
+bool WriteTable(std::FILE* file) {
+  for (LearnNode* head : learn) {
+    for (LearnNode* node = head; node != nullptr; node = node->next) {
+      if (!WriteNode(*node, file)) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+bool LoadLearnTable(const char* path) {
+  FileBytes content;
+  std::size_t block_size = 0;
+  if (!ReadFile(path, content) || !MeasureNodes(content, block_size)) {
+    LearnClear();
+    return false;
+  }
+  char* block = static_cast<char*>(LearnAllocate(block_size));
+  if (block == nullptr) {
+    LearnClear();
+    return false;
+  }
+  LinkNodes(content, block);
+  return true;
+}
+
+bool SaveLearnTable(const char* path) {
+  std::FILE* file = std::fopen(path, "wb");
+  if (file == nullptr) return false;
+  const bool written = WriteTable(file) && std::fflush(file) == 0 && fsync(fileno(file)) == 0;
+  return std::fclose(file) == 0 && written;
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+
+#include "position/types.h"
+
+namespace tarvyle {
+
+// What a sliding piece sees along its lines.
+struct RayScan {
+  int empty;  // empty squares up to the first piece of each line
+  int bonus;  // for pins and x-rays
+};
+
+// Scans the lines of a sliding piece of `colour` standing on `square`, with the attack words of
+// the opponent and of the own side, and writes the mobility count and the pin and x-ray bonus.
+void Mobile_Pin_XRay(Square square, int piece, int colour, RayScan& result,
+                     const std::uint32_t* opponent_attacks, const std::uint32_t* own_attacks);
+
+}  // namespace tarvyle

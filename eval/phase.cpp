@@ -1,0 +1,35 @@
+#include "eval/phase.h"
+
+#include "eval/tables.h"
+#include "position/record.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr int kFullWeight = 40;
+constexpr int kOneMinorPiece = 4;
+
+}  // namespace
+
+int OpponentWeight(int colour) {
+  const auto& count = g.piece_cnt[1 - colour];
+  // A lone bishop weighs more than a lone knight, deliberately.
+  return 14 * count[Queen] + 6 * count[Rook] + 3 * count[Knight] + 4 * count[Bishop];
+}
+
+double Stage(int colour) {
+  const int weight = OpponentWeight(colour);
+  return weight <= kOneMinorPiece ? 0.0 : min(weight, kFullWeight) / double{kFullWeight};
+}
+
+int stage_nb_int(int colour) {
+  static constexpr int kByMinors[12] = {0, 0, 1, 3, 4, 4, 4, 4, 4, 4, 4, 4};
+  static constexpr int kByBishops[14] = {0, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
+  const int knights = g.piece_cnt[1 - colour][Knight];
+  const int bishops = g.piece_cnt[1 - colour][Bishop];
+  // A set-up may place more pieces than the tables name; the last entries hold for those.
+  return min(4, kByMinors[min(knights + bishops, 11)] + kByBishops[min(bishops, 13)]);
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "position/types.h"
+
+// The piece-square tables, generated from how pieces move and bent by the material at the root.
+
+namespace tarvyle {
+
+// By colour, piece code and square, in 1/1000 pawn; codes 0 and 7 stay 0. Rebuilt as a whole by
+// InitEvaluate, read by Evaluate.
+extern int score_table[2][8][kSquares];
+
+// Rebuilds `score_table` for the piece counts now on the board. Runs at the start of each search,
+// so inside one search the king tables reflect the material at its root.
+void InitEvaluate();
+
+// Fills a 64-entry table for one piece and colour. Pieces other than the pawn get a value for how
+// many forward squares can be reached from each square in three rounds of moves on an empty board;
+// the best square gets exactly `scale`. The pawn's table (which InitEvaluate does not use) rates
+// the cone of squares between the pawn and its promotion row.
+void GenScoreTable(int piece, int* table, int colour, int scale);
+
+// Squares of the promotion cone of a pawn on `square`, seen on the promotion row: the pawn's own
+// file and what a diagonal walk to either side can reach before the edge.
+int CntAtkPromoteSq(Square square, int colour);
+
+// Rows between a pawn on `square` and its promotion row.
+int PromotePathLen(Square square, int colour);
+
+}  // namespace tarvyle

@@ -1,0 +1,75 @@
+#include "frontend/display.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "frontend/machine.h"
+#include "frontend/state.h"
+#include "position/record.h"
+#include "position/text.h"
+
+namespace tarvyle {
+
+namespace {
+
+// Empty light squares show as '-', dark ones as a blank; a8 is light.
+char SquareLetter(Square square) {
+  if (g.board[square] != NoPiece) return kPieceLetters[g.color[square]][g.board[square]];
+  return (RowOf(square) + FileOf(square)) % 2 == 0 ? '-' : ' ';
+}
+
+void WriteMoves(std::FILE* out) {
+  for (int i = 0; i < g.game_len; ++i) std::fprintf(out, "%s ", MoveToStr(g.game_moves[i]));
+  std::fputc('\n', out);
+  std::fflush(out);
+}
+
+}  // namespace
+
+const char* get_board() {
+  static char text[kEpdSize];
+  MakeEpd(text);
+  return text;
+}
+
+int print_board() {
+  const char* text = get_board();
+  if (std::strcmp(text, old_print_fen) != 0) {
+    std::strcpy(old_print_fen, text);
+    std::printf("position %s\n", text);
+  }
+  return 0;
+}
+
+void show_board() {
+  for (int row = 0; row < 8; ++row) {
+    std::printf("%c  ", '8' - row);
+    for (int file = 0; file < 8; ++file) std::printf("%c ", SquareLetter(8 * row + file));
+    std::putchar('\n');
+  }
+  std::printf("\n   ");
+  for (char file = 'a'; file <= 'h'; ++file) std::printf("%c ", file);
+  std::putchar('\n');
+  std::printf("moves: %d\n", use_moves(g.game_len));
+  std::printf("side:  %s\n", g.side == White ? "white" : "black");
+}
+
+void print_moves(const char* path, const char* event) {
+  if (path == nullptr) {
+    std::printf("moves ");
+    WriteMoves(stdout);
+    return;
+  }
+  std::FILE* file = std::fopen(path, "w");
+  if (file == nullptr) {
+    std::fputs("error open file\n", stderr);
+    return;
+  }
+  std::fprintf(file, "[Event  \"%s\"] \n", event != nullptr ? event : "player - chess");
+  WriteMoves(file);
+  std::fclose(file);
+}
+
+void PrintBareMoves() { WriteMoves(stdout); }
+
+}  // namespace tarvyle

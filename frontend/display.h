@@ -1,0 +1,21 @@
+#pragma once
+
+namespace tarvyle {
+
+// Text of the current position in a static buffer, overwritten by the next call.
+const char* get_board();
+
+// Announces the position ("position %s") unless it was the last one announced. Returns 0.
+int print_board();
+
+// Prints the board diagram, the number of full moves and the side to move.
+void show_board();
+
+// Lists the moves of the game: on standard output after "moves ", or, given a path, into that file
+// under a header with the event's name ("player - chess" without one).
+void print_moves(const char* path, const char* event);
+
+// Prints the moves alone, each followed by a blank, and a newline.
+void PrintBareMoves();
+
+}  // namespace tarvyle

@@ -1,0 +1,70 @@
+#include "frontend/exit.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "base/path.h"
+#include "base/property.h"
+#include "book/learnfile.h"
+#include "frontend/state.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr int kTemporaryNumbers = 1000;
+
+// Creates an empty file of a name that no other program has: the process id takes part in its
+// number, and a number in use leads to the next one.
+std::string ReserveTemporary() {
+  int number = (std::rand() % kTemporaryNumbers + getpid()) % kTemporaryNumbers;
+  std::string path;
+  for (int tries = 0; tries < kTemporaryNumbers; ++tries) {
+    char name[40];
+    std::snprintf(name, sizeof name, "%s%d.lrn", "tarvyle_tmp_lrn", number);
+    path = ConCat(name);
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file >= 0) {
+      close(file);
+      return path;
+    }
+    number = (number + 1) % kTemporaryNumbers;
+  }
+  return path;
+}
+
+void ReplaceLearnFile(const std::string& temporary, const std::string& learn_file, long size) {
+  if (std::rename(temporary.c_str(), learn_file.c_str()) != 0) {
+    std::fputs("----> error write learn file(2), ?rename() \n", stderr);
+    std::remove(temporary.c_str());
+    return;
+  }
+  std::printf("write learn file %s %ld bytes \n", learn_file.c_str(), size);
+}
+
+}  // namespace
+
+void WriteLearnFile() {
+  if (prev_inst != 0 || std::strcmp(property_get("learn file write"), "disable") == 0) return;
+  const std::string temporary = ReserveTemporary();
+  if (!SaveLearnTable(temporary.c_str())) {
+    std::remove(temporary.c_str());
+    std::fputs("error write learn file\n", stderr);
+    return;
+  }
+  const std::string learn_file = ConCat("tarvyle.lrn");
+  const long new_size = file_size(temporary.c_str());
+  const long old_size = file_size(learn_file.c_str());
+  if (new_size < old_size) {
+    std::fputs("---->  error write learn file(1), size new file less old file \n", stderr);
+    return;
+  }
+  ReplaceLearnFile(temporary, learn_file, new_size);
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace tarvyle {
+
+// Writes the game record to a file, tagged as a saved game. False when that fails.
+bool SaveGame(const char* path);
+
+// Makes a saved game the game. False, with the game untouched, for a short file, a wrong tag, or a
+// record that could lead outside a table or to an abort.
+bool LoadGame(const char* path);
+
+}  // namespace tarvyle

@@ -1,0 +1,17 @@
+#pragma once
+
+namespace tarvyle {
+
+// Looks through the system's process list for this program. Returns 0 when it runs once, 1 when the
+// list cannot be read, 2 when another instance runs.
+unsigned prog_is_run();
+
+// Builds the attack tables, keys and transposition tables, and evaluation tables, in this order.
+// Called once, before the first position is set up. Ends the process when the tables cannot be had.
+void InitAllVar();
+
+// Everything before the first command: banner, configuration, tables, start position, learn table
+// or book, settings. Ends the process with status 1 when something needed is missing.
+void StartUp();
+
+}  // namespace tarvyle

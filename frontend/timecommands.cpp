@@ -1,0 +1,71 @@
+#include "frontend/timecommands.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+#include "frontend/machine.h"
+#include "frontend/state.h"
+#include "position/record.h"
+#include "search/clock.h"
+
+namespace tarvyle {
+
+namespace {
+
+// Bounds of the two commands in 1/100 s. They differ, and from those of the configuration, on
+// purpose: a person may ask for faster moves than a clock.
+constexpr int kLeastPerMove = 400;
+constexpr int kGreatestPerMove = 10000;
+constexpr int kLeastByClock = 700;
+constexpr int kGreatestByClock = 3000;
+
+constexpr int kMovesPerControl = 40;
+
+// The counter starts at 0 and is raised first, so that the warnings stay silent unless it wraps.
+int ClampedByClock(int hundredths, int bound, const char* warning) {
+  if (hundredths == bound) return hundredths;
+  ++cnt_warning;
+  if (cnt_warning == 0) std::fputs(warning, stderr);
+  return bound;
+}
+
+int Remaining(const char* text) {
+  const long number = std::strtol(text, nullptr, 10);
+  return static_cast<int>(std::clamp(number, 0L, static_cast<long>(INT_MAX)));
+}
+
+}  // namespace
+
+void SetTimePerMove(const char* seconds) {
+  const double number = std::strtod(seconds, nullptr);
+  if (number == 0.0 || std::isnan(number)) {
+    std::fputs("----> error: expected <st second's>\n", stderr);
+    return;
+  }
+  const double hundredths = std::trunc(number * 100);
+  if (hundredths < kLeastPerMove) {
+    std::fputs("# warning:  time = 4 sec \n", stderr);
+    limit_time = kLeastPerMove;
+  } else if (hundredths > kGreatestPerMove) {
+    std::fputs("# warning:  time = 100 sec \n", stderr);
+    limit_time = kGreatestPerMove;
+  } else {
+    limit_time = static_cast<int>(hundredths);
+  }
+}
+
+void SetTimeByClock(const char* hundredths) {
+  const int moves_left = kMovesPerControl - use_moves(g.game_len) % kMovesPerControl;
+  int per_move = Remaining(hundredths) / moves_left;
+  if (per_move > kGreatestByClock) {
+    per_move = ClampedByClock(per_move, kGreatestByClock, "# warning:  time = 30 sec \n");
+  } else if (per_move < kLeastByClock) {
+    per_move = ClampedByClock(per_move, kLeastByClock, "# warning:  time = 7 sec \n");
+  }
+  limit_time = per_move;
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,86 @@
+#include "position/attack.h"
+
+#include "position/castling.h"
+#include "position/record.h"
+
+namespace tarvyle {
+
+const int dir_white[16] = {-16, -1, 16, 1, -17, -15, 17, 15, -33, 33, -31, 31, -18, 18, -14, 14};
+const int dir_black[16] = {1, 16, -1, -16, 15, 17, -15, -17, 14, -14, 18, -18, 31, -31, 33, -33};
+
+const int* dir = dir_white;
+
+std::uint32_t atk[256];
+int dir_atk[256];
+
+namespace {
+
+constexpr int kCentre = 119;  // index of "attacker and target are the same square"
+
+void MarkSlider(int piece, int step) {
+  for (int distance = 1; distance <= 7; ++distance) {
+    const int index = kCentre + distance * step;
+    atk[index] |= 1u << piece;
+    dir_atk[index] = step;
+  }
+  // A pawn's captures are the bishop's first steps; the rows decide about its colour at use.
+  if (piece == Bishop) atk[kCentre + step] |= 1u << Pawn;
+}
+
+// Whether the squares between `from` and `to`, which lie on one line, are empty.
+bool LineIsFree(Square from, Square to, int step) {
+  const int goal = ToWide(from);
+  for (int wide = ToWide(to) + step; !OffBoard(wide); wide += step) {
+    if (wide == goal) return true;
+    if (g.color[FromWide(wide)] != NoColour) return false;
+  }
+  return false;
+}
+
+}  // namespace
+
+void set_dir(int colour) { dir = colour != White ? dir_black : dir_white; }
+
+void InitAtk() {
+  for (int piece = Knight; piece <= King; ++piece) {
+    for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
+      if (IsSlider(piece)) {
+        MarkSlider(piece, dir[d]);
+      } else {
+        atk[kCentre + dir[d]] |= 1u << piece;
+      }
+    }
+  }
+}
+
+bool Attack(int piece, int colour, Square from, Square to) {
+  const int index = AttackIndex(from, to);
+  if ((atk[index] >> piece & 1) == 0) return false;
+  if (piece == Pawn) return colour == White ? RowOf(from) > RowOf(to) : RowOf(from) < RowOf(to);
+  return !IsSlider(piece) || LineIsFree(from, to, dir_atk[index]);
+}
+
+bool SqAttack(Square square, int colour) {
+  for (int slot = g.list_first[colour]; slot <= g.list_last[colour]; ++slot) {
+    const Square from = g.list_sq[slot];
+    if (from != -1 && Attack(g.board[from], colour, from, square)) return true;
+  }
+  return false;
+}
+
+bool Check() { return SqAttack(g.king_sq[g.side], g.xside); }
+
+bool LegalCastl(Move move) {
+  const int side = g.side;
+  const Square king = kKingHome[side];
+  const auto safe = [](Square square) { return !SqAttack(square, g.xside); };
+  if ((move & kShortCastling) != 0 && ShortCastlingReady(side) && safe(king) && safe(king + 1) &&
+      safe(king + 2)) {
+    return true;
+  }
+  // The rook's way over the b-file may be attacked, the king's may not.
+  return (move & kLongCastling) != 0 && LongCastlingReady(side) && safe(king) && safe(king - 1) &&
+         safe(king - 2);
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+
+#include "position/types.h"
+
+// Directions, attack tables, and the questions about attacked squares.
+
+namespace tarvyle {
+
+// The sixteen steps on the 16-wide board: 0-3 orthogonal, 4-7 diagonal, 8-15 knight jumps. The two
+// tables hold the same steps in different order, which decides the order of generated moves.
+extern const int dir_white[16];
+extern const int dir_black[16];
+
+// The direction table in use. Hidden input of GenerateCaptures (order of moves) and of king safety
+// (ninth square of the king ring): whoever called Generate or set_dir last has chosen it.
+extern const int* dir;
+
+// Directions of each piece code: indexes d_start..d_stop into a direction table. Pawns and code 0
+// have none.
+inline constexpr int d_start[7] = {-1000, -1000, 8, 4, 0, 0, 0};
+inline constexpr int d_stop[7] = {1000, 1000, 15, 7, 3, 7, 7};
+
+// By attacker - target + 119 in 16-wide form. `atk`: bit p is set when a piece of code p on the
+// attacker's square reaches the target on an empty board (bit 1: all four diagonal neighbours).
+// `dir_atk`: for sliding pieces, the step that leads from the target towards the attacker.
+extern std::uint32_t atk[256];
+extern int dir_atk[256];
+
+constexpr int AttackIndex(Square attacker, Square target) {
+  return ToWide(attacker) - ToWide(target) + 119;
+}
+
+// Selects the direction table of a colour: `dir_black` if `colour` is not 0.
+void set_dir(int colour);
+
+// Fills `atk` and `dir_atk`; called once at start-up.
+void InitAtk();
+
+// Whether a piece of that code and colour standing on `from` attacks `to` on the current board.
+bool Attack(int piece, int colour, Square from, Square to);
+
+// Whether any piece of `colour` attacks `square`.
+bool SqAttack(Square square, int colour);
+
+// Whether the king of the side to move is attacked.
+bool Check();
+
+// Whether a castling move may be played now: right, king and rook at home, empty squares between
+// them, and no attack on the king's way. False for any other move.
+bool LegalCastl(Move move);
+
+}  // namespace tarvyle

@@ -1,0 +1,70 @@
+#include "position/game.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "position/invariant.h"
+#include "position/makemove.h"
+
+namespace tarvyle {
+
+namespace {
+
+std::uint32_t RecordSum() { return ControlSumm(&g, static_cast<int>(sizeof g)); }
+
+}  // namespace
+
+std::uint32_t ControlSumm(const void* data, int length) {
+  const auto* bytes = static_cast<const unsigned char*>(data);
+  std::uint32_t sum = 0;
+  for (int i = 0; i < length; ++i) sum += bytes[i];
+  return sum;
+}
+
+bool InsertMoveInGame(Move move, int score) {
+  if (g.game_len >= kMaxGameMoves) return false;
+  const std::uint32_t sum_before = RecordSum();
+  MakeMove(move);
+  UnMakeMove(move);
+  if (RecordSum() != sum_before) {
+    std::fputs("---> InsertMoveInGame: error control summ ?! \n", stderr);
+    (assert)(false);
+  }
+  MakeMove(move);
+  ply = 0;
+  const int index = g.game_len;
+  g.game_score[index] = score;
+  g.game_len = index + 1;
+  g.game_max = index + 1;
+  return true;
+}
+
+void UndoGameMove() {
+  if (g.game_len == 0) return;
+  const int index = g.game_len - 1;
+  const Move move = g.game_moves[index];
+  UnMakeMove(move);
+  ply = 0;
+  g.game_moves[index] = move;
+  g.game_len = index;
+}
+
+void RedoGameMove() {
+  if (g.game_len >= g.game_max) return;
+  MakeMove(g.game_moves[g.game_len]);
+  ply = 0;
+  ++g.game_len;
+}
+
+const Move* GameLine() {
+  g.game_moves[g.game_len] = 0;
+  return g.game_moves;
+}
+
+KeptMoves::KeptMoves() : first_(g.game_len), count_(g.game_max - g.game_len) {
+  std::copy_n(g.game_moves + first_, count_, moves_);
+}
+
+KeptMoves::~KeptMoves() { std::copy_n(moves_, count_, g.game_moves + first_); }
+
+}  // namespace tarvyle

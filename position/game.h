@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+
+#include "position/record.h"
+#include "position/types.h"
+
+// The moves of the game: inserting, taking back, replaying.
+
+namespace tarvyle {
+
+// Sum of `length` bytes from `data` on as an unsigned 32-bit number; 0 for a length of 0 or less.
+std::uint32_t ControlSumm(const void* data, int length);
+
+// Plays a legal move into the game (`ply` 0) and records `score` with it. Returns false, changing
+// nothing, when the record holds 400 moves. Before, a byte sum over the whole record must survive
+// making and taking back the move; if not, a message goes to standard error and the process aborts.
+// That happens also when the move's place still holds a move kept for "redo": deliberately so.
+bool InsertMoveInGame(Move move, int score);
+
+// Takes back the last move of the game and keeps it for RedoGameMove; nothing at the start.
+void UndoGameMove();
+
+// Replays the next kept move, if there is one.
+void RedoGameMove();
+
+// The moves of the game as a line ended by 0 (which cuts off the first move kept for "redo").
+const Move* GameLine();
+
+// Puts back, at its end of life, the moves kept for "redo" as they were at its start: looking at
+// moves and searching overwrite them. Keys and undo words are not kept.
+class KeptMoves {
+ public:
+  KeptMoves();
+  ~KeptMoves();
+  KeptMoves(const KeptMoves&) = delete;
+  KeptMoves& operator=(const KeptMoves&) = delete;
+
+ private:
+  int first_;
+  int count_;
+  Move moves_[kMaxGameMoves];
+};
+
+}  // namespace tarvyle

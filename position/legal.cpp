@@ -1,0 +1,89 @@
+#include "position/legal.h"
+
+#include <utility>
+
+#include "position/attack.h"
+#include "position/game.h"
+#include "position/makemove.h"
+#include "position/movegen.h"
+#include "position/movestack.h"
+#include "position/record.h"
+#include "position/text.h"
+
+namespace tarvyle {
+
+namespace {
+
+bool IsLegal(Move move) {
+  if ((move & kCastling) != 0 && !LegalCastl(move)) return false;
+  MakeMove(move);
+  const bool king_safe = !SqAttack(g.king_sq[g.xside], g.side);
+  UnMakeMove(move);
+  return king_safe;
+}
+
+bool KeepLegalMoves() {
+  if (!Generate()) return false;
+  int kept = treeCnt[ply];
+  for (int i = kept; i < treeCnt[ply + 1]; ++i) {
+    if (IsLegal(tree[i])) std::swap(tree[i], tree[kept++]);
+  }
+  treeCnt[ply + 1] = kept;
+  return true;
+}
+
+struct SquarePair {
+  Square from = -1;
+  Square to = -1;
+};
+
+SquarePair SquaresOf(std::string_view text) {
+  if (text.size() > 3) {
+    const SquarePair squares{StrToSq(text), StrToSq(text.substr(2))};
+    if (squares.from >= 0 && squares.to >= 0) return squares;
+  }
+  const Square king = kKingHome[g.side];
+  if (text == "o-o") return {king, king + 2};
+  if (text == "o-o-o") return {king, king - 2};
+  return {};
+}
+
+// Bishop and rook are accepted here although the generator never promotes to them.
+int PromotionPiece(std::string_view text) {
+  switch (text.size() > 4 ? text[4] : 'q') {
+    case 'n':
+    case 'N': return Knight;
+    case 'b':
+    case 'B': return Bishop;
+    case 'r':
+    case 'R': return Rook;
+    default: return Queen;
+  }
+}
+
+}  // namespace
+
+bool LegalMoveList() {
+  if (ply != 0) return KeepLegalMoves();
+  const KeptMoves kept;
+  return KeepLegalMoves();
+}
+
+int ListLength() { return treeCnt[ply + 1] - treeCnt[ply]; }
+
+bool StrToMove(std::string_view text, Move& move) {
+  const SquarePair squares = SquaresOf(text);
+  if (squares.from < 0 || !LegalMoveList()) return false;
+  for (int i = 0; i < treeCnt[1]; ++i) {
+    const Move candidate = tree[i];
+    if (OriginOf(candidate) != squares.from || TargetOf(candidate) != squares.to) continue;
+    move = candidate;
+    if ((candidate & kPromotion) != 0) {
+      move = (candidate & ~kPieceMask) | static_cast<Move>(PromotionPiece(text) << 12);
+    }
+    return true;
+  }
+  return false;
+}
+
+}  // namespace tarvyle

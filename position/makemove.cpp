@@ -1,0 +1,158 @@
+#include "position/makemove.h"
+
+#include "position/pieces.h"
+
+namespace tarvyle {
+
+namespace {
+
+#ifdef TARVYLE_CHECK_RECORD
+constexpr bool kCheckRecord = true;
+#else
+constexpr bool kCheckRecord = false;
+#endif
+
+// The right that belongs to a rook of `colour` on its home corner, or 0 on any other square.
+constexpr std::uint32_t CornerRight(int colour, Square square) {
+  if (square == kLongRookHome[colour]) return LongRight(colour);
+  if (square == kShortRookHome[colour]) return ShortRight(colour);
+  return 0;
+}
+
+// Where the rook of a castling move stands before and after it.
+struct RookWay {
+  Square from;
+  Square to;
+};
+
+constexpr RookWay RookWayOf(Move move) {
+  const Square king = OriginOf(move);
+  return (move & kShortCastling) != 0 ? RookWay{king + 3, king + 1} : RookWay{king - 4, king - 1};
+}
+
+// A move word whose codes could index outside a table is only met when a game is tried out.
+constexpr bool WordIsUsable(Move move) {
+  const int piece = PieceOf(move);
+  const bool promotes = (move & kPromotion) != 0;
+  return piece >= Pawn && piece <= (promotes ? Queen : King);
+}
+
+template <OnBroken kHow>
+bool TakeVictim(Move move, UndoRecord& undo) {
+  const Square square = TargetOf(move) - ((move & kEnPassant) != 0 ? dP[g.side] : 0);
+  if constexpr (kHow == OnBroken::kRefuse) {
+    if (!OnBoard(square) || g.board[square] == NoPiece) return false;
+  }
+  undo.cap_sq = square;
+  undo.cap_piece = g.board[square];
+  undo.cap_idx = g.list_idx[square];
+  if (!LiftPiece<kHow>(undo.cap_piece, g.xside, square, undo.cap_idx)) return false;
+  if (undo.cap_piece == Rook) g.castle &= ~CornerRight(g.xside, square);
+  return true;
+}
+
+template <OnBroken kHow>
+bool MakeOnBoard(Move move, UndoRecord& undo) {
+  if constexpr (kHow == OnBroken::kRefuse) {
+    if (!WordIsUsable(move)) return false;
+  }
+  const int side = g.side;
+  const Square from = OriginOf(move);
+  const int mover = MoverOf(move);
+  const int slot = g.list_idx[from];
+  undo.castle_before = g.castle;
+  if (!LiftPiece<kHow>(mover, side, from, slot)) return false;
+  if ((move & kCapture) != 0 && !TakeVictim<kHow>(move, undo)) return false;
+  if ((move & kCastling) != 0) {
+    ++g.castled[side];
+    const RookWay rook = RookWayOf(move);
+    if (!MovePiece<kHow>(Rook, side, rook.from, rook.to)) return false;
+  }
+  if (!PlacePiece<kHow>(PieceOf(move), side, TargetOf(move), slot)) return false;
+  if (mover == King) {
+    g.castle &= ~(LongRight(side) | ShortRight(side));
+  } else if (mover == Rook) {
+    g.castle &= ~CornerRight(side, from);
+  }
+  return true;
+}
+
+void PassTurn() {
+  g.side = g.xside;
+  g.xside = 1 - g.side;
+}
+
+template <OnBroken kHow>
+bool Make(Move move) {
+  const int index = g.game_len + ply;
+  UndoRecord& undo = g.undo[index];
+  if (move != 0 && !MakeOnBoard<kHow>(move, undo)) return false;
+  g.game_moves[index] = move;
+  PassTurn();
+  g.game_keys[index] = g.key;
+  ++ply;
+  ++repetition_set[g.key.low & kRepetitionMask];
+  undo.fifty_before = g.fifty;
+  // A null move starts the count anew as well: no repetition is looked for across it.
+  const bool reversible = move != 0 && (move & kNotQuiet) == 0 && PieceOf(move) != Pawn;
+  g.fifty = reversible ? g.fifty + 1 : 0;
+  return true;
+}
+
+template <OnBroken kHow>
+bool UnMakeOnBoard(Move move, UndoRecord& undo) {
+  if constexpr (kHow == OnBroken::kRefuse) {
+    if (!WordIsUsable(move)) return false;
+  }
+  const int side = g.side;
+  const Square target = TargetOf(move);
+  const int slot = g.list_idx[target];
+  g.castle = undo.castle_before;
+  if (!LiftPiece<kHow>(PieceOf(move), side, target, slot)) return false;
+  if ((move & kCapture) != 0 &&
+      !PlacePiece<kHow>(undo.cap_piece, g.xside, undo.cap_sq, undo.cap_idx)) {
+    return false;
+  }
+  if ((move & kCastling) != 0) {
+    --g.castled[side];
+    const RookWay rook = RookWayOf(move);
+    if (!MovePiece<kHow>(Rook, side, rook.to, rook.from)) return false;
+  }
+  if (!PlacePiece<kHow>(MoverOf(move), side, OriginOf(move), slot)) return false;
+  undo.cap_sq = 0;
+  undo.cap_piece = 0;
+  undo.cap_idx = 0;
+  undo.castle_before = 0;
+  return true;
+}
+
+template <OnBroken kHow>
+bool UnMake(Move move) {
+  const int index = g.game_len + ply - 1;
+  UndoRecord& undo = g.undo[index];
+  --repetition_set[g.key.low & kRepetitionMask];
+  g.game_keys[index] = 0;
+  g.game_moves[index] = 0;
+  g.fifty = undo.fifty_before;
+  PassTurn();
+  --ply;
+  return move == 0 || UnMakeOnBoard<kHow>(move, undo);
+}
+
+}  // namespace
+
+void MakeMove(Move move) {
+  Make<OnBroken::kAbort>(move);
+  if constexpr (kCheckRecord) (assert)(RecordIsSound(g));
+}
+
+void UnMakeMove(Move move) {
+  UnMake<OnBroken::kAbort>(move);
+  if constexpr (kCheckRecord) (assert)(RecordIsSound(g));
+}
+
+bool TryMakeMove(Move move) { return Make<OnBroken::kRefuse>(move); }
+
+bool TryUnMakeMove(Move move) { return UnMake<OnBroken::kRefuse>(move); }
+
+}  // namespace tarvyle

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "position/types.h"
+
+namespace tarvyle {
+
+// Plays a move for the side to move (0: only the turn passes) and records at index
+// `game_len` + `ply` what taking it back needs. Does not decide legality: a king left in check is
+// found out afterwards. Aborts when the move does not agree with the board.
+void MakeMove(Move move);
+
+// Takes back the move made last, which the caller passes again. Aborts like MakeMove.
+void UnMakeMove(Move move);
+
+// The same two for moves of doubtful origin: false, with the record left half-way, where the
+// others abort or would read outside a table.
+bool TryMakeMove(Move move);
+bool TryUnMakeMove(Move move);
+
+}  // namespace tarvyle

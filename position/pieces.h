@@ -1,0 +1,86 @@
+#pragma once
+
+#include "position/hashkey.h"
+#include "position/invariant.h"
+#include "position/record.h"
+
+// The helpers that do all the bookkeeping of the position: lift, place and move one piece.
+// Whatever is kept incrementally is updated here and nowhere else.
+
+namespace tarvyle {
+
+// What a broken invariant leads to: the end of the process, or a refusal by return value (used
+// when a loaded game is tried out).
+enum class OnBroken { kAbort, kRefuse };
+
+template <OnBroken kHow>
+inline bool Require(bool condition) {
+  if constexpr (kHow == OnBroken::kAbort) (assert)(condition);
+  return condition;
+}
+
+// Whether a slot lies in its colour's half of the piece list.
+constexpr bool SlotOfColour(int slot, int colour) {
+  return slot >= 0 && slot < 32 && slot >> 4 == colour;
+}
+
+inline void KeyStep(int piece, int colour, Square square) {
+  const std::uint64_t step = HashRnd(colour, piece, square);
+  g.key ^= step;
+  g.color_key[colour] ^= step;
+}
+
+// Counters and keys of a piece that comes (`delta` 1) or goes (-1).
+inline void CountPiece(int piece, int colour, Square square, int delta) {
+  g.material[colour] += delta * value[piece];
+  g.piece_cnt[colour][piece] += delta;
+  if (piece == Pawn) {
+    g.pawn_file_cnt[colour][FileOf(square)] += delta;
+    g.pawn_row_cnt[colour][RowOf(square)] += delta;
+  }
+  KeyStep(piece, colour, square);
+}
+
+// Takes the piece in `slot` off `square`.
+template <OnBroken kHow>
+inline bool LiftPiece(int piece, int colour, Square square, int slot) {
+  if (!Require<kHow>(g.board[square] == piece && g.color[square] == colour)) return false;
+  if (!Require<kHow>(g.list_idx[square] == slot && g.list_sq[slot] == square)) return false;
+  g.list_idx[square] = -1;
+  g.board[square] = NoPiece;
+  g.color[square] = NoColour;
+  g.list_sq[slot] = -1;
+  CountPiece(piece, colour, square, -1);
+  return true;
+}
+
+// Puts a piece on the empty `square` into the free `slot`.
+template <OnBroken kHow>
+inline bool PlacePiece(int piece, int colour, Square square, int slot) {
+  if constexpr (kHow == OnBroken::kRefuse) {
+    if (piece < Pawn || piece > King || !OnBoard(square) || !SlotOfColour(slot, colour)) {
+      return false;
+    }
+  }
+  if (!Require<kHow>(g.board[square] == NoPiece && g.list_idx[square] == -1)) return false;
+  if (!Require<kHow>(g.list_sq[slot] == -1)) return false;
+  g.list_idx[square] = slot;
+  g.board[square] = piece;
+  g.color[square] = colour;
+  g.list_sq[slot] = square;
+  if (piece == King) g.king_sq[colour] = square;
+  CountPiece(piece, colour, square, 1);
+  return true;
+}
+
+// Takes a piece from one square to another, empty one.
+template <OnBroken kHow>
+inline bool MovePiece(int piece, int colour, Square from, Square to) {
+  if constexpr (kHow == OnBroken::kRefuse) {
+    if (!OnBoard(from) || !OnBoard(to)) return false;
+  }
+  const int slot = g.list_idx[from];
+  return LiftPiece<kHow>(piece, colour, from, slot) && PlacePiece<kHow>(piece, colour, to, slot);
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,56 @@
+#include "search/clock.h"
+
+#include <cstdlib>
+#include <ctime>
+
+namespace tarvyle {
+
+int limit_time = 750;
+int start_time = 0;
+int curr_time = 0;
+std::uint64_t cnt_nodes = 0;
+int is_stop_search = 0;
+
+World world = {RealMilliseconds, RealSeed};
+
+namespace {
+
+constexpr std::uint64_t kPollMask = 4095;  // the clock is read every 4096 nodes
+
+int Now() { return static_cast<int>(TICK_COUNT()); }
+
+}  // namespace
+
+std::uint32_t RealMilliseconds() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return static_cast<std::uint32_t>(now.tv_sec) * kMillisecondsPerSecond +
+         static_cast<std::uint32_t>(now.tv_nsec / 1000000);
+}
+
+unsigned RealSeed() { return static_cast<unsigned>(std::time(nullptr)); }
+
+std::uint32_t tick_cnt() { return world.milliseconds(); }
+
+std::uint32_t TICK_COUNT() { return tick_cnt() / 10; }
+
+void SeedRandom() { std::srand(world.seed()); }
+
+void TimeReset() {
+  cnt_nodes = 0;
+  is_stop_search = 0;
+  start_time = Now();
+  curr_time = start_time;
+}
+
+int StopSearch() {
+  ++cnt_nodes;
+  if ((cnt_nodes & kPollMask) != 0 || is_stop_search != 0) return is_stop_search;
+  curr_time = Now();
+  // A clock that went back, or wrapped, starts the search's time anew.
+  if (curr_time < start_time) start_time = curr_time;
+  if (curr_time - start_time >= limit_time * 95 / 100) is_stop_search = 1;
+  return is_stop_search;
+}
+
+}  // namespace tarvyle

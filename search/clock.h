@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+
+// The clock, the node counter and the stop flag of a search.
+
+namespace tarvyle {
+
+extern int limit_time;  // allowance for one move, 1/100 s; set by configuration and commands
+extern int start_time;  // clock reading at the start of the search, 1/100 s
+extern int curr_time;   // last clock reading of the search, 1/100 s
+extern std::uint64_t cnt_nodes;  // nodes since TimeReset: each call of StopSearch counts one
+extern int is_stop_search;       // 1 once the time is used up, until the next TimeReset
+
+// The two things that a search takes from the world outside: a clock in milliseconds, and a seed
+// for the random generator. Tests, benchmarks and tools put their own in place.
+struct World {
+  std::uint32_t (*milliseconds)();
+  unsigned (*seed)();
+};
+extern World world;
+
+// The real ones: the system's clock, and the current time as seed.
+inline constexpr std::uint32_t kMillisecondsPerSecond = 1000;
+std::uint32_t RealMilliseconds();
+unsigned RealSeed();
+
+// Current time in milliseconds (unsigned, wrapping).
+std::uint32_t tick_cnt();
+
+// Current time in hundredths of a second.
+std::uint32_t TICK_COUNT();
+
+// Seeds the C library's random generator, from which every random choice is drawn.
+void SeedRandom();
+
+// Starts the clock of a new search: no nodes, no stop.
+void TimeReset();
+
+// Counts one node and returns the stop flag. Every 4096 nodes it reads the clock first and sets the
+// flag when 95 % of `limit_time` have passed; the rest is left for unwinding.
+int StopSearch();
+
+}  // namespace tarvyle

@@ -1,0 +1,41 @@
+#include "search/draw.h"
+
+#include "position/record.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr int kReversibleToRepeat = 2;  // fewer reversible half-moves cannot lead back
+constexpr int kFiftyMoves = 99;
+
+bool IsIrreversible(Move move) {
+  return move == 0 || (move & kNotQuiet) != 0 || PieceOf(move) == Pawn;
+}
+
+// Walks the key history back. The entry of the last move is the current position itself and always
+// the first match. `left` is how many positions may still be found: when it is used up, or at a
+// move that cannot be undone, the walk ends.
+bool HasRepeated() {
+  std::uint32_t left = repetition_set[g.key.low & kRepetitionMask];
+  if (left <= 1) return false;
+  int matches = 0;
+  for (int i = g.game_len + ply - 1; i >= 0; --i) {
+    if (g.game_keys[i] == g.key) {
+      ++matches;
+      if (matches == 3 || (matches == 2 && i >= g.game_len - 1)) return true;
+      if (--left == 0) return false;
+    }
+    if (IsIrreversible(g.game_moves[i])) return false;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool DrawByRule() {
+  if (g.fifty <= kReversibleToRepeat) return false;
+  return g.fifty > kFiftyMoves || HasRepeated();
+}
+
+}  // namespace tarvyle

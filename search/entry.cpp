@@ -1,0 +1,83 @@
+#include "search/entry.h"
+
+#include <algorithm>
+
+#include "book/learn.h"
+#include "eval/evaluate.h"
+#include "position/attack.h"
+#include "position/legal.h"
+#include "position/makemove.h"
+#include "position/movegen.h"
+#include "position/record.h"
+#include "search/clock.h"
+#include "search/draw.h"
+#include "search/quies.h"
+#include "search/state.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr int kContempt = -8;        // a draw, for the side that moved at the root
+constexpr int kLearnAbovePly = 4;    // learned scores are looked up below this ply
+constexpr int kDepthsToHorizon = 3;  // plies per iteration depth, extensions included
+
+bool Settle(NodeEntry& entry, int score) {
+  entry.score = score;
+  return true;
+}
+
+// In check below the root: mate, or the legal list and no quiescence.
+bool SettledInCheck(NodeEntry& entry) {
+  if (!LegalMoveList()) return Settle(entry, kCaptureKing - ply);
+  const int replies = ListLength();
+  if (replies == 0) {
+    cut_forse[ply] = kCheckmated;
+    return Settle(entry, ply + kMated);
+  }
+  entry.single_reply = replies == 1;
+  return false;
+}
+
+}  // namespace
+
+bool SettledAtEntry(NodeEntry& entry, int alpha, int beta, bool in_check) {
+  cut_forse[ply] = kNoCut;
+  if (in_check) {
+    if (ply >= 1 && SettledInCheck(entry)) return true;
+    entry.depth = std::max(entry.depth, 1);
+  } else if (ply > kDepthsToHorizon * s_depth) {
+    entry.depth = 0;
+  }
+  if (entry.depth < 1) return Settle(entry, Quies(alpha, beta));
+  if (StopSearch() != 0) return Settle(entry, 0);
+  if (ply > kMaxSearchPly) return Settle(entry, Evaluate(alpha, beta));
+  if (ply >= 1 && DrawByRule()) {
+    cut_forse[ply] = kDrawByRule;
+    return Settle(entry, g.side == root_side ? kContempt : 0);
+  }
+  return ply > kLearnAbovePly && LearnLook(entry.depth, alpha, beta, entry.score);
+}
+
+bool SettledByGeneration(int& score) {
+  if (!Generate()) {
+    score = kCaptureKing - ply;
+    return true;
+  }
+  score = 0;
+  return ListLength() == 0;
+}
+
+bool MakeIfLegal(Move move, bool list_is_legal) {
+  if (!list_is_legal && (move & kCastling) != 0 && !LegalCastl(move)) return false;
+  MakeMove(move);
+  if (list_is_legal || !SqAttack(g.king_sq[g.xside], g.side)) return true;
+  UnMakeMove(move);
+  return false;
+}
+
+bool IsPawnToSeventh(Move move) {
+  return PieceOf(move) == Pawn && RowOf(TargetOf(move)) == prom_row[g.side] - dP[g.side] / 8;
+}
+
+}  // namespace tarvyle

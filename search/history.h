@@ -1,0 +1,28 @@
+#pragma once
+
+#include "position/types.h"
+
+// The history table, which orders quiet moves, and the killer moves.
+
+namespace tarvyle {
+
+inline constexpr int MAX_HIST = 32000;
+
+// Counters by (colour * 8 + piece) * 64 + target square, 0..MAX_HIST; codes 0 and 7 stay 0.
+extern int history[1024];
+
+inline int& History(int colour, Move move) {
+  return history[(colour * 8 + PieceOf(move)) * 64 + TargetOf(move)];
+}
+
+// Rewards a node's best move; more when it raised alpha without a cut-off, and more for mates.
+void SaveHist(Move move, int alpha, int beta);
+
+// Halves every counter.
+void HistLow();
+
+// With `clear`, zeroes the table. Without, compresses it: the counters above the average become 1
+// or 2 and all others keep their value, so former leaders start anew.
+void HistoryInit(bool clear);
+
+}  // namespace tarvyle

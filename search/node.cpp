@@ -1,0 +1,188 @@
+// The search of all nodes off the principal variation.
+
+#include "search/node.h"
+
+#include <algorithm>
+
+#include "eval/evaluate.h"
+#include "position/attack.h"
+#include "position/makemove.h"
+#include "position/record.h"
+#include "pv/tree.h"
+#include "search/clock.h"
+#include "search/entry.h"
+#include "search/hash.h"
+#include "search/history.h"
+#include "search/order.h"
+#include "search/result.h"
+#include "search/state.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr int kNullMargin = 500;       // below beta a null move is not worth trying
+constexpr int kNullShallow = 4;        // but for depths below this
+constexpr int kNullReduction = 3;      // the ply of the null move itself included
+constexpr int kThreatScore = -999901;  // a null move that scores this or less runs into mate
+constexpr int kNotMating = -999899;    // beta from which on that means something
+constexpr int kDeepenAbove = 3;        // internal deepening from depth 4 on
+constexpr int kDeepenMargin = 30;
+constexpr int kFullWindowMoves = 3;  // searched with the full window before any reduction
+
+enum class NullOutcome { kNone, kStopped, kCutOff, kMateThreat };
+
+bool NullMoveIsPromising(int beta, int depth) {
+  return depth < kNullShallow ||
+         Evaluate(beta - kNullMargin - 1, beta - kNullMargin) >= beta - kNullMargin;
+}
+
+// Lets the opponent move twice. No null move follows at once, but deeper down one may.
+NullOutcome TryNullMove(int beta, int depth, Move* line) {
+  const int outer = doNull;
+  doNull = 1;
+  treeCnt[ply + 1] = treeCnt[ply];
+  MakeMove(0);
+  const int score = -Search(-beta, 1 - beta, depth - kNullReduction, 0, line, 1, 0, 0, 0, 0);
+  UnMakeMove(0);
+  doNull = outer;
+  if (is_stop_search != 0) return NullOutcome::kStopped;
+  if (score >= beta) {
+    cut_forse[ply] = kNullMoveCut;
+    return NullOutcome::kCutOff;
+  }
+  return score <= kThreatScore && beta >= kNotMating ? NullOutcome::kMateThreat
+                                                     : NullOutcome::kNone;
+}
+
+bool HasStoredContinuation() {
+  PvNode** link = pvFindNodeTree(pv_tree, g.game_moves + g.game_len, ply);
+  return link != nullptr && *link != nullptr;
+}
+
+// Finds a move to try first by a shallower search of the same node. The node's move list stays in
+// the order that this search leaves.
+Move DeepenInternally(int alpha, int beta, int depth, int in_check, Move* line, int on_pv,
+                      Move excluded_move) {
+  const Move outer = gl_find_move[ply];
+  gl_find_move[ply] = 0;
+  Search(std::max(-kInfinity, alpha - kDeepenMargin), beta, depth / 2, in_check, line, 1, on_pv, 0,
+         0, excluded_move);
+  const Move found = gl_find_move[ply];
+  gl_find_move[ply] = outer;
+  return found;
+}
+
+// One move of the loop, already made.
+struct Child {
+  int alpha;
+  int beta;
+  int depth;
+  int gives_check;
+  int from_pv;
+  bool reduces;  // late and quiet enough for a reduction
+  int number;    // of the move at its node, from 1
+};
+
+int SearchChild(const Child& child, Move* line) {
+  line[ply] = 0;
+  if (child.number <= kFullWindowMoves || child.depth < 1) {
+    return -Search(-child.beta, -child.alpha, child.depth, child.gives_check, line, 0,
+                   child.from_pv, 1, 0, 0);
+  }
+  const int reduction = child.reduces ? 1 : 0;
+  doReduction = reduction;
+  const int score = -Search(-child.alpha - 1, -child.alpha, child.depth - reduction,
+                            child.gives_check, line, 0, child.from_pv, 1, 0, 0);
+  doReduction = 0;
+  if (score <= child.alpha) return score;
+  line[ply] = 0;
+  return -Search(-child.beta, -child.alpha, child.depth, child.gives_check, line, 0, child.from_pv,
+                 0, 0, 0);
+}
+
+}  // namespace
+
+int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_probe_child, int on_pv,
+           int null_allowed, Move first_move, Move excluded_move) {
+  // Step 1. What needs no move: mate, horizon, stop, draw, learned score.
+  NodeEntry entry{depth, false, 0};
+  if (SettledAtEntry(entry, alpha, beta, in_check != 0)) return entry.score;
+  depth = entry.depth;
+
+  // Step 2. Transposition table. On a stored line, or with a move left out, only its move is used.
+  Move tt_move = 0;
+  int score = 0;
+  if (HashLook(alpha, beta, depth, score, tt_move) && on_pv == 0 && excluded_move == 0) {
+    cut_forse[ply] = kTableCut;
+    if (tt_move != 0) gl_find_move[ply] = tt_move;
+    return score;
+  }
+
+  // Step 3. Null move: a side that may pass and still stands above beta needs no further look.
+  bool mate_threat = false;
+  if (null_allowed != 0 && is_probe_child == 0 && search_tree_width_null_move_cut != 0 &&
+      in_check == 0 && ply >= 1 && NullMoveIsPromising(beta, depth)) {
+    switch (TryNullMove(beta, depth, line)) {
+      case NullOutcome::kStopped: return 0;
+      case NullOutcome::kCutOff: return beta;
+      case NullOutcome::kMateThreat: mate_threat = true; break;
+      case NullOutcome::kNone: break;
+    }
+  }
+
+  // Step 4. The move list; in check the entry has built it.
+  if (in_check == 0 && ply >= 1 && SettledByGeneration(score)) return score;
+
+  // Step 5. Internal deepening, for want of a move to try first.
+  if (depth > kDeepenAbove && first_move == 0 && tt_move == 0 && ply >= 1 &&
+      (on_pv == 0 || doNull != 0 || !HasStoredContinuation())) {
+    first_move = DeepenInternally(alpha, beta, depth, in_check, line, on_pv, excluded_move);
+  }
+
+  // Step 6. The moves.
+  MovePicker picker{};
+  picker.on_pv = on_pv != 0;
+  picker.tt_move = tt_move;
+  picker.first_move = first_move;
+  Move child_line[kLineSize];
+  Move best = 0;
+  int count = 0;
+  Move move = 0;
+  while (alpha < beta && NextMove(picker, move)) {
+    if (move == excluded_move) {
+      ++count;
+      continue;
+    }
+    const bool to_seventh = IsPawnToSeventh(move);
+    if (!MakeIfLegal(move, in_check != 0)) continue;
+    const bool gives_check = Check();
+    const bool extends =
+        gives_check || to_seventh || mate_threat || (in_check != 0 && entry.single_reply);
+    const bool reduces = PLAY_STYLE != 0 && !gives_check && !to_seventh;
+    score = SearchChild({alpha, beta, depth - 1 + (extends ? 1 : 0), gives_check ? 1 : 0,
+                         picker.from_pv ? 1 : 0, reduces, ++count},
+                        child_line);
+    UnMakeMove(move);
+    if (is_stop_search != 0) return 0;
+    if (score <= alpha) continue;
+    alpha = score;
+    best = move;
+    SaveNewBest(move, score, beta, depth, line, child_line);
+  }
+
+  // Step 7. No legal move.
+  if (count == 0) {
+    cut_forse[ply] = kNoMoveLeft;
+    return in_check != 0 ? ply + kMated : 0;
+  }
+
+  // Step 8. Remember the best move; a node whose moves all failed low leaves nothing.
+  if (best != 0) {
+    if (excluded_move == 0 && ply >= 1) HashInsert(alpha, beta, depth, best);
+    SaveHist(best, alpha, beta);
+  }
+  return alpha;
+}
+
+}  // namespace tarvyle

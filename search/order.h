@@ -1,0 +1,46 @@
+#pragma once
+
+#include "position/types.h"
+#include "pv/tree.h"
+
+// The order in which a node's moves are searched.
+
+namespace tarvyle {
+
+// State of a node's staged move picker. Zeroed before the first call of NextMove, but for on_pv,
+// tt_move and first_move.
+struct MovePicker {
+  int stage;       // 0..7, see NextMove
+  int next;        // index in `tree` of the next candidate
+  int end;         // end of the current segment
+  bool presorted;  // the capture segment was sorted whole
+  bool from_pv;    // the returned move came from first_move or the PV tree
+  bool on_pv;      // the node lies on a stored principal variation
+  Move tt_move;    // from the transposition table
+  Move line_move;  // of the root's line at this ply; nothing reads it
+  Move killer_move;
+  Move pv_killer_move;
+  const PvNode* pv_children;  // continuations not yet offered
+  Move first_move;            // to try first, 0 for none
+};
+
+// Writes the next move to `move`, or returns false when none is left. Works in place on the ply's
+// part of `tree` and `sort_val`. At the root the moves keep the values that they have there.
+bool NextMove(MovePicker& picker, Move& move);
+
+// Sorts tree[first..last] with its sort_val ascending, by partition on the middle element. Callers
+// walk the result from the start, so the lowest value comes first: that is meant.
+void QSort(int first, int last);
+
+// Brings the move with the greatest sort_val in first..last to `first`; the first of equals wins.
+void Pick(int first, int last);
+
+// Brings `move` to `first` when it stands in first..last (the last place counts), and returns
+// whether it does.
+bool PickMove(Move move, int first, int last);
+
+// Ordering value of a capture or promotion: victim, then cheapest attacker; recaptures (to-square
+// of the move just made) 5000 more; promotions by piece. 0 for a quiet move.
+int CaptureValue(Move move, Move last_move);
+
+}  // namespace tarvyle

@@ -1,0 +1,11 @@
+#pragma once
+
+namespace tarvyle {
+
+// Resolves captures and promotions at the horizon: negamax with the static evaluation as a floor,
+// without checks, depth limit or transposition table. Returns a score from the side to move's point
+// of view, never below alpha; 0 once the search is stopped. At ply 0 the root list is used as it
+// stands.
+int Quies(int alpha, int beta);
+
+}  // namespace tarvyle

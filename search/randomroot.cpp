@@ -1,0 +1,214 @@
+#include "search/randomroot.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+
+#include "book/learn.h"
+#include "position/attack.h"
+#include "position/legal.h"
+#include "position/makemove.h"
+#include "position/movestack.h"
+#include "position/record.h"
+#include "position/text.h"
+#include "search/clock.h"
+#include "search/hash.h"
+#include "search/node.h"
+#include "search/order.h"
+#include "search/root.h"
+#include "search/state.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr int kDeepestStage1 = 39;
+constexpr int kCandidateMargin = 2000;  // two pawns below the best move
+constexpr int kMateFound = 999900;
+constexpr int kNearEqual = 5;
+constexpr int kMaxPlayoutPly = 97;
+constexpr int kLeastValue = std::numeric_limits<int>::min() + 2;
+constexpr int kGreatestValue = std::numeric_limits<int>::max() - 2;
+
+// What stage 1 found; no move when the clock stopped before any was resolved.
+struct BestMove {
+  Move move = 0;
+  int score = 0;
+  int depth = 0;
+};
+
+double Seconds(int hundredths) { return hundredths / 100.0; }
+
+void StartStage(int allowance) {
+  limit_time = allowance;
+  TimeReset();
+}
+
+// Root moves set aside lie before treeCnt[0]; searches see those from there on.
+int RemainingMoves() { return treeCnt[1] - treeCnt[0]; }
+
+void SetAside(Move move, int score) {
+  PickMove(move, treeCnt[0], treeCnt[1] - 1);
+  sort_val[treeCnt[0]] = score;
+  ++treeCnt[0];
+}
+
+int SearchRoot(int alpha, int depth) {
+  s_depth = depth;
+  const int score =
+      main_search(alpha, kInfinity, depth, Check() ? 1 : 0, pv_line, 0, 0, 0, search_mv);
+  DropLines();
+  return score;
+}
+
+BestMove FindBestMove() {
+  BestMove best;
+  for (int depth = 2; depth <= kDeepestStage1 && StopSearch() == 0; ++depth) {
+    SearchRoot(-kInfinity, depth);
+    if (search_depth == depth) best = {search_mv, search_score, search_depth};
+  }
+  return best;
+}
+
+// One pass over the remaining moves. True when it has set a candidate aside.
+bool FindCandidate(const BestMove& best, int floor) {
+  HashDepthLow();
+  for (int depth = 2; depth <= best.depth && StopSearch() == 0; ++depth) {
+    const int score = SearchRoot(floor, depth);
+    if (is_stop_search != 0) return false;
+    if (search_depth < best.depth) continue;
+    if (score <= floor) return false;
+    SetAside(search_mv, search_score);
+    std::printf("#----> find kandidat move %s, score %d, depth %d\n", MoveToStr(search_mv),
+                search_score, search_depth);
+    return true;
+  }
+  return false;
+}
+
+void FindCandidates(const BestMove& best) {
+  std::printf("#----> search kandidate's moves ...  time = %02f \n", Seconds(limit_time));
+  const int floor = std::max(best.score - kCandidateMargin, -kInfinity);
+  while (is_stop_search == 0 && RemainingMoves() > 0) {
+    if (!FindCandidate(best, floor)) return;
+  }
+}
+
+// Random play-outs after each of the first `count` root moves in turn, while the time lasts.
+void AddPlayouts(int count) {
+  while (StopSearch() == 0) {
+    for (int i = 0; i < count; ++i) {
+      MakeMove(tree[i]);
+      const int result = RndSearch();
+      UnMakeMove(tree[i]);
+      if (is_stop_search != 0) break;
+      sort_val[i] -= result;
+      if (sort_val[i] < kLeastValue || sort_val[i] > kGreatestValue) return;
+    }
+  }
+}
+
+void PrintResult(int count) {
+  std::puts("# ----> result of search ");
+  for (int i = 0; i < count; ++i) {
+    Pick(i, count - 1);
+    std::printf("#move %s, score %d\n", MoveToStr(tree[i]), sort_val[i]);
+  }
+}
+
+// Brings the move to play to the front of the `count` moves set aside.
+void DecideAmong(int count) {
+  if (sort_val[0] > sort_val[1] || sort_val[1] - sort_val[0] > kNearEqual) {
+    std::puts("#skip random score (result undefined) ");
+    Pick(0, count - 1);
+    return;
+  }
+  std::printf("#-----> stage2: assign additional random score,  time = %02f \n",
+              Seconds(limit_time));
+  AddPlayouts(count);
+  PrintResult(count);
+}
+
+// Runs the stages and leaves the chosen move, with its value, first in the root list.
+void ChooseAmong(const BestMove& best, int allowance) {
+  StartStage(allowance * 90 / 100);
+  SetAside(best.move, best.score);
+  std::printf("#----> find best move %s,    score %d, depth %d\n", MoveToStr(best.move), best.score,
+              best.depth);
+  if (best.score > kMateFound) return;
+  FindCandidates(best);
+  const int count = treeCnt[0];
+  if (count == 1) {
+    std::puts("# find search. one move only ");
+    return;
+  }
+  StartStage(allowance / 10);
+  treeCnt[0] = 0;
+  treeCnt[1] = count;
+  DecideAmong(count);
+}
+
+void Report(Move move, int score, int depth) {
+  if (move == 0) {
+    std::puts("# move not fond ?!! ");
+    return;
+  }
+  std::printf("# select move: %s, %d \n", MoveToStr(move), score);
+  SaveSearchResult(score, depth);
+}
+
+// The search proper, for a root with several moves. Returns the chosen move, or 0.
+Move SearchStages(int allowance) {
+  StartStage(allowance / 2);
+  std::printf("#------> stage1 - search best move, time = %02f \n", Seconds(limit_time));
+  const BestMove best = FindBestMove();
+  if (best.move != 0) ChooseAmong(best, allowance);
+  const Move chosen = best.move != 0 ? tree[0] : 0;
+  Report(chosen, sort_val[0], best.depth);
+  treeCnt[0] = 0;
+  treeCnt[1] = 0;
+  return chosen;
+}
+
+}  // namespace
+
+bool Rnd_Root_Search(Move& move) {
+  const std::uint32_t begin = TICK_COUNT();
+  const int allowance = limit_time;
+  std::puts("search move ... ");
+  init_search();
+  SeedRandom();
+  if (!LegalMoveList() || ListLength() == 0) {
+    std::puts("#cap. king - illegal move ");
+    return false;
+  }
+  const int count = ListLength();
+  if (count == 1) {
+    std::puts("# one reply ");
+    move = tree[0];
+    return true;
+  }
+  if (BookAnswers(count, move)) {
+    std::puts("# find move from open. book ");
+    return true;
+  }
+  for (int i = 0; i < count; ++i) sort_val[i] = std::rand() & 15;
+  move = SearchStages(allowance);
+  limit_time = allowance;
+  std::printf("#search time %02f \n", Seconds(static_cast<int>(TICK_COUNT() - begin)));
+  return move != 0;
+}
+
+int RndSearch() {
+  if (StopSearch() != 0 || ply >= kMaxPlayoutPly || !LegalMoveList()) return 0;
+  const int count = ListLength();
+  if (count == 0) return Check() ? -1 : 0;
+  const Move move = tree[treeCnt[ply] + (count > 1 ? std::rand() % count : 0)];
+  MakeMove(move);
+  const int result = RndSearch();
+  UnMakeMove(move);
+  return -result;
+}
+
+}  // namespace tarvyle

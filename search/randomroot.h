@@ -1,0 +1,17 @@
+#pragma once
+
+#include "position/types.h"
+
+namespace tarvyle {
+
+// Chooses a move by the randomised root search: half the allowance for the best move, most of the
+// allowance for candidates within two pawns of it, and, when the leaders are near-equal, a tenth
+// for random play-outs. Reports its stages on standard output. Writes the move and returns true, or
+// returns false when there is none. `limit_time` is the same afterwards.
+bool Rnd_Root_Search(Move& move);
+
+// Plays random moves to the end from the current position. -1 when the side to move is checkmated,
+// as seen from there; 0 for everything else, a stopped search included.
+int RndSearch();
+
+}  // namespace tarvyle

@@ -1,0 +1,53 @@
+#include "search/state.h"
+
+#include <algorithm>
+
+#include "pv/tree.h"
+#include "search/history.h"
+
+namespace tarvyle {
+
+Move gl_find_move[kPlyArray];
+Move killer[kPlyArray];
+Move pv_killer[kPlyArray];
+int cut_forse[kPlyArray];
+
+int doNull = 0;
+int doReduction = 0;
+int search_tree_width_null_move_cut = 1;
+
+int PLAY_STYLE = 2;
+int s_depth = 0;
+int root_side = White;
+int root_mtl[2];
+
+Move search_mv = 0;
+int search_score = 0;
+int search_depth = 0;
+Move search_list[kRecordMoves + 1];
+Key64 search_start_pos_key;
+
+Move pv_line[kLineSize];
+Queue pv_table = nullptr;
+
+void ResetSearchState() {
+  for (Move* moves : {gl_find_move, killer, pv_killer}) std::fill_n(moves, kPlyArray, 0);
+  std::fill_n(cut_forse, kPlyArray, 0);
+  std::fill_n(search_list, kRecordMoves + 1, 0);
+  std::fill_n(pv_line, kLineSize, 0);
+  std::fill_n(root_mtl, 2, 0);
+  doNull = 0;
+  doReduction = 0;
+  search_tree_width_null_move_cut = 1;
+  s_depth = 0;
+  root_side = White;
+  search_mv = 0;
+  search_score = 0;
+  search_depth = 0;
+  search_start_pos_key = 0;
+  while (pv_table != nullptr) LineFree(reinterpret_cast<Move*>(pvt_pop_first(&pv_table)));
+  pvReset(pv_tree);
+  HistoryInit(true);
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+
+#include "position/movestack.h"
+#include "position/record.h"
+#include "position/types.h"
+#include "pv/line.h"
+
+// Records that the node searches, the root search and move ordering share.
+
+namespace tarvyle {
+
+inline constexpr int kLineSize = 100;     // words of a line, indexed by ply
+inline constexpr int kMaxLineMoves = 96;  // a principal variation holds at most that many moves
+inline constexpr int kPlyArray = kMaxPly + 2;
+
+inline constexpr int kMaxSearchPly = 96;  // deeper nodes return the static evaluation
+inline constexpr int kInfinity = 1000000;
+inline constexpr int kCaptureKing = 1000000;  // minus ply: the move before was illegal
+inline constexpr int kMated = -999999;        // plus ply
+inline constexpr int kMateWindow = 999900;    // scores beyond are mates
+
+enum CutReason : int {
+  kNoCut,
+  kNullMoveCut,
+  kTableCut,
+  kCheckmated,
+  kDrawByRule,
+  kNoMoveLeft,
+};
+
+// By ply, 0 = root. They live on across iterations and moves; the root search clears the killers.
+extern Move gl_find_move[kPlyArray];  // best move of the latest search of a node there
+extern Move killer[kPlyArray];        // last move that raised alpha, but no recapture
+extern Move pv_killer[kPlyArray];     // last move that raised alpha without a cut-off
+extern int cut_forse[kPlyArray];      // why the node ended (CutReason); nothing reads it
+
+extern int doNull;       // 1 while a null-move child is searched
+extern int doReduction;  // reduction of the current child; nothing reads it
+
+// 0 switches the null move off: set before every machine move, 1 when both sides have a queen.
+extern int search_tree_width_null_move_cut;
+
+extern int PLAY_STYLE;   // 0 "knowledge1", 1 "knowledge2", 2 "knowledge3"
+extern int s_depth;      // depth of the current iteration
+extern int root_side;    // side to move at the root
+extern int root_mtl[2];  // material at the root by colour; nothing reads it
+
+extern Move search_mv;    // best root move, 0 before there is one
+extern int search_score;  // its score
+extern int search_depth;  // the iteration that found it
+
+// The game's moves followed by the best line, cut after min(depth, 10) moves of it, ended by 0.
+extern Move search_list[kRecordMoves + 1];
+extern Key64 search_start_pos_key;  // key of the root that the last result belongs to
+
+extern Move pv_line[kLineSize];  // the root's principal variation, index 0 = the root move
+extern Queue pv_table;           // lines found during one iteration, oldest first
+
+// Resets what a fresh process has: all of the above but style and settings. For tests and tools.
+void ResetSearchState();
+
+}  // namespace tarvyle

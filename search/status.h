@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "position/types.h"
+
+namespace tarvyle {
+
+extern int is_rnd_search;  // 1: the randomised root search is on
+
+// One new best line at the root.
+struct SearchStatus {
+  int depth;
+  int score;    // 1/1000 pawn
+  int elapsed;  // 1/100 s
+  std::uint64_t nodes;
+  const Move* line;  // ended by 0
+};
+
+// Receives each thinking line in place of standard output when set; for tools.
+extern void (*status_sink)(const SearchStatus&);
+
+// Score in the form that the interface shows: score / 10 + score % 10, deliberately not score / 10.
+constexpr int ShownScore(int score) { return score / 10 + score % 10; }
+
+// At most 14 moves of a line, each followed by a blank.
+std::string StatusLine(const Move* line);
+
+// Prints one thinking line: depth, shown score, elapsed 1/100 s, nodes, line. Silent while the
+// randomised root search is on, which reports in its own words.
+void PrintSearchStatus(int depth, int score, int elapsed, std::uint32_t nodes_lo,
+                       std::uint32_t nodes_hi, const Move* line);
+
+// Prints the root list with its ordering values, in one line.
+void debug_print_moves_and_score();
+
+}  // namespace tarvyle

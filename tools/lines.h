@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarvyle::tools {
+
+// The tab-separated fields of a line.
+std::vector<std::string_view> Fields(std::string_view line);
+
+// Reads a file ("" or "-": standard input) line by line. Lines that begin with '#', and empty ones,
+// are copied to standard output; every other one is answered with what `answer` returns for it.
+// `on_comment` is told of every line that begins with '#'. Shows how many lines are done on
+// standard error when that is a terminal. Throws std::runtime_error when the file cannot be opened,
+// and what `answer` throws with the line's number in front.
+void AnswerLines(const std::string& file,
+                 const std::function<std::string(std::string_view)>& answer,
+                 const std::function<void(std::string_view)>& on_comment = {});
+
+}  // namespace tarvyle::tools

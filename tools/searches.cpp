@@ -1,0 +1,81 @@
+#include "tools/searches.h"
+
+#include <charconv>
+#include <iostream>
+#include <stdexcept>
+
+#include "pv/print.h"
+#include "search/root.h"
+#include "search/style.h"
+#include "tools/engine.h"
+#include "tools/lines.h"
+
+namespace tarvyle::tools {
+
+namespace {
+
+int ParseDepth(std::string_view text) {
+  int depth = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), depth);
+  if (error != std::errc() || end != text.data() + text.size() || depth < 2 ||
+      depth > kMaxIteration) {
+    throw std::runtime_error("depth 2..90 expected, not \"" + std::string(text) + "\"");
+  }
+  return depth;
+}
+
+std::string ReportText(const SearchReport& report) {
+  std::string text;
+  for (const Iteration& iteration : report.iterations) {
+    if (!text.empty()) text += ' ';
+    text += std::to_string(iteration.depth) + ':' + std::to_string(iteration.score) + ':' +
+            std::to_string(iteration.nodes);
+  }
+  text += '\t';
+  text += report.best_move.empty() ? "none"
+                                   : report.best_move + " score " + std::to_string(report.score) +
+                                         " depth " + std::to_string(report.depth);
+  text += '\t';
+  for (std::size_t i = 0; i < report.lines.size(); ++i) {
+    text += (i > 0 ? " | " : "") + report.lines[i];
+  }
+  return text;
+}
+
+void StartFresh(const SearchOptions& options) {
+  if (!FreshProcess(options.book)) throw std::runtime_error("cannot open " + options.book);
+}
+
+std::string AnswerSearch(const SearchOptions& options, std::string_view line) {
+  const auto fields = Fields(line);
+  if (fields.size() < 3) throw std::runtime_error("root, tab, style, tab, depth expected");
+  const std::string root(fields[0]);
+  const std::string style(fields[1]);
+  const int depth = ParseDepth(fields[2]);
+  if (!load_play_style(style.c_str())) throw std::runtime_error("unknown style " + style);
+  if (!options.chain) StartFresh(options);
+  if (!SetUpRoot(root)) return root + "\trefused";
+  return root + '\t' + style + '\t' + std::to_string(depth) + '\t' +
+         ReportText(SearchToDepth(depth, options.seed));
+}
+
+}  // namespace
+
+void RunSearches(const SearchOptions& options) {
+  StartFresh(options);
+  const auto answer = [&](std::string_view line) {
+    std::string text = AnswerSearch(options, line);
+    if (options.pv_tree) {
+      std::cout << text << std::endl;
+      pvPrint(pv_tree, stdout);
+      std::fflush(stdout);
+      text.clear();
+    }
+    return text;
+  };
+  AnswerLines(options.file, answer, [&](std::string_view line) {
+    if (options.chain && line.starts_with("# new process")) StartFresh(options);
+  });
+}
+
+}  // namespace tarvyle::tools
