@@ -31,16 +31,16 @@ const char* ConCat(const char* first, const char* second) {
 
 const char* ConCat(const char* file_name) { return ConCat(prog_dir, file_name); }
 
+// Only a regular file is opened at all: opening a pipe would wait for somebody at its other end.
 long file_size(const char* path) {
-  std::FILE* file = std::fopen(path, "rb");
   struct stat status {};
-  const bool regular =
-      file != nullptr && fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
-  if (file != nullptr) std::fclose(file);
-  if (!regular) {
+  const bool regular = stat(path, &status) == 0 && S_ISREG(status.st_mode);
+  std::FILE* file = regular ? std::fopen(path, "rb") : nullptr;
+  if (file == nullptr) {
     std::fprintf(stderr, "------> error: file_size() - file %s not open\n", path);
     return 0;
   }
+  std::fclose(file);
   return static_cast<long>(status.st_size);
 }
 

@@ -36,8 +36,11 @@ struct Candidates {
   int count;
 };
 
-// Value of a candidate for the side that plays it; the stored score is the opponent's.
-int ValueOf(const Candidates& candidates, int i) { return -candidates.nodes[i]->score; }
+// Value of a candidate for the side that plays it; the stored score is the opponent's. The least
+// number of all, which only a learn file could bring in, has no negative: it stays as it is.
+int ValueOf(const Candidates& candidates, int i) {
+  return static_cast<int>(0u - static_cast<unsigned>(candidates.nodes[i]->score));
+}
 
 // Reduces a value to its positional part. Returns false when the move is not to be played.
 bool ReduceValue(int v, int& reduced) {

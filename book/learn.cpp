@@ -20,6 +20,7 @@ constexpr int kThousand = 1000;
 
 LearnNode* NewNode(const char* text, std::int16_t kind) {
   const std::size_t length = std::strlen(text) + 1 + kLearnHeader;
+  if (length > INT16_MAX) return nullptr;  // more than a record can say of itself
   void* memory = LearnAllocate(offsetof(LearnNode, key_lo) + length);
   if (memory == nullptr) return nullptr;
   auto* node = static_cast<LearnNode*>(memory);

@@ -55,7 +55,7 @@ LearnNode* FindCurrentNode();
 std::uint32_t StrHashKey(const char* text);
 
 // A new book node for the current position with the given text, not yet linked; null without
-// memory.
+// memory, and for a text longer than any record.
 LearnNode* NewLNode(const char* text);
 
 // Puts a node at the head of its bucket; null is allowed and ignored.

@@ -27,16 +27,18 @@ struct FreeMemory {
 };
 using Memory = std::unique_ptr<char, FreeMemory>;
 
-// The bytes of a learn file, or none when it cannot be read.
+// The bytes of a learn file.
 struct FileBytes {
   Memory bytes;
   std::size_t size = 0;
 };
 
 bool ReadFile(const char* path, FileBytes& content) {
-  const File file(std::fopen(path, "rb"));
+  // Asked before it is opened: opening a pipe would wait for its other end.
   struct stat status {};
-  if (!file || fstat(fileno(file.get()), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  if (stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  const File file(std::fopen(path, "rb"));
+  if (!file) return false;
   content.size = static_cast<std::size_t>(status.st_size);
   content.bytes.reset(static_cast<char*>(std::malloc(content.size + 1)));
   return content.bytes &&

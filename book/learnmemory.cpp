@@ -34,7 +34,8 @@ bool AddChunk(std::size_t bytes) {
 void* LearnAllocate(std::size_t bytes) {
   bytes = (bytes + kAlignment - 1) / kAlignment * kAlignment;
   const auto left = static_cast<std::size_t>(free_end - free_begin);
-  if (left < bytes && !AddChunk(std::max(bytes, kChunkBytes))) return nullptr;
+  const bool enough = chunks != nullptr && left >= bytes;
+  if (!enough && !AddChunk(std::max(bytes, kChunkBytes))) return nullptr;
   void* memory = free_begin;
   free_begin += bytes;
   return memory;

@@ -2,7 +2,6 @@
 
 #include "eval/attackmap.h"
 #include "eval/phase.h"
-#include "eval/tables.h"
 #include "position/attack.h"
 #include "position/castling.h"
 
@@ -13,12 +12,9 @@ namespace {
 constexpr int kShieldBonus[8] = {4, 6, 2, 0, 0, 2, 6, 4};  // by the file of a shield pawn
 
 // By the number of attacked king lines: 60 * sin(pi * a / 20), peaking at 10, 0 above 20.
-constexpr int kDanger[27] = {0,  9,  19, 27, 35, 42, 49, 53, 57, 59, 60, 59, 57, 53,
-                             49, 42, 35, 27, 19, 9,  0,  0,  0,  0,  0,  0,  0};
-
-// With this weight of enemy pieces or less there is no danger: one minor piece.
-constexpr int kHarmlessWeight = 4;
-constexpr int kFullWeight = 40;
+constexpr int kDangerLines = 27;
+constexpr int kDanger[kDangerLines] = {0,  9,  19, 27, 35, 42, 49, 53, 57, 59, 60, 59, 57, 53,
+                                       49, 42, 35, 27, 19, 9,  0,  0,  0,  0,  0,  0,  0};
 
 struct Ring {
   int term = 0;  // sum of the shield bonus and the attackers of the ring
@@ -121,9 +117,8 @@ bool RightCastlEnable(int colour) {
 }
 
 int KingSFTY(int colour) {
-  const int weight = OpponentWeight(colour);
-  if (weight <= kHarmlessWeight) return 0;
-  const double phase = min(weight, kFullWeight) / double{kFullWeight};
+  const double phase = Stage(colour);
+  if (phase == 0.0) return 0;  // no danger from a lone minor piece
   const Square king = g.king_sq[colour];
 
   const Ring ring = LookAround(king, colour);
@@ -134,7 +129,7 @@ int KingSFTY(int colour) {
   if (lines > 0) {
     mildness = 1.0;
     if (ring.free <= 1) term -= ring.free == 0 ? 4 : 2;
-    if (lines < 27) term -= kDanger[lines];
+    if (lines < kDangerLines) term -= kDanger[lines];
   }
 
   if (g.castled[colour] != 0) {

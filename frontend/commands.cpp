@@ -1,5 +1,6 @@
 #include "frontend/commands.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -47,6 +48,8 @@ bool RowHelp(Command& command) {
 bool RowXboard(Command& command) {
   if (command.token != "xboard") return false;
   is_xboard = 1;
+  // A GUI may interrupt before it has read that it shall not; nothing listens for interrupts here.
+  std::signal(SIGINT, SIG_IGN);
   std::puts("feature setboard=1");
   std::puts("feature done=1");
   std::puts("feature sigint=0");

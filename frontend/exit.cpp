@@ -3,10 +3,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "base/path.h"
 #include "base/property.h"
@@ -20,7 +23,8 @@ namespace {
 constexpr int kTemporaryNumbers = 1000;
 
 // Creates an empty file of a name that no other program has: the process id takes part in its
-// number, and a number in use leads to the next one.
+// number, and a number in use leads to the next one. In a folder that takes no file the name alone
+// is returned.
 std::string ReserveTemporary() {
   int number = (std::rand() % kTemporaryNumbers + getpid()) % kTemporaryNumbers;
   std::string path;
@@ -29,17 +33,23 @@ std::string ReserveTemporary() {
     std::snprintf(name, sizeof name, "%s%d.lrn", "tarvyle_tmp_lrn", number);
     path = ConCat(name);
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file >= 0) {
-      close(file);
-      return path;
-    }
+    if (file >= 0) close(file);
+    if (file >= 0 || errno != EEXIST) return path;
     number = (number + 1) % kTemporaryNumbers;
   }
   return path;
 }
 
+// Whether nothing or a file stands there. A folder, a device or a link to nowhere is not ours to
+// replace.
+bool IsReplaceable(const std::string& path) {
+  std::error_code ignored;
+  return !std::filesystem::exists(std::filesystem::symlink_status(path, ignored)) ||
+         std::filesystem::is_regular_file(path, ignored);
+}
+
 void ReplaceLearnFile(const std::string& temporary, const std::string& learn_file, long size) {
-  if (std::rename(temporary.c_str(), learn_file.c_str()) != 0) {
+  if (!IsReplaceable(learn_file) || std::rename(temporary.c_str(), learn_file.c_str()) != 0) {
     std::fputs("----> error write learn file(2), ?rename() \n", stderr);
     std::remove(temporary.c_str());
     return;

@@ -1,18 +1,52 @@
 #include "frontend/savedgame.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <memory>
+#include <string>
 
 #include "position/image.h"
 
 namespace tarvyle {
 
-bool SaveGame(const char* path) {
-  TagRecord();
-  std::FILE* file = std::fopen(path, "wb");
+namespace {
+
+// A name in the folder of `path` that no other program uses.
+std::string TemporaryBeside(const std::string& path) {
+  const std::size_t separator = path.rfind('/');
+  const std::string folder =
+      separator == std::string::npos ? std::string() : path.substr(0, separator + 1);
+  return folder + "tarvyle_save_tmp" + std::to_string(getpid()) + ".dat";
+}
+
+// Whether a new file may take the place of `path`: nothing stands there, or a plain file that could
+// be written. Devices, links and write-protected files stay what they are.
+bool IsReplaceable(const char* path) {
+  struct stat status {};
+  if (lstat(path, &status) != 0) return true;
+  return S_ISREG(status.st_mode) && access(path, W_OK) == 0;
+}
+
+// Writes the record and closes the file. False, too, for a file that is not open.
+bool WriteRecord(std::FILE* file) {
   if (file == nullptr) return false;
   const bool written = std::fwrite(&g, sizeof g, 1, file) == 1;
   return std::fclose(file) == 0 && written;
+}
+
+}  // namespace
+
+bool SaveGame(const char* path) {
+  TagRecord();
+  const std::string temporary = TemporaryBeside(path);
+  std::remove(temporary.c_str());
+  std::FILE* file = IsReplaceable(path) ? std::fopen(temporary.c_str(), "wbx") : nullptr;
+  if (file == nullptr) return WriteRecord(std::fopen(path, "wb"));
+  const bool saved = WriteRecord(file) && std::rename(temporary.c_str(), path) == 0;
+  if (!saved) std::remove(temporary.c_str());
+  return saved;
 }
 
 bool LoadGame(const char* path) {

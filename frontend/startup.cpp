@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include "base/path.h"
 #include "base/property.h"
@@ -28,7 +30,7 @@ namespace {
 constexpr const char* kProgramName = "tarvyle";
 constexpr const char* kBuildDate = "Jul 22 2013";
 constexpr int kListingLine = 1024;
-constexpr int kCommandNotFound = 127;  // the shell's status when there is no lister
+constexpr int kCannotRun = 126;  // the shell's status, or the next, when it cannot start the lister
 
 constexpr int kLeastTime = 700;  // bounds of the configured allowance, 1/100 s
 constexpr int kGreatestTime = 10000;
@@ -44,12 +46,18 @@ void LoadConfiguration() {
   std::exit(1);
 }
 
+// A folder or a device in the learn file's place is not ours to delete.
+void DeleteLearnFile(const char* path) {
+  std::error_code ignored;
+  if (std::filesystem::is_regular_file(path, ignored)) std::remove(path);
+}
+
 // The book is read only without a usable learn file: one that was written holds the book.
 void LoadKnowledge() {
   const char* learn_file = ConCat("tarvyle.lrn");
   if (LoadLearnTable(learn_file)) return;
   LearnClear();
-  std::remove(learn_file);
+  DeleteLearnFile(learn_file);
   std::fputs("#  learn file notfound, load book-file \n", stderr);
   if (ReadLibFile(ConCat("tarvyle.bk"))) return;
   std::fputs("book file notfound  \n", stderr);
@@ -89,7 +97,8 @@ unsigned prog_is_run() {
     if (std::strstr(line, kProgramName) != nullptr) ++lines;
   }
   const int status = pclose(listing);
-  if (WIFEXITED(status) && WEXITSTATUS(status) == kCommandNotFound) return 1;
+  const int exit_status = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
+  if (exit_status == kCannotRun || exit_status == kCannotRun + 1) return 1;
   return lines >= 2 ? 2 : 0;
 }
 

@@ -25,11 +25,9 @@ constexpr int kGreatestByClock = 3000;
 constexpr int kMovesPerControl = 40;
 
 // The counter starts at 0 and is raised first, so that the warnings stay silent unless it wraps.
-int ClampedByClock(int hundredths, int bound, const char* warning) {
-  if (hundredths == bound) return hundredths;
+void WarnOfClamp(const char* warning) {
   ++cnt_warning;
   if (cnt_warning == 0) std::fputs(warning, stderr);
-  return bound;
 }
 
 int Remaining(const char* text) {
@@ -59,13 +57,13 @@ void SetTimePerMove(const char* seconds) {
 
 void SetTimeByClock(const char* hundredths) {
   const int moves_left = kMovesPerControl - use_moves(g.game_len) % kMovesPerControl;
-  int per_move = Remaining(hundredths) / moves_left;
+  const int per_move = Remaining(hundredths) / moves_left;
   if (per_move > kGreatestByClock) {
-    per_move = ClampedByClock(per_move, kGreatestByClock, "# warning:  time = 30 sec \n");
+    WarnOfClamp("# warning:  time = 30 sec \n");
   } else if (per_move < kLeastByClock) {
-    per_move = ClampedByClock(per_move, kLeastByClock, "# warning:  time = 7 sec \n");
+    WarnOfClamp("# warning:  time = 7 sec \n");
   }
-  limit_time = per_move;
+  limit_time = std::clamp(per_move, kLeastByClock, kGreatestByClock);
 }
 
 }  // namespace tarvyle

@@ -30,6 +30,13 @@ constexpr RookWay RookWayOf(Move move) {
   return (move & kShortCastling) != 0 ? RookWay{king + 3, king + 1} : RookWay{king - 4, king - 1};
 }
 
+// The half-move and castling counters of a loaded game are taken as they stand, so that stepping
+// them has to wrap where it would overflow.
+constexpr std::int32_t Stepped(std::int32_t counter, std::int32_t step) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(counter) +
+                                   static_cast<std::uint32_t>(step));
+}
+
 // A move word whose codes could index outside a table is only met when a game is tried out.
 constexpr bool WordIsUsable(Move move) {
   const int piece = PieceOf(move);
@@ -64,7 +71,7 @@ bool MakeOnBoard(Move move, UndoRecord& undo) {
   if (!LiftPiece<kHow>(mover, side, from, slot)) return false;
   if ((move & kCapture) != 0 && !TakeVictim<kHow>(move, undo)) return false;
   if ((move & kCastling) != 0) {
-    ++g.castled[side];
+    g.castled[side] = Stepped(g.castled[side], 1);
     const RookWay rook = RookWayOf(move);
     if (!MovePiece<kHow>(Rook, side, rook.from, rook.to)) return false;
   }
@@ -95,7 +102,7 @@ bool Make(Move move) {
   undo.fifty_before = g.fifty;
   // A null move starts the count anew as well: no repetition is looked for across it.
   const bool reversible = move != 0 && (move & kNotQuiet) == 0 && PieceOf(move) != Pawn;
-  g.fifty = reversible ? g.fifty + 1 : 0;
+  g.fifty = reversible ? Stepped(g.fifty, 1) : 0;
   return true;
 }
 
@@ -114,7 +121,7 @@ bool UnMakeOnBoard(Move move, UndoRecord& undo) {
     return false;
   }
   if ((move & kCastling) != 0) {
-    --g.castled[side];
+    g.castled[side] = Stepped(g.castled[side], -1);
     const RookWay rook = RookWayOf(move);
     if (!MovePiece<kHow>(Rook, side, rook.to, rook.from)) return false;
   }

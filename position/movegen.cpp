@@ -38,7 +38,7 @@ Move* EmitPawnAdvances(Move* cursor, Square from, Square ahead, bool promotes) {
   if (!IsEmpty(ahead)) return cursor;
   if (kKind == Kind::kCaptures && !promotes) return cursor;
   cursor = EmitPawnMove(cursor, MoveWord(Pawn, from, ahead), promotes);
-  if (promotes || RowOf(from) != first_pawn_row[g.side]) return cursor;
+  if (RowOf(from) != first_pawn_row[g.side]) return cursor;
   const Square two_ahead = ahead + dP[g.side];
   if (IsEmpty(two_ahead)) *cursor++ = MoveWord(Pawn, from, two_ahead);
   return cursor;
@@ -115,7 +115,7 @@ Move LastMove() {
 Square EnPassantSquare() {
   if (g.game_len + ply == 0) return g.ep_sq;
   const Move last = LastMove();
-  if (last == 0 || PieceOf(last) != Pawn) return 0;
+  if (PieceOf(last) != Pawn) return 0;
   const int rows = RowOf(OriginOf(last)) - RowOf(TargetOf(last));
   return rows == 2 || rows == -2 ? TargetOf(last) + dP[g.side] : 0;
 }

@@ -76,9 +76,7 @@ inline bool PlacePiece(int piece, int colour, Square square, int slot) {
 // Takes a piece from one square to another, empty one.
 template <OnBroken kHow>
 inline bool MovePiece(int piece, int colour, Square from, Square to) {
-  if constexpr (kHow == OnBroken::kRefuse) {
-    if (!OnBoard(from) || !OnBoard(to)) return false;
-  }
+  if (!Require<kHow>(OnBoard(from) && OnBoard(to))) return false;
   const int slot = g.list_idx[from];
   return LiftPiece<kHow>(piece, colour, from, slot) && PlacePiece<kHow>(piece, colour, to, slot);
 }

@@ -43,7 +43,6 @@ bool ReadBoard(std::string_view field) {
 }
 
 bool ReadSide(std::string_view field) {
-  if (field.size() != 1) return false;
   if (field == "b") {
     g.side = Black;
     g.xside = White;

@@ -63,6 +63,7 @@ void AnswerLines(const std::string& file,
     ShowProgress(number);
   }
   EndProgress();
+  if (in.bad()) throw std::runtime_error("cannot read " + file);
   std::cout.flush();
 }
 

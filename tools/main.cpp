@@ -44,12 +44,15 @@ struct PerftOptions {
 
 void AddPerft(CLI::App& app, PerftOptions& options) {
   CLI::App* command = app.add_subcommand("perft", "Counts legal leaf nodes");
-  command->add_option("FILE", options.file, "lines of FEN, tab, depth (default: standard input)");
+  CLI::Option* file = command->add_option("FILE", options.file,
+                                          "lines of FEN, tab, depth (default: standard input)");
   CLI::Option* fen = command->add_option("--fen", options.fen, "one position instead of a file");
-  command->add_option("--depth", options.depth, "its depth")->check(CLI::Range(0, 90))->needs(fen);
+  CLI::Option* depth = command->add_option("--depth", options.depth, "its depth");
+  depth->check(CLI::Range(0, 90))->needs(fen);
+  fen->needs(depth)->excludes(file);
   command->add_flag("--divide", options.divide, "a line for each root move")->needs(fen);
-  command->callback([&options] {
-    if (options.fen.empty()) {
+  command->callback([&options, fen] {
+    if (fen->empty()) {
       AnswerLines(options.file, DescribePerft);
     } else {
       PrintPerft(options.fen, options.depth, options.divide);
@@ -82,9 +85,10 @@ void AddBench(CLI::App& app, BenchOptions& options) {
 
 void AddTables(CLI::App& app, std::string& fen) {
   CLI::App* command = app.add_subcommand("tables", "Prints the piece-square tables of a position");
-  command->add_option("--fen", fen, "the position (default: the start position)");
-  command->callback([&fen] {
-    if (!fen.empty() && !tarvyle::InitGame(fen.c_str())) {
+  CLI::Option* option =
+      command->add_option("--fen", fen, "the position (default: the start position)");
+  command->callback([&fen, option] {
+    if (!option->empty() && !tarvyle::InitGame(fen.c_str())) {
       throw std::runtime_error("position refused: " + fen);
     }
     tarvyle::InitEvaluate();

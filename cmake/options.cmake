@@ -1,0 +1,37 @@
+# How everything of the project is compiled: the interface library `project_options`.
+
+add_library(project_options INTERFACE)
+
+# Evaluation compares sums of doubles that must come out the same everywhere, so no operation may be
+# fused or reordered: no contraction, and never fast-math.
+target_compile_options(project_options INTERFACE
+  -ffp-contract=off
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  $<$<BOOL:${TARVYLE_WERROR}>:-Werror>)
+
+if(TARVYLE_CHECK_RECORD)
+  target_compile_definitions(project_options INTERFACE TARVYLE_CHECK_RECORD=1)
+endif()
+
+if(TARVYLE_SANITIZE)
+  target_compile_options(project_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(project_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(TARVYLE_SANITIZE OR TARVYLE_CHECK_RECORD)
+  target_compile_definitions(project_options INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+
+include(CheckIPOSupported)
+check_ipo_supported(RESULT ipo_works OUTPUT ipo_reason LANGUAGES CXX)
+if(ipo_works)
+  set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE ON)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The programs are small: one piece needs no `make` to spread the work and hides nothing from
+    # the inliner.
+    target_link_options(project_options INTERFACE $<$<CONFIG:Release>:-flto-partition=one>)
+  endif()
+else()
+  message(STATUS "link-time optimisation: off (${ipo_reason})")
+endif()

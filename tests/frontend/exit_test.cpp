@@ -1,0 +1,193 @@
+#include "frontend/exit.h"
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <set>
+
+#include "tests/support/frontend_support.h"
+
+namespace tarvyle::tests {
+namespace {
+
+class ExitTest : public FrontEndTest {
+ protected:
+  void SetUp() override {
+    FrontEndTest::SetUp();
+    learn_file_ = Path("tarvyle.lrn");
+    not_open_ = "------> error: file_size() - file " + learn_file_ + " not open\n";
+  }
+
+  // Puts a number of positions into the learn table.
+  static void Learn(int positions) {
+    static const char* const kMoves[] = {"e2e4", "e7e5", "g1f3", "b8c6"};
+    InitNewGame();
+    for (int i = 0; i < positions; ++i) {
+      ASSERT_TRUE(Play(kMoves[i]));
+      InsertNodeLearn();
+    }
+  }
+
+  // Names in the folder, with the number of a temporary learn file as N.
+  std::multiset<std::string> Names() const {
+    std::multiset<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
+      const std::string name = entry.path().filename();
+      const bool temporary = name.starts_with("tarvyle_tmp_lrn") && name.ends_with(".lrn");
+      names.insert(temporary ? "tarvyle_tmp_lrnN.lrn" : name);
+    }
+    return names;
+  }
+
+  std::string learn_file_;
+  std::string not_open_;
+};
+
+TEST_F(ExitTest, WritesTheLearnTable) {
+  Learn(2);
+  const Said said = Listen(WriteLearnFile);
+  const auto size = std::filesystem::file_size(learn_file_);
+  EXPECT_EQ(said.out, "write learn file " + learn_file_ + " " + std::to_string(size) + " bytes \n");
+  EXPECT_EQ(said.err, not_open_) << "the old file is missing and counts as empty";
+  EXPECT_GT(size, 2u * 25u);
+  EXPECT_EQ(Names(), std::multiset<std::string>{"tarvyle.lrn"});
+}
+
+TEST_F(ExitTest, ReplacesAnOldFileOfTheSameSize) {
+  Learn(1);
+  Listen(WriteLearnFile);
+  const std::string first = ReadFile(learn_file_);
+  LearnReset();
+  Learn(1);
+  SaveSearchResult(1234, 7);
+  const Said said = Listen(WriteLearnFile);
+  EXPECT_EQ(said.err, "");
+  EXPECT_EQ(ReadFile(learn_file_).size(), first.size());
+  EXPECT_NE(ReadFile(learn_file_), first);
+}
+
+TEST_F(ExitTest, KeepsALargerOldFileAndTheTemporaryOne) {
+  const std::string old(100000, 'x');
+  WriteFile(learn_file_, old);
+  Learn(2);
+  const Said said = Listen(WriteLearnFile);
+  EXPECT_EQ(said.out, "");
+  EXPECT_EQ(said.err, "---->  error write learn file(1), size new file less old file \n");
+  EXPECT_EQ(ReadFile(learn_file_), old);
+  EXPECT_EQ(Names(), (std::multiset<std::string>{"tarvyle.lrn", "tarvyle_tmp_lrnN.lrn"}));
+}
+
+TEST_F(ExitTest, ComparesSizesToTheByte) {
+  Learn(2);
+  Listen(WriteLearnFile);
+  const auto size = std::filesystem::file_size(learn_file_);
+  WriteFile(learn_file_, std::string(size + 1, 'x'));
+  EXPECT_EQ(Listen(WriteLearnFile).out, "");
+  WriteFile(learn_file_, std::string(size, 'x'));
+  EXPECT_NE(Listen(WriteLearnFile).out, "");
+}
+
+TEST_F(ExitTest, ReportsAFailedRename) {
+  std::filesystem::create_directory(learn_file_);
+  WriteFile(learn_file_ + "/inside", "");
+  Learn(1);
+  const Said said = Listen(WriteLearnFile);
+  EXPECT_EQ(said.out, "");
+  EXPECT_EQ(said.err, not_open_ + "----> error write learn file(2), ?rename() \n");
+  EXPECT_EQ(Names(), std::multiset<std::string>{"tarvyle.lrn"}) << "the temporary file is deleted";
+  EXPECT_TRUE(std::filesystem::is_directory(learn_file_));
+}
+
+TEST_F(ExitTest, ReportsAFolderThatTakesNoFile) {
+  SetProgDir(Path("missing/tarvyle").c_str());
+  Learn(1);
+  const Said said = Listen(WriteLearnFile);
+  EXPECT_EQ(said.out, "");
+  EXPECT_EQ(said.err, "error write learn file\n");
+}
+
+TEST_F(ExitTest, ReportsAWriteThatFailsAndDeletesTheHalfFile) {
+  WriteFile(learn_file_, "");
+  Learn(4);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  rlimit limit = before;
+  limit.rlim_cur = 100;
+  const Said said = Listen([&] {
+    setrlimit(RLIMIT_FSIZE, &limit);
+    WriteLearnFile();
+    setrlimit(RLIMIT_FSIZE, &before);
+  });
+  std::signal(SIGXFSZ, handler);
+  EXPECT_EQ(said.out, "");
+  EXPECT_EQ(said.err, "error write learn file\n");
+  EXPECT_EQ(Names(), std::multiset<std::string>{"tarvyle.lrn"});
+}
+
+TEST_F(ExitTest, WritesNothingBesideAnotherInstanceOrWithoutAList) {
+  Learn(1);
+  for (const unsigned instances : {1u, 2u}) {
+    prev_inst = instances;
+    const Said said = Listen(WriteLearnFile);
+    EXPECT_EQ(said.out + said.err, "");
+    EXPECT_TRUE(Names().empty());
+  }
+}
+
+TEST_F(ExitTest, WritesNothingWhenDisabled) {
+  Learn(1);
+  property_add("learn file write", "disable");
+  const Said said = Listen(WriteLearnFile);
+  EXPECT_EQ(said.out + said.err, "");
+  EXPECT_TRUE(Names().empty());
+}
+
+TEST_F(ExitTest, OnlyTheWholeWordDisables) {
+  Learn(1);
+  for (const char* value : {"disable\n", "disabled", "Disable", "enable", " disable"}) {
+    property_add("learn file write", value);
+    EXPECT_NE(Listen(WriteLearnFile).out, "") << value;
+  }
+}
+
+TEST_F(ExitTest, LeavesTemporaryFilesOfOthersAlone) {
+  for (int number = 0; number < 1000; ++number) {
+    if (number != 617) WriteFile(Path("tarvyle_tmp_lrn" + std::to_string(number) + ".lrn"), "x");
+  }
+  Learn(1);
+  EXPECT_NE(Listen(WriteLearnFile).out, "");
+  EXPECT_EQ(Names().count("tarvyle_tmp_lrnN.lrn"), 999u);
+  EXPECT_EQ(Names().count("tarvyle.lrn"), 1u);
+}
+
+TEST_F(ExitTest, WritesEvenWhenEveryTemporaryNameIsTaken) {
+  for (int number = 0; number < 1000; ++number) {
+    WriteFile(Path("tarvyle_tmp_lrn" + std::to_string(number) + ".lrn"), "left behind");
+  }
+  Learn(1);
+  EXPECT_NE(Listen(WriteLearnFile).out, "");
+  EXPECT_EQ(Names().count("tarvyle_tmp_lrnN.lrn"), 999u);
+}
+
+TEST_F(ExitTest, DrawsTheTemporaryNumber) {
+  std::set<std::string> names;
+  WriteFile(learn_file_, std::string(100000, 'x'));
+  Learn(1);
+  for (int i = 0; i < 5; ++i) Listen(WriteLearnFile);
+  for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
+    names.insert(entry.path().filename());
+  }
+  EXPECT_EQ(names.size(), 6u) << "five files left behind, each of its own name";
+  for (const std::string& name : names) {
+    if (name == "tarvyle.lrn") continue;
+    const std::string number = name.substr(15, name.size() - 15 - 4);
+    EXPECT_EQ(name, "tarvyle_tmp_lrn" + std::to_string(std::stoi(number)) + ".lrn");
+    EXPECT_LT(std::stoi(number), 1000);
+  }
+}
+
+}  // namespace
+}  // namespace tarvyle::tests

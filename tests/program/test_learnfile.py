@@ -1,0 +1,364 @@
+"""The learn file from outside: read at the start, replaced at the end, never lost."""
+
+import os
+import pathlib
+import resource
+import shutil
+import signal
+import subprocess
+import tempfile
+
+import pytest
+from conftest import sanitized
+from engine_folder import BOOK_INSTEAD, START, THINKING, EngineFolder
+
+MATE_IN_ONE = "setboard 6k1/5ppp/8/8/8/8/8/R3K3 w Q -"
+MIDDLE_GAME = "setboard r1bq1rk1/pp2ppbp/2np2p1/2n5/P3PP2/N1P2N2/1PB3PP/R1B1QRK1 b - -"
+
+NOT_OPEN = "------> error: file_size() - file ./tarvyle.lrn not open\n"
+NOT_WRITTEN = "error write learn file\n"
+SMALLER = "---->  error write learn file(1), size new file less old file \n"
+NOT_RENAMED = "----> error write learn file(2), ?rename() \n"
+
+NOBODY = 65534
+BOOK_POSITIONS = 5
+
+
+@pytest.fixture
+def learning(folder):
+    """A folder whose engine writes its learn file."""
+    folder.configure(learn_file_write="enable")
+    return folder
+
+
+@pytest.fixture
+def learned(learning):
+    """A folder with a learn file that holds the book."""
+    learning.run("quit")
+    assert learning.names() == ["tarvyle.lrn"]
+    return learning
+
+
+def written(size: int) -> str:
+    return f"write learn file ./tarvyle.lrn {size} bytes \n"
+
+
+def records(content: bytes) -> list[bytes]:
+    """The records of a learn file; every byte belongs to one."""
+    found = []
+    while content:
+        length = int.from_bytes(content[18:20], "little", signed=True)
+        assert 26 <= length <= len(content)
+        assert content[length - 1] == 0
+        found.append(content[:length])
+        content = content[length:]
+    return found
+
+
+# --- writing ----------------------------------------------------------------------------------------------
+
+
+@pytest.mark.parametrize("raw", [b"quit\n", b"", b"style", b"quit"], ids=["quit", "end", "half a line", "half quit"])
+def test_written_however_the_input_ends(learning, raw):
+    run = learning.run(raw=raw)
+    content = learning.file("tarvyle.lrn").read_bytes()
+    assert len(records(content)) == BOOK_POSITIONS
+    assert run.said.removeprefix("# knowledge3 \n") == written(len(content))
+    assert run.complaints == NOT_OPEN
+    assert run.status == 0
+    assert learning.names() == ["tarvyle.lrn"]
+
+
+def test_read_again_in_place_of_the_book(learned):
+    before = learned.file("tarvyle.lrn").read_bytes()
+    learned.file("tarvyle.bk").unlink()
+    run = learned.run("quit")
+    assert run.stderr == ""
+    assert run.said == written(len(before))
+    assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(before))
+
+
+def test_what_was_searched_is_kept(learned):
+    before = records(learned.file("tarvyle.lrn").read_bytes())
+    run = learned.run(MATE_IN_ONE, "go", "quit")
+    after = records(learned.file("tarvyle.lrn").read_bytes())
+    assert run.said.endswith(f"move a1a8\nthe end\n{written(sum(map(len, after)))}")
+    new = [record for record in after if record[24:] == b"6k1/5ppp/8/8/8/8/8/R3K3 w Q\0"]
+    assert len(new) == 1 and len(after) == len(before) + 1
+    assert int.from_bytes(new[0][12:16], "little", signed=True) > 999900
+
+
+def test_disabled_by_the_configuration(learning):
+    learning.configure(learn_file_write="disable")
+    run = learning.run("quit")
+    assert (run.said, run.complaints, learning.names()) == ("", "", [])
+
+
+@pytest.mark.parametrize("line", ["learn file write=disable", 'learn file write="disabled"', ""])
+def test_only_the_whole_word_disables(learning, line):
+    learning.configure(learning.file("tarvyle.cfg").read_text().replace('learn file write="enable"', line))
+    learning.run("quit")
+    assert learning.names() == ["tarvyle.lrn"]
+
+
+@pytest.mark.parametrize("instances", [0, 1, 2, 3])
+def test_a_second_instance_never_writes(learned, instances):
+    before = learned.file("tarvyle.lrn").read_bytes()
+    learned.list_instances(instances)
+    learned.run(MATE_IN_ONE, "go", "quit")
+    assert (learned.file("tarvyle.lrn").read_bytes() == before) == (instances >= 2)
+    assert learned.names() == ["tarvyle.lrn"]
+
+
+def test_nothing_is_written_without_a_list(learned):
+    before = learned.file("tarvyle.lrn").read_bytes()
+    learned.without_lister()
+    learned.run(MATE_IN_ONE, "go", "quit")
+    assert learned.file("tarvyle.lrn").read_bytes() == before
+
+
+def test_nothing_is_written_after_an_abort(learned):
+    before = learned.file("tarvyle.lrn").read_bytes()
+    run = learned.run(MATE_IN_ONE, "go", "undo", "e1e2")
+    assert run.status == -signal.SIGABRT
+    assert learned.file("tarvyle.lrn").read_bytes() == before
+
+
+# --- an old file that may not be replaced -----------------------------------------------------------------
+
+
+def run_with_change(folder: EngineFolder, change) -> tuple[str, str]:
+    """Runs the engine and changes the folder after its start; what it says at its end, and complains of."""
+    with folder.start() as process:
+        start = "".join(process.stdout.readline().decode() for _ in START.splitlines())
+        assert start == START
+        change()
+        stdout, stderr = process.communicate(b"quit\n")
+    assert process.returncode == 0
+    return stdout.decode(), stderr.decode().removeprefix(BOOK_INSTEAD)
+
+
+def test_a_larger_old_file_stays(learned):
+    before = learned.file("tarvyle.lrn").read_bytes()
+
+    def grow():
+        with learned.file("tarvyle.lrn").open("ab") as file:
+            file.write(before[: len(records(before)[0])])
+
+    assert run_with_change(learned, grow) == ("", SMALLER)
+    assert learned.file("tarvyle.lrn").read_bytes()[: len(before)] == before
+    assert learned.names() == ["tarvyle.lrn", "tarvyle_tmp_lrnN.lrn"]
+
+
+def test_an_old_file_of_the_same_size_is_replaced(learned):
+    size = learned.file("tarvyle.lrn").stat().st_size
+    old = learned.file("tarvyle.lrn").stat().st_ino
+
+    def garble():
+        learned.file("tarvyle.lrn").write_bytes(b"x" * size)
+        os.link(learned.file("tarvyle.lrn"), learned.path / "kept.lrn")  # so that its number is not used again
+
+    assert run_with_change(learned, garble) == (written(size), "")
+    assert learned.file("tarvyle.lrn").stat().st_ino != old, "a new file takes its place"
+    assert len(records(learned.file("tarvyle.lrn").read_bytes())) == BOOK_POSITIONS
+
+
+def test_a_folder_that_is_not_empty(learning):
+    learning.file("tarvyle.lrn").mkdir()
+    (learning.file("tarvyle.lrn") / "inside").touch()
+    run = learning.run("quit")
+    assert (run.said, run.stderr) == ("", BOOK_INSTEAD + NOT_OPEN + NOT_RENAMED)
+    assert run.status == 0
+    assert learning.names() == ["tarvyle.lrn"]
+    assert (learning.file("tarvyle.lrn") / "inside").exists()
+
+
+def test_an_empty_folder_is_left_alone_too(learning):
+    learning.file("tarvyle.lrn").mkdir()
+    run = learning.run("quit")
+    assert (run.said, run.stderr) == ("", BOOK_INSTEAD + NOT_OPEN + NOT_RENAMED)
+    assert learning.file("tarvyle.lrn").is_dir()
+
+
+def test_a_pipe_in_its_place_is_not_waited_for(learning):
+    os.mkfifo(learning.file("tarvyle.lrn"))
+    run = learning.run("quit")
+    assert (run.said, run.stderr) == ("", BOOK_INSTEAD + NOT_OPEN + NOT_RENAMED)
+    assert learning.file("tarvyle.lrn").is_fifo()
+
+
+def test_a_read_only_file_is_read_and_replaced(learned):
+    learned.file("tarvyle.lrn").chmod(0o444)
+    size = learned.file("tarvyle.lrn").stat().st_size
+    run = learned.run("quit")
+    assert (run.said, run.stderr) == (written(size), "")
+
+
+def test_a_link_is_read_through(learned):
+    learned.file("tarvyle.lrn").rename(learned.file("elsewhere.lrn"))
+    learned.file("tarvyle.lrn").symlink_to("elsewhere.lrn")
+    size = learned.file("elsewhere.lrn").stat().st_size
+    run = learned.run("quit")
+    assert (run.said, run.stderr) == (written(size), "")
+    assert learned.file("elsewhere.lrn").stat().st_size == size
+
+
+@pytest.mark.parametrize("target", ["nowhere", "/dev/null", "."])
+def test_a_link_to_no_file_is_left_alone(learning, target):
+    learning.file("tarvyle.lrn").symlink_to(target)
+    run = learning.run("quit")
+    assert (run.said, run.stderr) == ("", BOOK_INSTEAD + NOT_OPEN + NOT_RENAMED)
+    assert os.readlink(learning.file("tarvyle.lrn")) == target
+    assert learning.names() == ["tarvyle.lrn"]
+
+
+# --- a damaged old file -----------------------------------------------------------------------------------
+
+
+@pytest.mark.parametrize("damage", [
+    lambda content: content[:-1],
+    lambda content: content[:30],
+    lambda content: content + b"\0",
+    lambda content: bytes([content[23] ^ 1]).join([content[:23], content[24:]]),
+    lambda content: content[:18] + b"\xff\xff" + content[20:],
+    lambda content: content[:18] + b"\0\0" + content[20:],
+    lambda content: content[:18] + b"\xff\x7f" + content[20:],
+    lambda content: content.replace(b"\0", b"\1"),
+], ids=["cut", "cut early", "longer", "check byte", "length -1", "length 0", "length huge", "no ends"])
+def test_a_damaged_file_is_replaced_by_the_book(learned, damage):
+    sound = learned.file("tarvyle.lrn").read_bytes()
+    learned.file("tarvyle.lrn").write_bytes(damage(sound))
+    run = learned.run("quit")
+    assert run.stderr == BOOK_INSTEAD + NOT_OPEN
+    assert run.said == written(len(sound))
+    assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(sound))
+
+
+def test_an_empty_file_is_a_learn_file(learning):
+    learning.file("tarvyle.lrn").touch()
+    run = learning.run("quit")
+    assert (run.said, run.stderr) == (written(0), "")
+
+
+# --- writing that fails -----------------------------------------------------------------------------------
+
+
+def assert_not_written(folder: EngineFolder, run, old: bytes) -> None:
+    assert (run.said, run.complaints, run.status) == ("", NOT_WRITTEN, 0)
+    assert folder.file("tarvyle.lrn").read_bytes() == old
+    assert folder.names() == ["tarvyle.lrn"]
+
+
+def test_a_limit_on_file_sizes(learned):
+    """As for a full disk; the signal that comes with it does not end the program."""
+    old = learned.file("tarvyle.lrn").read_bytes()
+    run = learned.run("quit", preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100)))
+    assert_not_written(learned, run, old)
+
+
+def test_a_folder_that_takes_no_file(learned):
+    """Nobody may write there: not even the superuser, who runs the engine as somebody else."""
+    old = learned.file("tarvyle.lrn").read_bytes()
+    with tempfile.TemporaryDirectory() as name:
+        place = pathlib.Path(name)
+        for source in (learned.engine, learned.fixed_time, *learned.path.iterdir(), *learned.lister.iterdir()):
+            shutil.copy(source, place)
+        place.chmod(0o555)
+        learned.engine, learned.fixed_time = place / learned.engine.name, place / learned.fixed_time.name
+        learned.path, learned.search_path[0] = place, name
+        run = learned.run("quit", **({"user": NOBODY, "group": NOBODY} if os.geteuid() == 0 else {}))
+        place.chmod(0o755)
+        assert (run.said, run.complaints, run.status) == ("", NOT_WRITTEN, 0)
+        assert learned.file("tarvyle.lrn").read_bytes() == old
+        assert not list(place.glob("tarvyle_tmp_lrn*"))
+
+
+def test_a_folder_that_goes_away(learning):
+    place, away = learning.path, learning.path.with_name("away")
+    said, complaints = run_with_change(learning, lambda: None)
+    assert said == written(learning.file("tarvyle.lrn").stat().st_size)
+    learning.file("tarvyle.lrn").unlink()
+    with learning.start(name=str(place / "tarvyle")) as process:
+        for _ in START.splitlines():
+            process.stdout.readline()
+        place.rename(away)
+        stdout, stderr = process.communicate(b"quit\n")
+    away.rename(place)
+    assert (stdout, stderr.decode(), process.returncode) == (b"", BOOK_INSTEAD + NOT_WRITTEN, 0)
+
+
+# --- the other end goes away ------------------------------------------------------------------------------
+
+
+def think_for_nobody(folder: EngineFolder, when: str) -> subprocess.Popen:
+    """Lets the engine think after, or while, nobody reads its output any more."""
+    process = folder.start(step_ms=100, stdin=subprocess.PIPE, bufsize=0)
+    for _ in START.splitlines():
+        process.stdout.readline()
+    if when == "before":
+        process.stdout.close()
+    process.stdin.write(f"xboard\n{MIDDLE_GAME}\ngo\n".encode())
+    if when == "while":
+        while not THINKING.match(process.stdout.readline().decode()):
+            pass
+        process.stdout.close()
+    process.stdin.write(b"quit\n")
+    process.stdin.close()
+    process.stderr.read()
+    process.wait()
+    return process
+
+
+@pytest.mark.parametrize("when", ["before", "while"])
+def test_closed_output_while_thinking(learned, when):
+    before = len(records(learned.file("tarvyle.lrn").read_bytes()))
+    assert think_for_nobody(learned, when).returncode == 0
+    assert len(records(learned.file("tarvyle.lrn").read_bytes())) == before + 1, "the search's result is in it"
+    assert learned.names() == ["tarvyle.lrn"]
+
+
+def test_closed_input_while_thinking(learned):
+    before = len(records(learned.file("tarvyle.lrn").read_bytes()))
+    run = learned.run("xboard", MIDDLE_GAME, "go", step_ms=100)
+    assert run.said.count("move ") == 1
+    assert len(records(learned.file("tarvyle.lrn").read_bytes())) == before + 1
+
+
+def test_both_ends_and_errors_closed_from_the_start(learned):
+    nothing = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+    sound = learned.file("tarvyle.lrn").read_bytes()
+    with learned.start(**nothing) as process:
+        process.wait()
+    assert process.returncode == 0
+    assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(sound))
+
+
+@pytest.mark.skipif(sanitized(), reason="the sanitizers need an open standard error")
+def test_without_any_open_stream(learned):
+    """Files that the engine opens then take the streams' numbers; nothing it says may end up in them."""
+    sound = learned.file("tarvyle.lrn").read_bytes()
+    with learned.start(preexec_fn=lambda: [os.close(stream) for stream in (0, 1, 2)],
+                       stdin=None, stdout=None, stderr=None) as process:
+        process.wait()
+    assert process.returncode == 0
+    assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(sound))
+
+
+def test_two_instances_end_at_the_same_time(learned):
+    """Neither saw the other; whichever is last, a whole file stays."""
+    sound = learned.file("tarvyle.lrn").read_bytes()
+    for _ in range(5):
+        both = [learned.start(), learned.start()]
+        for process in both:
+            for _ in START.splitlines():
+                process.stdout.readline()
+        for process in both:
+            process.stdin.close()
+        for process in both:
+            assert process.stderr.read() == b""
+            process.wait()
+            process.stdout.close()
+            process.stderr.close()
+            assert process.returncode == 0
+        assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(sound))
+        assert learned.names() == ["tarvyle.lrn"]

@@ -1,0 +1,464 @@
+// Probing, storing, ageing and verifying in the transposition table.
+
+#include "search/hash.h"
+
+#include <cstddef>
+#include <cstring>
+#include <random>
+
+#include "tests/support/search_support.h"
+
+namespace tarvyle::tests {
+
+namespace {
+
+constexpr Move kMove = 0x00001C2C;  // some pawn move
+constexpr int kSmall = 0x10000;
+
+// Read before any test runs: what a process starts with.
+const int kDefaultEntries = Hash_Size;
+
+HashEntry& CurrentSlot() {
+  return hash[g.side][g.key.low & static_cast<std::uint32_t>(Hash_Size - 1)];
+}
+
+// The current position as a stored entry.
+HashEntry Entry(int bound, int depth, int score, Move move) {
+  return {g.key,
+          g.color_key[White],
+          g.color_key[Black],
+          g.material[White],
+          g.material[Black],
+          pos_ext_key(),
+          score,
+          bound,
+          depth,
+          move};
+}
+
+using Hash = SearchTest;
+
+TEST_F(Hash, EntryIsThirteenWordsInTheOrderOfItsFields) {
+  EXPECT_EQ(sizeof(HashEntry), 13 * 4u);
+  EXPECT_EQ(offsetof(HashEntry, key), 0u);
+  EXPECT_EQ(offsetof(HashEntry, white_key), 8u);
+  EXPECT_EQ(offsetof(HashEntry, black_key), 16u);
+  EXPECT_EQ(offsetof(HashEntry, white_material), 24u);
+  EXPECT_EQ(offsetof(HashEntry, black_material), 28u);
+  EXPECT_EQ(offsetof(HashEntry, ext_key), 32u);
+  EXPECT_EQ(offsetof(HashEntry, score), 36u);
+  EXPECT_EQ(offsetof(HashEntry, bound), 40u);
+  EXPECT_EQ(offsetof(HashEntry, depth), 44u);
+  EXPECT_EQ(offsetof(HashEntry, move), 48u);
+}
+
+TEST_F(Hash, TablesHoldAHalfMillionEntriesByDefault) { EXPECT_EQ(kDefaultEntries, 0x80000); }
+
+TEST_F(Hash, ClearEmptiesEveryEntryOfBothTables) {
+  ASSERT_TRUE(HashAllocate(kSmall));
+  const std::size_t bytes = static_cast<std::size_t>(Hash_Size) * sizeof(HashEntry);
+  for (HashEntry* table : hash) std::memset(static_cast<void*>(table), 0x5A, bytes);
+  HashClear();
+  for (const HashEntry* table : hash) {
+    const auto* data = reinterpret_cast<const unsigned char*>(table);
+    EXPECT_TRUE(std::all_of(data, data + bytes, [](unsigned char byte) { return byte == 0; }));
+  }
+}
+
+TEST_F(Hash, StoresEveryFieldOfThePosition) {
+  GoTo("r3k2r/8/8/8/8/5N2/8/R3K2R w KQkq -");
+  HashInsert(123, 200, 7, kMove);
+  const HashEntry& entry = CurrentSlot();
+  EXPECT_EQ(entry.key, g.key);
+  EXPECT_EQ(entry.white_key, g.color_key[White]);
+  EXPECT_EQ(entry.black_key, g.color_key[Black]);
+  EXPECT_EQ(entry.white_material, 1013000);
+  EXPECT_EQ(entry.black_material, 1010000);
+  EXPECT_EQ(entry.ext_key, pos_ext_key());
+  EXPECT_EQ(entry.score, 123);
+  EXPECT_EQ(entry.bound, kExact);
+  EXPECT_EQ(entry.depth, 7);
+  EXPECT_EQ(entry.move, kMove);
+}
+
+TEST_F(Hash, SlotIsChosenBySideAndLowKeyBits) {
+  ASSERT_TRUE(HashAllocate(kSmall));
+  HashClear();
+  for (const char* root : {"4k3/8/8/8/8/8/4P3/4K3 w", "4k3/8/8/8/8/8/4P3/4K3 b"}) {
+    GoTo(root);
+    HashInsert(1, 2, 3, kMove);
+    EXPECT_EQ(hash[g.side][g.key.low & 0xFFFF].key, g.key);
+  }
+  int used = 0;
+  for (const HashEntry* table : hash) {
+    for (int i = 0; i < Hash_Size; ++i) used += table[i].bound != kEmpty ? 1 : 0;
+  }
+  EXPECT_EQ(used, 2);
+}
+
+TEST_F(Hash, BoundFollowsFromMoveAndBeta) {
+  struct Row {
+    int score;
+    int beta;
+    Move move;
+    int bound;
+  };
+  constexpr Row kRows[] = {{10, 20, 0, kUpper},     {30, 20, 0, kUpper},
+                           {19, 20, kMove, kExact}, {20, 20, kMove, kLower},
+                           {21, 20, kMove, kLower}, {-999998, -999900, kMove, kExact}};
+  for (const Row& row : kRows) {
+    CurrentSlot() = {};
+    HashInsert(row.score, row.beta, 5, row.move);
+    EXPECT_EQ(CurrentSlot().bound, row.bound) << row.score << " against " << row.beta;
+    EXPECT_EQ(CurrentSlot().score, row.score);
+  }
+}
+
+TEST_F(Hash, ProbeOfAnEmptySlotFindsNothing) {
+  int score = 77;
+  Move move = kMove;
+  EXPECT_FALSE(HashLook(-1, 1, 0, score, move));
+  EXPECT_EQ(score, 77);
+  EXPECT_EQ(move, kMove);
+}
+
+TEST_F(Hash, ScoreIsUsedWhenItsBoundSettlesTheWindow) {
+  struct Row {
+    int bound;
+    int score;
+    int alpha;
+    int beta;
+    bool usable;
+  };
+  constexpr Row kRows[] = {
+      {kExact, 0, 100, 200, true},    {kExact, 150, 100, 200, true}, {kExact, 300, 100, 200, true},
+      {kLower, 199, 100, 200, false}, {kLower, 200, 100, 200, true}, {kLower, 201, 100, 200, true},
+      {kUpper, 99, 100, 200, true},   {kUpper, 100, 100, 200, true}, {kUpper, 101, 100, 200, false},
+      {kEmpty, 150, 100, 200, false}, {4, 150, 100, 200, false}};
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(testing::Message() << "bound " << row.bound << " score " << row.score);
+    CurrentSlot() = Entry(row.bound, 6, row.score, kMove);
+    int score = 12345;
+    Move move = 0;
+    EXPECT_EQ(HashLook(row.alpha, row.beta, 6, score, move), row.usable);
+    EXPECT_EQ(score, row.usable ? row.score : 12345);
+    EXPECT_EQ(move, kMove);
+  }
+}
+
+TEST_F(Hash, ProbeThatMatchesButIsTooShallowStillYieldsTheMove) {
+  CurrentSlot() = Entry(kExact, 4, 50, kMove);
+  int score = 12345;
+  Move move = 0;
+  EXPECT_FALSE(HashLook(-1000, 1000, 5, score, move));
+  EXPECT_EQ(move, kMove);
+  EXPECT_EQ(score, 12345);
+  EXPECT_TRUE(HashLook(-1000, 1000, 4, score, move));
+  EXPECT_EQ(score, 50);
+}
+
+TEST_F(Hash, MatchWithoutAMoveClearsTheCallersMove) {
+  CurrentSlot() = Entry(kUpper, 4, 50, 0);
+  int score = 0;
+  Move move = kMove;
+  EXPECT_TRUE(HashLook(60, 70, 4, score, move));
+  EXPECT_EQ(move, 0u);
+}
+
+TEST_F(Hash, EntryIsTrustedOnlyWhenAllSixFeaturesMatch) {
+  struct Row {
+    const char* what;
+    void (*spoil)(HashEntry&);
+  };
+  const Row kRows[] = {
+      {"key, low word", [](HashEntry& e) { e.key.low ^= 0x80000000; }},
+      {"key, high word", [](HashEntry& e) { e.key.high ^= 1; }},
+      {"white key, low word", [](HashEntry& e) { e.white_key.low ^= 1; }},
+      {"white key, high word", [](HashEntry& e) { e.white_key.high ^= 1; }},
+      {"black key, low word", [](HashEntry& e) { e.black_key.low ^= 1; }},
+      {"black key, high word", [](HashEntry& e) { e.black_key.high ^= 1; }},
+      {"white material", [](HashEntry& e) { e.white_material += 1000; }},
+      {"black material", [](HashEntry& e) { e.black_material -= 1000; }},
+      {"extra key", [](HashEntry& e) { e.ext_key ^= 1u << 21; }},
+  };
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.what);
+    CurrentSlot() = Entry(kExact, 9, 50, kMove);
+    row.spoil(CurrentSlot());
+    int score = 12345;
+    Move move = 0;
+    EXPECT_FALSE(HashLook(-1000, 1000, 1, score, move));
+    EXPECT_EQ(move, 0u);
+    EXPECT_EQ(score, 12345);
+  }
+}
+
+TEST_F(Hash, SideToMoveHasATableOfItsOwn) {
+  GoTo("4k3/8/8/8/8/8/4P3/4K3 w");
+  HashInsert(5, 10, 3, kMove);
+  GoTo("4k3/8/8/8/8/8/4P3/4K3 b");
+  int score = 0;
+  Move move = 0;
+  EXPECT_FALSE(HashLook(-1000, 1000, 0, score, move));
+  EXPECT_EQ(move, 0u);
+}
+
+TEST_F(Hash, MateScoresComeBackAsTheyWereStored) {
+  GoTo(kStart, "e2e4 e7e5");
+  HashInsert(999990, 1000000, 3, kMove);
+  int score = 0;
+  Move move = 0;
+  EXPECT_TRUE(HashLook(-1000000, 1000000, 3, score, move));
+  EXPECT_EQ(score, 999990);
+}
+
+TEST_F(Hash, DepthAndBoundDecideWhatIsReplaced) {
+  struct Row {
+    int old_bound;
+    int old_depth;
+    int new_bound;
+    int new_depth;
+    bool replaced;
+  };
+  constexpr Row kRows[] = {
+      {kEmpty, 90, kUpper, 0, true},   // an empty slot takes anything
+      {kUpper, 9, kExact, 5, true},    // 5 + 6 >= 9 + 2
+      {kUpper, 10, kExact, 5, false},  // 5 + 6 < 10 + 2
+      {kExact, 6, kUpper, 5, false},   // a shallower upper bound over a deeper exact entry
+      {kExact, 5, kUpper, 9, true},    // equality: the new one wins
+      {kExact, 5, kUpper, 8, false},  {kExact, 5, kLower, 7, true},  {kExact, 5, kLower, 6, false},
+      {kLower, 5, kUpper, 7, true},   {kLower, 5, kUpper, 6, false}, {kLower, 5, kExact, 3, true},
+      {kLower, 5, kExact, 2, false},  {kExact, 5, kExact, 5, true},  {kExact, 5, kExact, 4, false},
+      {kUpper, 5, kUpper, 5, true},   {kUpper, 5, kUpper, 4, false}};
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(testing::Message() << "bound " << row.old_bound << " depth " << row.old_depth
+                                    << ", then " << row.new_bound << " " << row.new_depth);
+    // Whatever position the slot held.
+    HashEntry other = Entry(row.old_bound, row.old_depth, 1, kMove + 1);
+    other.key.high ^= 0xFFFF;
+    CurrentSlot() = other;
+    HashInsert(row.new_bound == kLower ? 10 : 9, 10, row.new_depth,
+               row.new_bound == kUpper ? 0 : kMove);
+    const HashEntry& now = CurrentSlot();
+    EXPECT_EQ(now.key, row.replaced ? std::uint64_t{g.key} : std::uint64_t{other.key});
+    EXPECT_EQ(now.bound, row.replaced ? row.new_bound : row.old_bound);
+    EXPECT_EQ(now.depth, row.replaced ? row.new_depth : row.old_depth);
+    if (!row.replaced) {
+      EXPECT_EQ(now.move, other.move);
+    }
+  }
+}
+
+TEST_F(Hash, DepthLowHalvesUntilNoDepthIsAboveTwo) {
+  struct Row {
+    int depth;
+    int other;  // depth of another entry, in the other table
+    int lowered;
+    int other_lowered;
+  };
+  constexpr Row kRows[] = {{13, 0, 1, 0},  // 13, 6, 3, 1
+                           {0, 13, 0, 1}, {5, 0, 2, 0},  {4, 4, 2, 2}, {3, 0, 1, 0},
+                           {2, 0, 1, 0},  {1, 0, 0, 0},  {6, 2, 1, 0}, {13, 5, 1, 0},
+                           {5, 13, 0, 1}, {90, 1, 2, 0}, {0, 0, 0, 0}, {7, 6, 1, 1}};
+  ASSERT_TRUE(HashAllocate(kSmall));
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(testing::Message() << row.depth << " and " << row.other);
+    HashClear();
+    hash[White][0].depth = row.depth;
+    hash[Black][kSmall - 1].depth = row.other;
+    HashDepthLow();
+    EXPECT_EQ(hash[White][0].depth, row.lowered);
+    EXPECT_EQ(hash[Black][kSmall - 1].depth, row.other_lowered);
+  }
+}
+
+TEST_F(Hash, DepthLowChangesNothingButDepths) {
+  ASSERT_TRUE(HashAllocate(kSmall));
+  HashClear();
+  HashEntry wanted = Entry(kLower, 9, 321, kMove);
+  CurrentSlot() = wanted;
+  HashDepthLow();
+  wanted.depth = 2;
+  EXPECT_EQ(std::memcmp(static_cast<const void*>(&CurrentSlot()), &wanted, sizeof wanted), 0);
+}
+
+TEST_F(Hash, DampIsThePercentageOfEntriesWithADepth) {
+  ASSERT_TRUE(HashAllocate(kSmall));
+  HashClear();
+  EXPECT_EQ(HashDamp(), 0);
+  CurrentSlot() = Entry(kExact, 0, 1, kMove);  // without a depth it does not count
+  EXPECT_EQ(HashDamp(), 0);
+  for (int i = 0; i < kSmall / 2; ++i) hash[White][i].depth = 1;
+  EXPECT_EQ(HashDamp(), 25);
+  for (int i = 0; i < kSmall; ++i) hash[Black][i].depth = -1;
+  EXPECT_EQ(HashDamp(), 75);
+  hash[Black][kSmall - 1].depth = 0;
+  EXPECT_EQ(HashDamp(), 74);
+  for (int i = 0; i < kSmall; ++i) hash[White][i].depth = hash[Black][i].depth = 90;
+  EXPECT_EQ(HashDamp(), 100);
+}
+
+TEST_F(Hash, EmptyNodeTellsWhetherASlotMayBeUsed) {
+  struct Row {
+    int side;
+    std::uint32_t key_lo;
+    std::uint32_t key_hi;
+    int depth;
+    bool usable;
+  };
+  constexpr Row kRows[] = {
+      {White, 0x12345678, 0x9ABCDEF0, 9, false},  // that very position
+      {White, 0x12345678, 0x9ABCDEF0, 5, false},
+      {White, 0x12345678, 0x00000000, 5, true},  // another one in its slot, not deeper
+      {White, 0x12345678, 0x00000000, 6, true},
+      {White, 0x12345678, 0x00000000, 4, false},  // deeper
+      {White, 0x92345678, 0x9ABCDEF0, 5, true},
+      {White, 0x92345678, 0x9ABCDEF0, 4, false},
+      {Black, 0x12345678, 0x9ABCDEF0, 0, true},  // empty slot
+      {White, 0x12345679, 0x9ABCDEF0, 0, true},
+      {White, 0x12345679, 0x9ABCDEF0, -1, false}};
+  HashEntry& entry = hash[White][0x12345678 & (Hash_Size - 1)];
+  entry.key = 0x9ABCDEF012345678;
+  entry.depth = 5;
+  for (const Row& row : kRows) {
+    EXPECT_EQ(HashEmptyNode(row.side, row.key_lo, row.key_hi, row.depth), row.usable)
+        << std::hex << row.side << ' ' << row.key_lo << ' ' << row.key_hi << ' ' << row.depth;
+  }
+}
+
+// --- extra key ---------------------------------------------------------------------------------
+
+std::uint32_t EnPassantOf(std::uint32_t key) { return key & 63; }
+std::uint32_t CastlingOf(std::uint32_t key) { return key >> 18; }
+
+TEST_F(Hash, ExtraKeyHoldsBothKings) {
+  for (const auto& [white, black] : {std::pair{E1, E8}, std::pair{A1, H8}, std::pair{H1, A8}}) {
+    std::string board(64, '1');
+    board[static_cast<std::size_t>(white)] = 'K';
+    board[static_cast<std::size_t>(black)] = 'k';
+    ASSERT_TRUE(InitGame((board + " w").c_str()));
+    EXPECT_EQ(pos_ext_key(), static_cast<std::uint32_t>(white << 6 | black << 12));
+  }
+}
+
+TEST_F(Hash, ExtraKeyHoldsTheEnPassantSquareOnlyWhenAPawnStandsBeside) {
+  struct Row {
+    const char* root;
+    const char* move;
+    std::uint32_t square;
+  };
+  constexpr Row kRows[] = {
+      {"4k3/8/8/8/3p4/8/4P3/4K3 w", "e2e4", 44},    // left neighbour
+      {"4k3/8/8/8/5p2/8/4P3/4K3 w", "e2e4", 44},    // right neighbour
+      {"4k3/8/8/8/3p1p2/8/4P3/4K3 w", "e2e4", 44},  // both
+      {"4k3/8/8/8/8/8/4P3/4K3 w", "e2e4", 0},       // nobody beside
+      {"4k3/8/8/8/3P1P2/8/4P3/4K3 w", "e2e4", 0},   // pawns of the same side
+      {"4k3/8/8/8/3n1n2/8/4P3/4K3 w", "e2e4", 0},   // other pieces
+      {"4k3/8/8/8/3p4/8/4P3/4K3 w", "e2e3", 0},     // no double step
+      {"4k3/8/8/8/3p4/4P3/8/4K3 w", "e3e4", 0},
+      {"4k3/8/8/8/1p6/8/P7/4K3 w", "a2a4", 40},   // right neighbour on the a-file
+      {"4k3/8/8/7p/8/8/P7/4K3 w", "a2a4", 0},     // the a-file has no left one
+      {"4k3/8/8/8/6p1/8/7P/4K3 w", "h2h4", 47},   // left neighbour on the h-file
+      {"4k3/8/8/8/8/p7/7P/4K3 w", "h2h4", 0},     // the h-file has no right one
+      {"4k3/2p5/8/3P4/8/8/8/4K3 b", "c7c5", 18},  // Black's double step, right neighbour
+      {"4k3/2p5/8/1P6/8/8/8/4K3 b", "c7c5", 18},  // left neighbour
+      {"4k3/2p5/8/1p6/8/8/8/4K3 b", "c7c5", 0},
+      {"4k3/7p/8/6P1/8/8/8/4K3 b", "h7h5", 23},
+      {"4k3/7p/8/8/P7/8/8/4K3 b", "h7h5", 0},
+      {"4k3/8/8/8/R2p4/8/8/4K3 w", "a4a6", 0},  // as long a step, but no pawn's
+  };
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(testing::Message() << row.root << ' ' << row.move);
+    GoTo(row.root, row.move);
+    EXPECT_EQ(EnPassantOf(pos_ext_key()), row.square);
+    Ascend();
+    GoTo(std::string(row.root) + " - - moves " + row.move);  // played in the game: the same
+    EXPECT_EQ(EnPassantOf(pos_ext_key()), row.square);
+  }
+}
+
+TEST_F(Hash, ExtraKeyForgetsTheEnPassantSquareAfterTheNextMove) {
+  GoTo("4k3/8/8/8/3p4/8/4P3/4K3 w", "e2e4 e8e7");
+  EXPECT_EQ(EnPassantOf(pos_ext_key()), 0u);
+  Ascend();
+  GoTo("4k3/8/8/8/3p4/8/4P3/4K3 w", "e2e4 0");
+  EXPECT_EQ(EnPassantOf(pos_ext_key()), 0u);
+}
+
+TEST_F(Hash, ExtraKeyIgnoresTheEnPassantSquareOfASetUp) {
+  GoTo("4k3/8/8/8/3pP3/8/8/4K3 b - e3");
+  EXPECT_EQ(g.ep_sq, 44);
+  EXPECT_EQ(EnPassantOf(pos_ext_key()), 0u);
+}
+
+TEST_F(Hash, ExtraKeyHoldsRightsWhoseKingAndRookAreAtHome) {
+  struct Row {
+    const char* root;
+    std::uint32_t bits;  // a1, h1, a8, h8
+  };
+  constexpr Row kRows[] = {
+      {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq", 15},
+      {"r3k2r/8/8/8/8/8/8/R3K2R w", 0},
+      {"r3k2r/8/8/8/8/8/8/R3K2R w Q", 1},
+      {"r3k2r/8/8/8/8/8/8/R3K2R w K", 2},
+      {"r3k2r/8/8/8/8/8/8/R3K2R w q", 4},
+      {"r3k2r/8/8/8/8/8/8/R3K2R w k", 8},
+      {"r3k2r/8/8/8/8/8/8/4K2R w KQkq", 14},  // a right without its rook
+      {"r3k2r/8/8/8/8/8/8/R3K3 w KQkq", 13},
+      {"4k2r/8/8/8/8/8/8/R3K2R w KQkq", 11},
+      {"r3k3/8/8/8/8/8/8/R3K2R w KQkq", 7},
+      {"r3k2r/8/8/8/8/8/8/R2K3R w KQkq", 12},
+      {"r2k3r/8/8/8/8/8/8/R3K2R w KQkq", 3},  // without its king
+      {"R3k2R/8/8/8/8/8/8/r3K2r w KQkq", 0},  // rooks of the other side
+      {"n3k2b/8/8/8/8/8/8/Q3K2N w KQkq", 0},
+      {"r3K2r/8/8/8/8/8/8/R3k2R w KQkq", 0},  // kings of the other side
+  };
+  for (const Row& row : kRows) {
+    ASSERT_TRUE(InitGame(row.root)) << row.root;
+    EXPECT_EQ(CastlingOf(pos_ext_key()), row.bits) << row.root;
+  }
+}
+
+TEST_F(Hash, PositionsOfDifferentRightsOrEnPassantNeverShareAnEntry) {
+  struct Row {
+    const char* one;
+    const char* other;
+    bool shared;
+  };
+  constexpr Row kRows[] = {
+      {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq", "r3k2r/8/8/8/8/8/8/R3K2R w Qkq", false},
+      {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq", "r3k2r/8/8/8/8/8/8/R3K2R w KQkq", true},
+      {"4k3/8/8/8/3p4/8/4P3/4K3 w - - moves e2e4", "4k3/8/8/8/3pP3/8/8/4K3 b", false},
+      // A double step with no pawn beside it is as good as any other way there.
+      {"4k3/8/8/8/8/8/4P3/4K3 w - - moves e2e4", "4k3/8/8/8/4P3/8/8/4K3 b", true},
+  };
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.one);
+    HashClear();
+    GoTo(row.one);
+    HashInsert(5, 10, 3, kMove);
+    GoTo(row.other);
+    int score = 0;
+    Move move = 0;
+    EXPECT_EQ(HashLook(-1000, 1000, 3, score, move), row.shared);
+  }
+}
+
+TEST_F(Hash, KeysAndExtraKeyEqualTheReferencePositions) {
+  int checked = 0;
+  for (const std::string& line : Lines("positions.tsv")) {
+    if (line.empty() || line[0] == '#') continue;
+    const std::vector<std::string> fields = Fields(line);
+    ASSERT_GE(fields.size(), 6u);
+    ASSERT_TRUE(SetUpRoot(fields[0])) << fields[0];
+    char text[40];
+    std::snprintf(text, sizeof text, "%08x", pos_ext_key());
+    EXPECT_EQ(fields[5], text) << fields[0];
+    ++checked;
+  }
+  EXPECT_GT(checked, 1000);
+}
+
+}  // namespace
+
+}  // namespace tarvyle::tests

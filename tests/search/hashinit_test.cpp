@@ -1,0 +1,183 @@
+// Sizing and allocating the transposition tables, and the keys that they are filed under.
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <set>
+
+#include "position/hashkey.h"
+#include "search/hash.h"
+#include "tests/support/search_support.h"
+
+namespace tarvyle::tests {
+
+namespace {
+
+constexpr double kEntryPairBytes = 104;
+
+double MachineBytes() {
+  return static_cast<double>(sysconf(_SC_PHYS_PAGES)) * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+double TableBytes(int number) { return kEntryPairBytes * static_cast<double>(1u << number / 2); }
+
+void InitWith(const std::string& number) {
+  property_add("hash size", number.c_str());
+  HashInit();
+}
+
+// For a child process: as much address space as given, all tables included.
+void InitWithin(rlim_t megabytes, const std::string& number) {
+  rlimit limit{};
+  limit.rlim_cur = megabytes << 20;
+  limit.rlim_max = limit.rlim_cur;
+  if (setrlimit(RLIMIT_AS, &limit) != 0) std::exit(3);
+  InitWith(number);
+}
+
+// For a child process: what goes to standard output arrives where its errors do.
+void InitAloud(const std::string& number) {
+  dup2(STDERR_FILENO, STDOUT_FILENO);
+  InitWith(number);
+  std::exit(0);
+}
+
+using HashInitialisation = SearchTest;
+
+TEST_F(HashInitialisation, ConfiguredNumberIsTwiceTheLogarithmOfTheEntries) {
+  struct Row {
+    const char* number;
+    int entries;
+    const char* bytes;
+  };
+  constexpr Row kRows[] = {{"32", 0x10000, "6815744"},  {"33", 0x10000, "6815744"},
+                           {"34", 0x20000, "13631488"}, {"38", 0x80000, "54525952"},
+                           {"39", 0x80000, "54525952"}, {" 36 entries", 0x40000, "27262976"},
+                           {"96", 0x10000, "6815744"}};  // 48 mod 32
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.number);
+    property_add("hash size", row.number);
+    EXPECT_EQ(Printed(HashInit),
+              std::string("# hash table init: \n# get mem ") + row.bytes + " byte(s) \n");
+    EXPECT_EQ(Hash_Size, row.entries);
+    for (HashEntry* table : hash) {
+      ASSERT_NE(table, nullptr);
+      table[row.entries - 1].depth = 1;  // the last one is there
+    }
+  }
+}
+
+TEST_F(HashInitialisation, LargeSizesAreReportedAsASignedWord) {
+  if (TableBytes(50) > MachineBytes()) GTEST_SKIP() << "this machine has not enough memory";
+  EXPECT_EXIT(InitAloud("50"), testing::ExitedWithCode(0), "# get mem -805306368 byte\\(s\\) \n");
+}
+
+TEST_F(HashInitialisation, SizesBelow65536EntriesEndTheProcess) {
+  for (const char* text : {"31", "30", "0", "1", "-1", "-2", "62", "63", "abc", ""}) {
+    SCOPED_TRACE(text);
+    EXPECT_EXIT(InitWith(text), testing::ExitedWithCode(1),
+                std::string("^# error: \"hash size\"=") + text + "   \n$");
+  }
+}
+
+TEST_F(HashInitialisation, MissingSizeEndsTheProcess) {
+  EXPECT_EXIT(HashInit(), testing::ExitedWithCode(1), "^# error: \"hash size\"=   \n$");
+}
+
+TEST_F(HashInitialisation, SizesBeyondTheMachineAreRefusedBeforeTheyHurt) {
+  int number = 60;
+  if (TableBytes(number) <= MachineBytes()) GTEST_SKIP() << "no size is beyond this machine";
+  for (; number > 32 && TableBytes(number) > MachineBytes(); number -= 2) {
+    SCOPED_TRACE(number);
+    EXPECT_EXIT(InitWith(std::to_string(number)), testing::ExitedWithCode(1),
+                "^# error: HashInit: out of memory \n$");
+  }
+}
+
+TEST_F(HashInitialisation, RefusedAllocationEndsTheProcess) {
+  if (kAddressSanitizer) GTEST_SKIP() << "the address sanitizer needs its address space";
+  // Room for no table at all, and for one of the two only.
+  for (const rlim_t megabytes : {300u, 700u}) {
+    EXPECT_EXIT(InitWithin(megabytes, "46"), testing::ExitedWithCode(1),  // twice 416 megabytes
+                "^# error: HashInit: out of memory \n$");
+  }
+}
+
+TEST_F(HashInitialisation, RefusedSizeLeavesTheTablesThatThereAre) {
+  if (TableBytes(60) <= MachineBytes()) GTEST_SKIP() << "no size is beyond this machine";
+  HashEntry* const before[2] = {hash[White], hash[Black]};
+  EXPECT_FALSE(HashAllocate(1 << 30));
+  EXPECT_EQ(hash[White], before[White]);
+  EXPECT_EQ(hash[Black], before[Black]);
+  EXPECT_EQ(Hash_Size, kReferenceEntries);
+}
+
+// --- keys --------------------------------------------------------------------------------------
+
+// The generator once more, from its definition.
+struct Generator {
+  std::uint64_t state = 11111;
+
+  std::uint64_t Draw() {
+    state = (state * 1103515245 + 12345) % (std::uint64_t{1} << 32);
+    return state / 65536 % 32768;
+  }
+  std::uint64_t Key() {
+    std::uint64_t key = 0;
+    for (const int shift : {60, 45, 30, 15, 0}) key ^= Draw() << shift;
+    return key;
+  }
+};
+
+TEST_F(HashInitialisation, DrawsBits16To30OfALinearCongruentialGenerator) {
+  const std::uint32_t kept = seed16;
+  seed16 = 11111;
+  Generator generator;
+  for (int i = 0; i < 1000; ++i) ASSERT_EQ(rand16(), generator.Draw()) << i;
+  EXPECT_EQ(seed16, generator.state);
+  seed16 = kept;
+}
+
+TEST_F(HashInitialisation, CombinesFiveDrawsIntoAKey) {
+  const std::uint32_t kept = seed16;
+  seed16 = 11111;
+  Generator generator;
+  for (int i = 0; i < 1000; ++i) ASSERT_EQ(Rand64(), generator.Key()) << i;
+  seed16 = kept;
+}
+
+TEST_F(HashInitialisation, DrawsTheKeysWhiteFirstPawnToKingFromA8ToH1) {
+  Generator generator;
+  for (int colour = White; colour <= Black; ++colour) {
+    for (int piece = Pawn; piece <= King; ++piece) {
+      for (Square square = 0; square < kSquares; ++square) {
+        ASSERT_EQ(HashRnd(colour, piece, square), generator.Key())
+            << colour << ' ' << piece << ' ' << chb[square];
+      }
+    }
+    for (Square square = 0; square < kSquares; ++square) {
+      EXPECT_EQ(hashRnd[(colour * 8 + 0) * 64 + square], 0u);
+      EXPECT_EQ(hashRnd[(colour * 8 + 7) * 64 + square], 0u);
+    }
+  }
+}
+
+TEST_F(HashInitialisation, KeysAreDifferent) {
+  const std::set<std::uint64_t> keys(std::begin(hashRnd), std::end(hashRnd));
+  EXPECT_EQ(keys.size(), 2u * 6 * 64 + 1);
+}
+
+TEST_F(HashInitialisation, DrawsTheKeysOnceOnly) {
+  const std::uint32_t seed = seed16;
+  const std::uint64_t key = HashRnd(Black, King, H1);
+  ASSERT_TRUE(HashAllocate(0x10000));
+  property_add("hash size", "32");
+  Printed(HashInit);
+  EXPECT_EQ(seed16, seed);
+  EXPECT_EQ(HashRnd(Black, King, H1), key);
+}
+
+}  // namespace
+
+}  // namespace tarvyle::tests

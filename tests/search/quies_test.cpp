@@ -1,0 +1,214 @@
+// The quiescence search.
+
+#include "search/quies.h"
+
+#include <algorithm>
+
+#include "eval/evaluate.h"
+#include "position/movegen.h"
+#include "search/order.h"
+#include "tests/support/search_support.h"
+
+namespace tarvyle::tests {
+
+namespace {
+
+constexpr int kUnbounded = kInfinity;
+
+// Three queens among a queen and pawns: twenty-one captures for White, and one less.
+constexpr const char* kTwentyOne = "k7/8/1pppppp1/1pQqQpQ1/1pppppp1/8/8/K7 b";
+constexpr const char* kTwenty = "k7/8/1pppppp1/1pQqQpQ1/1ppppp2/8/8/K7 b";
+
+// The same search as a plain negamax: every capture, no order, no early stand-pat return. Positions
+// that need more than `plain_budget` nodes are given up.
+int plain_budget = 0;
+
+int PlainQuies() {
+  int best = Evaluate(-kUnbounded, kUnbounded);
+  if (ply > 96 || --plain_budget < 0) return best;
+  if (!GenerateCaptures()) return kCaptureKing - ply;
+  for (int i = treeCnt[ply]; i < treeCnt[ply + 1]; ++i) {
+    MakeMove(tree[i]);
+    best = std::max(best, -PlainQuies());
+    UnMakeMove(tree[i]);
+  }
+  return best;
+}
+
+// The ordering values of the ply's list as a search has left them.
+std::vector<int> ListValues() { return {sort_val + treeCnt[ply], sort_val + treeCnt[ply + 1]}; }
+
+using Quiescence = SearchTest;
+
+TEST_F(Quiescence, QuietPositionIsWorthItsEvaluationAndNeverLessThanAlpha) {
+  GoTo("4k3/2p5/8/8/8/8/3P4/4K3 b", "e8e7");
+  const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
+  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), stand_pat);
+  EXPECT_EQ(Quies(stand_pat - 1, stand_pat + 1), stand_pat);
+  EXPECT_EQ(Quies(stand_pat + 1, stand_pat + 2), stand_pat + 1);
+  EXPECT_EQ(Quies(stand_pat + 100, stand_pat + 200), stand_pat + 100);
+}
+
+TEST_F(Quiescence, WithStandPatAtBetaNoMovesAreGenerated) {
+  GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
+  const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
+  for (const int beta : {stand_pat, stand_pat - 1}) {
+    treeCnt[2] = 77;
+    EXPECT_EQ(Quies(beta - 100, beta), stand_pat);
+    EXPECT_EQ(treeCnt[2], 77);
+  }
+  EXPECT_GT(Quies(stand_pat, stand_pat + 1), stand_pat);
+  EXPECT_EQ(treeCnt[2], treeCnt[1] + 1);
+}
+
+TEST_F(Quiescence, ResolvesExchanges) {
+  struct Row {
+    const char* what;
+    const char* root;
+    int gain_from;  // at least that much above the evaluation
+    int gain_to;
+  };
+  constexpr Row kRows[] = {
+      {"a hanging queen", "4k3/8/8/3q4/4P3/8/8/4K3 b", 5000, 15000},
+      {"a defended pawn is left alone by a queen", "4k3/2p5/3p4/8/8/8/3Q4/4K3 b", 0, 0},
+      {"a promotion", "8/P3k3/8/8/8/8/8/4K3 b", 5000, 15000},
+  };
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.what);
+    GoTo(row.root, "0");
+    const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
+    const int score = Quies(-kUnbounded, kUnbounded);
+    EXPECT_GE(score - stand_pat, row.gain_from);
+    EXPECT_LE(score - stand_pat, row.gain_to);
+    Ascend();
+  }
+}
+
+TEST_F(Quiescence, SideInCheckMayStandPat) {
+  GoTo("4k3/8/8/8/8/8/q7/4K3 b", "a2a1");  // no capture gets White out of check
+  ASSERT_TRUE(Check());
+  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), Evaluate(-kUnbounded, kUnbounded));
+}
+
+TEST_F(Quiescence, GivesNoChecks) {
+  GoTo("6k1/5ppp/8/8/8/8/8/R6K b", "g8h8");  // a rook's move to a8 would mate
+  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), Evaluate(-kUnbounded, kUnbounded));
+}
+
+TEST_F(Quiescence, KingThatCanBeCapturedEndsItAboveTheRootOnly) {
+  GoTo("4k3/8/8/8/8/8/4R3/4K3 b", "0");
+  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), 1000000 - 1);
+  Ascend();
+  GoTo("4k3/8/8/8/8/8/4R3/4K3 b", "0 0 0");
+  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), 1000000 - 3);
+}
+
+TEST_F(Quiescence, AtTheRootTheListIsUsedAsItStands) {
+  GoTo("3q1q2/4k3/4P3/8/8/8/8/3RK3 w");
+  treeCnt[1] = 0;
+  const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
+  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), stand_pat) << "an empty list";
+  tree[0] = Find("d1d8");
+  treeCnt[1] = 1;
+  EXPECT_GT(Quies(-kUnbounded, kUnbounded), stand_pat);
+  tree[0] = Find("e1e2");  // even a quiet move
+  treeCnt[1] = 1;
+  Quies(-kUnbounded, kUnbounded);
+  EXPECT_EQ(treeCnt[1], 1);
+  EXPECT_EQ(sort_val[0], 0);
+}
+
+TEST_F(Quiescence, NodeAtPly97IsNotSearched) {
+  const std::string root = "4k3/8/8/3q4/4P3/8/8/4K3 b";
+  std::string nulls;
+  for (int i = 0; i < 96; ++i) nulls += "0 ";
+  GoTo("4k3/8/8/3q4/4P3/8/8/4K3 w", nulls);
+  const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
+  EXPECT_GT(Quies(-kUnbounded, kUnbounded), stand_pat) << "ply 96 still searches";
+  Ascend();
+  GoTo(root, nulls + "0");
+  ASSERT_EQ(ply, 97);
+  treeCnt[98] = 77;
+  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), stand_pat);
+  EXPECT_EQ(Quies(stand_pat + 50, kUnbounded), stand_pat + 50);
+  EXPECT_EQ(treeCnt[98], 77);
+}
+
+TEST_F(Quiescence, AfterTheStopEveryCallReturns0) {
+  GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
+  is_stop_search = 1;
+  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), 0);
+  EXPECT_EQ(Quies(100, 200), 0);
+}
+
+TEST_F(Quiescence, EveryCallCountsANode) {
+  GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
+  cnt_nodes = 0;
+  Quies(-kUnbounded, kUnbounded);
+  EXPECT_EQ(cnt_nodes, 2u);  // itself and the position after the capture, where nothing is left
+}
+
+TEST_F(Quiescence, DoesNotTouchTheTable) {
+  GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
+  HashInsert(12345, kUnbounded, 90, Find("e1e2"));
+  EXPECT_NE(Quies(-kUnbounded, kUnbounded), 12345);
+  MakeMove(Find("e4d5"));
+  EXPECT_EQ(StoredEntry(), nullptr);
+}
+
+TEST_F(Quiescence, TwentyOneHopelessCapturesAreTriedFromTheLowestValueUp) {
+  GoTo(kTwentyOne, "0");
+  Quies(900000, 900001);
+  const std::vector<int> values = ListValues();
+  EXPECT_EQ(values.size(), 21u);
+  EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+  EXPECT_LT(values.front(), values.back());
+}
+
+TEST_F(Quiescence, TwentyHopelessCapturesAreTriedFromTheHighestValueDown) {
+  GoTo(kTwenty, "0");
+  Quies(900000, 900001);
+  const std::vector<int> values = ListValues();
+  EXPECT_EQ(values.size(), 20u);
+  EXPECT_TRUE(std::is_sorted(values.rbegin(), values.rend()));
+}
+
+TEST_F(Quiescence, TwentyOneCapturesWithHopeAreTriedFromTheHighestValueDown) {
+  // Hope means: greatest victim and material balance together reach the value to beat.
+  GoTo(kTwentyOne, "0");
+  const int reach = 10000 + g.material[White] - g.material[Black];
+  ASSERT_GT(reach, Evaluate(-kUnbounded, kUnbounded)) << "the value to beat is alpha";
+  for (const auto& [alpha, hopeless] : {std::pair{reach, false}, std::pair{reach + 1, true}}) {
+    Quies(alpha, alpha + 1);
+    const std::vector<int> values = ListValues();
+    EXPECT_EQ(std::is_sorted(values.begin(), values.end()), hopeless) << alpha;
+  }
+}
+
+TEST_F(Quiescence, IsWorthAPlainSearchOfAllCaptures) {
+  // Far outside the window the evaluation answers with bare material, which a wide window does not
+  // let it do: the two may differ by a little, but not by a piece.
+  constexpr int kLittle = 500;
+  int checked = 0;
+  for (const std::string& line : Lines("movelists.tsv")) {
+    if (line.empty() || line[0] == '#') continue;
+    ASSERT_TRUE(SetUpRoot(Fields(line)[0]));
+    InitEvaluate();
+    set_dir(g.side);
+    treeCnt[1] = 0;
+    MakeMove(0);
+    plain_budget = 5000;
+    const int wanted = PlainQuies();
+    if (plain_budget >= 0) {
+      EXPECT_NEAR(Quies(-kUnbounded, kUnbounded), wanted, kLittle)
+          << line.substr(0, line.find('\t'));
+      ++checked;
+    }
+    UnMakeMove(0);
+  }
+  EXPECT_GT(checked, 20);
+}
+
+}  // namespace
+
+}  // namespace tarvyle::tests

@@ -1,0 +1,136 @@
+#include "tests/support/eval_support.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
+
+#include "eval/evaluate.h"
+#include "eval/scoretable.h"
+#include "position/attack.h"
+#include "position/game.h"
+#include "position/hashkey.h"
+#include "position/legal.h"
+#include "position/movestack.h"
+#include "position/record.h"
+#include "position/setup.h"
+
+namespace tarvyle::support {
+
+namespace {
+
+void FillTablesOnce() {
+  if (HashRnd(White, Pawn, A8) != 0) return;
+  InitAtk();
+  FillKeys(White);
+  FillKeys(Black);
+}
+
+void LikeARoot() {
+  InitEvaluate();
+  set_dir(g.side);
+}
+
+// Pieces that a random board draws from: anything, endings, armies of queens, pawn storms.
+constexpr std::array<const char*, 4> kMixtures = {"pnbrq", "ppppnbr", "qqqqqrbn", "ppppppq"};
+
+char CaseOf(int colour, char letter) {
+  return colour == White ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
+std::string AsFen(const std::string& squares, Random& random) {
+  std::string fen;
+  for (int row = 0; row < 8; ++row) fen += (row > 0 ? "/" : "") + squares.substr(8 * row, 8);
+  for (char& letter : fen) {
+    if (letter == '.') letter = '1';
+  }
+  static constexpr std::array<const char*, 5> kRights = {"-", "KQkq", "Kq", "Qk", "Q"};
+  return fen + (Below(random, 2) == 0 ? " w " : " b ") + kRights[Below(random, 5)] + " -";
+}
+
+Move RandomMove(Random& random) {
+  for (int i = 0; i < treeCnt[1]; ++i) {
+    if ((tree[i] & kCastling) != 0) return tree[i];
+  }
+  return tree[Below(random, treeCnt[1])];
+}
+
+}  // namespace
+
+void SetUpRoot(const std::string& fen) {
+  FillTablesOnce();
+  ply = 0;
+  ASSERT_TRUE(InitGame(fen.c_str())) << fen;
+  LikeARoot();
+}
+
+int EvaluateFully() { return Evaluate(-1000000, 1000000); }
+
+int Below(Random& random, int bound) {
+  return static_cast<int>(random() % static_cast<unsigned>(bound));
+}
+
+std::string RandomBoard(Random& random) {
+  std::string squares(64, '.');
+  const auto place = [&](char letter) {
+    int square = Below(random, 64);
+    while (squares[square] != '.') square = Below(random, 64);
+    squares[square] = letter;
+  };
+  for (const int colour : {White, Black}) {
+    place(CaseOf(colour, 'k'));
+    const std::string mixture = kMixtures[Below(random, 4)];
+    for (int pieces = Below(random, 16); pieces > 0; --pieces) {
+      place(CaseOf(colour, mixture[Below(random, static_cast<int>(mixture.size()))]));
+    }
+  }
+  return AsFen(squares, random);
+}
+
+void PlayRandomGame(Random& random, int moves, const std::function<void()>& visit) {
+  FillTablesOnce();
+  ply = 0;
+  ASSERT_TRUE(InitNewGame());
+  for (int i = 0; i < moves && LegalMoveList() && treeCnt[1] > 0; ++i) {
+    ASSERT_TRUE(InsertMoveInGame(RandomMove(random), 0));
+    visit();
+  }
+}
+
+void VisitRandomPositions(unsigned seed, int count, const std::function<void()>& visit) {
+  Random random(seed);
+  for (int i = 0; i < count / 2; ++i) {
+    const std::string fen = RandomBoard(random);
+    SCOPED_TRACE(fen);
+    SetUpRoot(fen);
+    visit();
+    if (testing::Test::HasFailure()) return;
+  }
+  int left = count - count / 2;
+  while (left > 0) {
+    PlayRandomGame(random, left < 120 ? left : 120, [&] {
+      SCOPED_TRACE("move " + std::to_string(g.game_len) + " of a random game");
+      LikeARoot();
+      visit();
+      --left;
+    });
+    if (testing::Test::HasFailure()) return;
+  }
+}
+
+std::vector<std::vector<std::string>> DataRows(const std::string& file) {
+  std::ifstream in(TESTS_DATA_DIR "/" + file);
+  EXPECT_TRUE(in.is_open()) << file;
+  std::vector<std::vector<std::string>> rows;
+  for (std::string line; std::getline(in, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    std::vector<std::string>& row = rows.emplace_back();
+    for (std::size_t begin = 0, end = 0; end != std::string::npos; begin = end + 1) {
+      end = line.find('\t', begin);
+      row.push_back(line.substr(begin, end - begin));
+    }
+  }
+  return rows;
+}
+
+}  // namespace tarvyle::support

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+
+#include "base/path.h"
+#include "base/property.h"
+#include "book/learn.h"
+#include "frontend/loop.h"
+#include "frontend/startup.h"
+#include "frontend/state.h"
+#include "position/attack.h"
+#include "position/game.h"
+#include "position/legal.h"
+#include "position/movestack.h"
+#include "position/record.h"
+#include "position/setup.h"
+#include "search/clock.h"
+#include "search/root.h"
+#include "search/state.h"
+#include "search/status.h"
+
+// What the tests of the front end share: a folder of their own, what the program says, and a state
+// like that of a fresh process.
+
+namespace tarvyle::tests {
+
+inline constexpr const char* kStartText = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk";
+
+// What something wrote.
+struct Said {
+  std::string out;
+  std::string err;
+};
+
+// Runs something and keeps what it writes.
+inline Said Listen(const std::function<void()>& action) {
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  action();
+  return {testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
+}
+
+inline void WriteFile(const std::string& path, const std::string& content) {
+  std::ofstream(path, std::ios::binary) << content;
+}
+
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Each test starts like a fresh process at the start position, with a clock that stands still, the
+// seed 1, searches of three iterations, and an empty folder as the program's own.
+class FrontEndTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    static const bool started = [] {
+      property_add("hash size", "32");
+      Listen(InitAllVar);
+      return true;
+    }();
+    (void)started;
+  }
+
+  void SetUp() override {
+    std::string pattern = testing::TempDir() + "frontend_XXXXXX";
+    folder_ = std::string(mkdtemp(pattern.data())) + "/";
+    SetProgDir(folder_.c_str());
+    property_clear();
+    LearnReset();
+    ResetSearchState();
+    ClearRepetitions();
+    set_dir(White);
+    treeCnt[0] = 0;
+    treeCnt[1] = 0;
+    prev_inst = 0;
+    is_xboard = 0;
+    is_glintview = 0;
+    stop = 0;
+    cnt_warning = 0;
+    is_rnd_search = 0;
+    PLAY_STYLE = 2;
+    limit_time = 750;
+    old_print_fen[0] = '\0';
+    std::snprintf(game_fname, sizeof game_fname, "%starvyle_save_game.dat", folder_.c_str());
+    world = {[] { return 0u; }, [] { return 1u; }};
+    root_hooks = {3, nullptr};
+    status_sink = [](const SearchStatus&) {};
+    InitNewGame();
+  }
+
+  void TearDown() override {
+    world = {RealMilliseconds, RealSeed};
+    root_hooks = {};
+    status_sink = nullptr;
+    std::filesystem::remove_all(folder_);
+  }
+
+  // A path in the test's folder.
+  std::string Path(const std::string& name) const { return folder_ + name; }
+
+  // Obeys lines of input, one after the other; what the program says to them.
+  template <typename... Lines>
+  static Said Obey(const Lines&... lines) {
+    return Listen([&] { (ObeyLine((std::string(lines) + "\n").c_str()), ...); });
+  }
+
+  // Types a move into the game with a score, without an answer.
+  static bool Play(const char* text, int score = 0) {
+    Move move = 0;
+    return StrToMove(text, move) && InsertMoveInGame(move, score);
+  }
+
+  std::string folder_;
+};
+
+}  // namespace tarvyle::tests

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "position/types.h"
+
+// A second, slow and plain evaluation: it looks from each square outwards, counts pieces by
+// scanning the board, and keeps a ledger of what it adds. It shares no code with the engine's but
+// the position, the piece-square tables and the direction table in use.
+
+namespace tarvyle::support {
+
+// The attack word of a square, found by looking outwards from it.
+std::uint32_t PlainAttackWord(int colour, Square square);
+
+// Weight of the opponent's pieces, uncapped, and the phase that `colour` sees by it.
+int PlainWeight(int colour);
+double PlainPhase(int colour);
+
+struct PlainRays {
+  int empty = 0;
+  int bonus = 0;
+};
+PlainRays PlainRayScan(Square square, int piece, int colour);
+
+// Squares on lines and jumps to the king of `colour` that the opponent attacks along them.
+int PlainAttackedLines(int colour);
+
+int PlainKingSafety(int colour);
+
+// One side: the sum of its terms without material, and each term as it was added, by name.
+struct PlainSide {
+  int total = 0;
+  int dearest_hanging = 0;
+  std::map<std::string, std::vector<int>> terms;
+
+  void Add(const std::string& term, int amount);
+  std::vector<int> Of(const std::string& term) const;
+};
+PlainSide PlainSideScore(int colour);
+
+int PlainEvaluate(int alpha, int beta);
+
+}  // namespace tarvyle::support

@@ -1,0 +1,135 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "position/attack.h"
+#include "position/game.h"
+#include "position/hashkey.h"
+#include "position/legal.h"
+#include "position/movegen.h"
+#include "position/movestack.h"
+#include "position/record.h"
+#include "position/setup.h"
+#include "position/text.h"
+#include "position/types.h"
+
+// Helpers of the tests that need a position.
+
+namespace tarvyle::support {
+
+// Score of a move that the user entered.
+inline constexpr int kUserMove = 1000001;
+
+// Builds the attack tables and the keys, unless they are there.
+inline void BuildTables() {
+  InitAtk();
+  if (HashRnd(White, Pawn, A8) != 0) return;
+  FillKeys(White);
+  FillKeys(Black);
+}
+
+// The position part of what a process has right after its start.
+class PositionTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() { BuildTables(); }
+
+  void SetUp() override {
+    ClearRepetitions();
+    set_dir(White);
+    ply = 0;
+    treeCnt[0] = 0;
+    ASSERT_TRUE(InitNewGame());
+  }
+};
+
+// Death-test predicate: the process aborted.
+inline testing::KilledBySignal Aborted() { return testing::KilledBySignal(SIGABRT); }
+
+// What the process has written to standard error when it aborts on a broken invariant.
+inline constexpr const char* kSilence = "^$";
+
+inline void SetUpPosition(const std::string& fen) { ASSERT_TRUE(InitGame(fen.c_str())) << fen; }
+
+// The list of ply `ply`.
+inline std::vector<Move> CurrentList() { return {tree + treeCnt[ply], tree + treeCnt[ply + 1]}; }
+
+inline std::string ListText(const std::vector<Move>& list) {
+  std::string text;
+  for (const Move move : list) {
+    if (!text.empty()) text += ' ';
+    text += MoveToStr(move);
+  }
+  return text;
+}
+
+// What a generator lists, as text; "illegal" when it refuses the position.
+template <typename Generator>
+std::string ListedBy(Generator generate) {
+  return generate() ? ListText(CurrentList()) : "illegal";
+}
+
+// The legal move with this text, or 0 with a failure.
+inline Move LegalMove(const std::string& text) {
+  Move move = 0;
+  EXPECT_TRUE(StrToMove(text, move)) << text;
+  return move;
+}
+
+// Plays moves, given as "e2e4 e7e5", into the game.
+inline void Play(const std::string& moves) {
+  std::istringstream words(moves);
+  for (std::string text; words >> text;) {
+    ASSERT_TRUE(InsertMoveInGame(LegalMove(text), kUserMove)) << text;
+  }
+}
+
+// The names of the pieces on the board, row by row from a8; '.' is an empty square.
+inline std::string BoardText() {
+  std::string text;
+  for (Square square = 0; square < kSquares; ++square) {
+    const int colour = g.color[square];
+    text += colour == NoColour ? '.' : kPieceLetters[colour][g.board[square]];
+    if (FileOf(square) == 7 && square != H1) text += '/';
+  }
+  return text;
+}
+
+inline bool SameBytes(const GameRecord& left, const GameRecord& right) {
+  return std::memcmp(&left, &right, sizeof left) == 0;
+}
+
+// Whether all fields from the board to `start_key` are equal.
+inline bool SamePosition(const GameRecord& left, const GameRecord& right) {
+  constexpr std::size_t kFirst = offsetof(GameRecord, board);
+  constexpr std::size_t kEnd = offsetof(GameRecord, game_len);
+  const auto at = [](const GameRecord& record) {
+    return reinterpret_cast<const unsigned char*>(&record) + kFirst;
+  };
+  return std::memcmp(at(left), at(right), kEnd - kFirst) == 0;
+}
+
+// The rows of a file of tests/data: lines split at tabs, without those that begin with '#'.
+inline std::vector<std::vector<std::string>> DataRows(const std::string& name) {
+  std::ifstream file(std::string(TESTS_DATA_DIR "/") + name);
+  EXPECT_TRUE(file) << name;
+  std::vector<std::vector<std::string>> rows;
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    std::vector<std::string>& row = rows.emplace_back();
+    std::istringstream fields(line + '\t');
+    for (std::string field; std::getline(fields, field, '\t');) row.push_back(field);
+  }
+  EXPECT_FALSE(rows.empty()) << name;
+  return rows;
+}
+
+}  // namespace tarvyle::support
