@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "book/epd.h"
+#include "book/learnfilter.h"
 #include "book/learnmemory.h"
 #include "position/record.h"
 
@@ -40,7 +41,10 @@ bool SameKey(const LearnNode& node, int side, std::uint32_t key_lo, std::uint32_
 
 }  // namespace
 
-void LearnClear() { std::memset(learn, 0, sizeof learn); }
+void LearnClear() {
+  std::memset(learn, 0, sizeof learn);
+  ClearLearnFilter();
+}
 
 void LearnReset() {
   LearnClear();
@@ -82,6 +86,7 @@ void LinkLearnNode(LearnNode* node) {
   LearnNode*& head = LearnBucket(node->key_lo);
   node->next = head;
   head = node;
+  NoteLearned(node->key_lo, node->key_hi);
 }
 
 void InsertNodeLearn() {
@@ -105,6 +110,7 @@ void SaveSearchResult(int score, int depth) {
 }
 
 bool LearnLook(int depth, int alpha, int beta, int& score) {
+  if (!MayBeLearned(g.key.low, g.key.high)) return false;
   const LearnNode* node = FindCurrentNode();
   if (node == nullptr) return false;
   if (node->depth >= depth) {

@@ -34,7 +34,8 @@ inline bool AttackedBy(int colour, Square square, std::uint32_t types) {
   return OnBoard(square) && (p_attack[colour][square] & types) != 0;
 }
 
-// Rebuilds `p_attack` from the board.
+// Rebuilds `p_attack` from the board, and the attack sets that king safety works on. The evaluation
+// builds the sets alone: they hold the same knowledge.
 void GenerateAttackes();
 
 // Type bit of the cheapest attacker in the low 16 bits of an attack word; 0 when there is none.

@@ -1,15 +1,14 @@
 #include "eval/evaluate.h"
 
-#include <cstdlib>
-
-#include "eval/attackmap.h"
+#include "eval/attacksets.h"
+#include "eval/cache.h"
 #include "eval/kingsafety.h"
 #include "eval/mobility.h"
 #include "eval/pawns.h"
-#include "eval/phase.h"
 #include "eval/scoretable.h"
-#include "eval/sidescore.h"
+#include "eval/side.h"
 #include "eval/tables.h"
+#include "eval/threats.h"
 #include "position/record.h"
 
 namespace tarvyle {
@@ -17,8 +16,6 @@ namespace tarvyle {
 int maxHungValue[2];
 
 namespace {
-
-constexpr int kLazyMargin = 499;
 
 // By the number of empty squares seen.
 constexpr int kRookMobility[20] = {0, 1, 2, 3, 4,  5,  5,  6,  7,  8,
@@ -32,101 +29,71 @@ constexpr int kRookFileBonus[8] = {0, 0, 1, 1, 1, 1, 0, 0};  // by file
 
 // No pawn, queen or rook, and at most a minor piece or two knights on either side.
 bool NobodyCanWin() {
+  const auto& sets = board_sets.of;
+  if ((sets[White][Pawn] | sets[White][Rook] | sets[White][Queen] | sets[Black][Pawn] |
+       sets[Black][Rook] | sets[Black][Queen]) != 0) {
+    return false;
+  }
   for (int colour = White; colour <= Black; ++colour) {
     const auto& count = g.piece_cnt[colour];
-    if (count[Pawn] + count[Queen] + count[Rook] > 0) return false;
     if (3 * count[Knight] + 4 * count[Bishop] >= 7) return false;
   }
   return true;
 }
 
-// An attack word with the bishop's bit folded onto the knight's.
-constexpr std::uint32_t Folded(std::uint32_t word) {
-  return (word & ~kBishopBit) | (word & kBishopBit) << 1;
-}
+int EmptySeen(Square square) { return CountOf(slider_reach[square] & ~Occupied()); }
 
-constexpr bool Has(std::uint32_t word, std::uint32_t types) { return (word & types) != 0; }
-
-// What being attacked costs the piece on `square`.
-void AddThreatTerms(SideScore& score, int piece, Square square) {
-  const std::uint32_t enemy = Folded(p_attack[score.opponent][square]);
-  if (enemy == 0) return;
-  const std::uint32_t own = Folded(p_attack[score.colour][square]);
-  score.total -= AttackCount(enemy);
-  const std::uint32_t own_bit = comp_piece_cntrl[piece];
-  const bool cheaper_attacker = (enemy & kTypeBits) >= own_bit << 1;
-  if (own != 0 && !cheaper_attacker) {
-    if (piece == Pawn && !Has(own, kPawnBit) && AttackCount(own) < AttackCount(enemy)) {
-      score.total -= 1;
-    }
-    if (get_less(enemy) > get_less(own)) score.total -= 1;
-    return;
-  }
-  maxHungValue[score.colour] = max(maxHungValue[score.colour], value[piece]);
-  score.total -= ++score.hanging == 2 ? 10 : 4;
-  if (piece == Pawn) score.total -= 1;
-}
-
-RayScan Scan(const SideScore& score, int piece, Square square) {
-  RayScan scan;
-  Mobile_Pin_XRay(square, piece, score.colour, scan, p_attack[score.opponent],
-                  p_attack[score.colour]);
-  return scan;
-}
-
-int KnightTerm(const SideScore& score, Square square) {
-  const std::uint32_t own = p_attack[score.colour][square];
+int KnightTerm(const Side& side, Square square) {
   int term = 50 + (g.piece_cnt[White][Pawn] + g.piece_cnt[Black][Pawn]) / 2;
-  term -= Distance(square, g.king_sq[score.opponent]);
-  if (Has(own, kKnightBit)) term += 1;
-  if (!Has(own, kPawnBit)) term -= 1;
+  term -= Distance(square, g.king_sq[side.opponent]);
+  if (Contains(side.attacks.by[Knight], square)) term += 1;
+  if (!Contains(side.attacks.by[Pawn], square)) term -= 1;
   return term;
 }
 
-int BishopTerm(const SideScore& score, Square square) {
-  const RayScan scan = Scan(score, Bishop, square);
-  const int pair = g.piece_cnt[score.colour][Bishop] >= 2 ? 8 : 0;
-  return 51 + scan.bonus + kBishopMobility[scan.empty] + pair + main_diag[square];
+int BishopTerm(const Side& side, Square square) {
+  const int pair = g.piece_cnt[side.colour][Bishop] >= 2 ? 8 : 0;
+  return 51 + LineBonus(side, Bishop, square) + kBishopMobility[EmptySeen(square)] + pair +
+         main_diag[square];
 }
 
-int RookFileTerm(const SideScore& score, int file) {
-  if (g.pawn_file_cnt[score.colour][file] > 0) return 0;
-  return g.pawn_file_cnt[score.opponent][file] > 0 ? 4 : 10;
+int RookFileTerm(const Side& side, int file) {
+  if ((side.own[Pawn] & FileSet(file)) != 0) return 0;
+  return (side.theirs[Pawn] & FileSet(file)) != 0 ? 4 : 10;
 }
 
 // A rook on its seventh row is worth a bonus when it finds pawns there or a king behind them.
-int RookRowTerm(const SideScore& score, int row) {
-  const int own_rank = rank[score.colour * 8 + row];
+int RookRowTerm(const Side& side, int row) {
+  const int own_rank = rank[side.colour * 8 + row];
   if (own_rank == 0) return 1;
   if (own_rank != 6) return 0;
-  const int king_row = RowOf(g.king_sq[score.opponent]);
+  const int king_row = RowOf(g.king_sq[side.opponent]);
   const bool target =
-      g.pawn_row_cnt[score.opponent][row] > 0 || rank[score.colour * 8 + king_row] == 7;
+      (side.theirs[Pawn] & RowSet(row)) != 0 || rank[side.colour * 8 + king_row] == 7;
   return target ? 8 : 0;
 }
 
-void AddRookTerms(SideScore& score, Square square) {
-  const RayScan scan = Scan(score, Rook, square);
+// What goes into a rook's truncation.
+int RookTerm(const Side& side, Square square) {
   const int file = FileOf(square);
-  const int term = 37 + kRookFileBonus[file] +
-                   std::abs(file - FileOf(g.king_sq[score.opponent])) / 2 + scan.bonus +
-                   kRookMobility[scan.empty];
-  // The total of everything before this rook goes through the truncation too, on purpose.
-  score.total = static_cast<int>(10 * (1 - score.phase) + (score.total + term));
-  if (Has(p_attack[score.colour][square], kRookBit)) score.total += 1;
-  if (g.piece_cnt[score.colour][Rook] >= 2) score.total += 1;
-  score.total += RookFileTerm(score, file) + RookRowTerm(score, RowOf(square));
+  return 37 + kRookFileBonus[file] + FileDistance(square, g.king_sq[side.opponent]) / 2 +
+         LineBonus(side, Rook, square) + kRookMobility[EmptySeen(square)];
 }
 
-int QueenTerm(const SideScore& score, Square square) {
-  const RayScan scan = Scan(score, Queen, square);
-  const std::uint32_t own = p_attack[score.colour][square];
-  const auto& count = g.piece_cnt[score.colour];
-  const Square enemy_king = g.king_sq[score.opponent];
-  int term = 107 + scan.bonus + kQueenMobility[scan.empty];
-  if (Has(own, kRookBit)) term += 1;
-  if (Has(own, kBishopBit)) term += 1;
-  if (Distance(square, g.king_sq[score.colour]) >= 3) term -= 1;
+// What is added behind it.
+int RookPlaceTerm(const Side& side, Square square) {
+  const int helped = Contains(side.attacks.by[Rook], square) ? 1 : 0;
+  const int pair = g.piece_cnt[side.colour][Rook] >= 2 ? 1 : 0;
+  return helped + pair + RookFileTerm(side, FileOf(square)) + RookRowTerm(side, RowOf(square));
+}
+
+int QueenTerm(const Side& side, Square square) {
+  const auto& count = g.piece_cnt[side.colour];
+  const Square enemy_king = g.king_sq[side.opponent];
+  int term = 107 + LineBonus(side, Queen, square) + kQueenMobility[EmptySeen(square)];
+  if (Contains(side.attacks.by[Rook], square)) term += 1;
+  if (Contains(side.attacks.by[Bishop], square)) term += 1;
+  if (Distance(square, g.king_sq[side.colour]) >= 3) term -= 1;
   if (Distance(square, enemy_king) < 4) term += 5;
   term += (14 - Taxi(square, enemy_king)) / 2;
   const int helpers = count[Knight] + count[Bishop] + count[Rook];
@@ -134,31 +101,104 @@ int QueenTerm(const SideScore& score, Square square) {
   return term;
 }
 
-void AddPieceTerms(SideScore& score, int piece, Square square) {
-  switch (piece) {
-    case Pawn: AddPawnTerms(score, square); break;
-    case Knight: score.total += KnightTerm(score, square); break;
-    case Bishop: score.total += BishopTerm(score, square); break;
-    case Rook: AddRookTerms(score, square); break;
-    case Queen: score.total += QueenTerm(score, square); break;
-    default: score.total += KingSFTY(score.colour); break;
-  }
+// The rook's conversion: the total of everything before it, and its own terms, go through a
+// truncation, on purpose. Returns what that adds to `total`.
+int Truncated(double phase, int total) {
+  return static_cast<int>(10 * (1 - phase) + total) - total;
 }
 
-// Positional score of one side. The pieces come in slot order, which matters: each rook truncates
-// what has been summed before it.
-int SideTotal(int colour) {
-  SideScore score{colour, 1 - colour, Stage(colour), 0, 0, 0, 0};
-  for (int slot = g.list_first[colour]; slot <= g.list_last[colour]; ++slot) {
-    const Square square = g.list_sq[slot];
-    if (square == -1) continue;
-    const int piece = g.board[square];
-    score.total += score_table[colour][piece][square];
-    AddThreatTerms(score, piece, square);
-    AddPieceTerms(score, piece, square);
+// For totals of at least this the truncation always adds the same; below, and by sign, it may not.
+constexpr int kSteadyTotal = 3;
+
+// Walks one side's piece list. The slots come in order, because each rook truncates the sum of all
+// before it; what belongs to no slot in particular is summed over sets of pieces.
+class SideSum {
+ public:
+  explicit SideSum(const Side& side)
+      : side_(side),
+        threats_(FindThreats(side)),
+        pawn_terms_(PawnTerms(side, side.own[Pawn])),
+        threat_terms_(ThreatTerms(side, threats_, ~SquareSet{0})),
+        steady_(Truncated(side.phase, 4096)) {}
+
+  int DearestHanging() const { return DearestPiece(side_, threats_.hanging); }
+
+  int Total() {
+    const std::uint32_t own_slots = board_sets.slots >> (16 * side_.colour) & 0xFFFF;
+    std::uint32_t slots = own_slots & ~(board_sets.pawn_slots >> (16 * side_.colour));
+    for (; slots != 0; slots &= slots - 1) {
+      AddPiece(std::countr_zero(slots) + 16 * side_.colour);
+    }
+    return officers_ + threat_terms_ + PawnTotal() + SideTerms(side_);
   }
-  AddSideTerms(score);
-  return score.total;
+
+ private:
+  int PawnTotal() const {
+    return pawn_terms_.losses + pawn_terms_.gains + PawnTables(side_.own[Pawn]);
+  }
+
+  int PawnTables(SquareSet pawns) const {
+    const int* table = score_table[side_.colour][Pawn];
+    int sum = 0;
+    while (pawns != 0) sum += table[TakeFirst(pawns)];
+    return sum;
+  }
+
+  void AddPiece(int slot) {
+    const Square square = g.list_sq[slot];
+    const int piece = g.board[square];
+    officers_ += score_table[side_.colour][piece][square];
+    switch (piece) {
+      case Knight: officers_ += KnightTerm(side_, square); break;
+      case Bishop: officers_ += BishopTerm(side_, square); break;
+      case Rook: AddRook(slot, square); break;
+      case Queen: officers_ += QueenTerm(side_, square); break;
+      default: officers_ += KingSFTY(side_.colour); break;
+    }
+  }
+
+  void AddRook(int slot, Square square) {
+    officers_ += RookTerm(side_, square);
+    // Threats and pawn losses of all pieces are no less than those of the pieces before.
+    const int least = officers_ + threat_terms_ + pawn_terms_.losses;
+    officers_ += least >= kSteadyTotal ? steady_ : TruncatedAt(slot);
+    officers_ += RookPlaceTerm(side_, square);
+  }
+
+  // What the truncation adds at the rook in `slot`, by the exact total up to there.
+  int TruncatedAt(int slot) const {
+    SquareSet before = 0;
+    for (int i = g.list_first[side_.colour]; i <= slot; ++i) {
+      if (g.list_sq[i] != -1) before |= SetOf(g.list_sq[i]);
+    }
+    const SquareSet pawns = side_.own[Pawn] & before;
+    const PawnSum terms = PawnTerms(side_, pawns);
+    return Truncated(side_.phase, officers_ + ThreatTerms(side_, threats_, before) + terms.losses +
+                                      terms.gains + PawnTables(pawns));
+  }
+
+  const Side& side_;
+  const Threats threats_;
+  const PawnSum pawn_terms_;
+  const int threat_terms_;
+  const int steady_;
+  int officers_ = 0;  // pieces other than pawns so far, without threats
+};
+
+int SideTotal(int colour, std::uint8_t& hanging) {
+  const Side side = SideOf(colour);
+  SideSum sum(side);
+  hanging = static_cast<std::uint8_t>(sum.DearestHanging());
+  return sum.Total();
+}
+
+CachedScore EvaluateAfresh(std::uint64_t key) {
+  BuildAttackSets();
+  CachedScore score;
+  score.key = key;
+  score.positional = SideTotal(White, score.hanging[White]);
+  score.positional -= SideTotal(Black, score.hanging[Black]);
+  return score;
 }
 
 }  // namespace
@@ -169,11 +209,12 @@ int Evaluate(int alpha, int beta) {
   if (NobodyCanWin()) return 0;
   const int material = g.material[g.side] - g.material[g.xside];
   if (material + kLazyMargin < alpha || material - kLazyMargin > beta) return material;
-  GenerateAttackes();
-  const int white = SideTotal(White);
-  const int black = SideTotal(Black);
-  const int positional = g.side == White ? white - black : black - white;
-  return material + positional;
+  const std::uint64_t key = EvaluationKey();
+  CachedScore& score = CacheSlot(key);
+  if (score.key != key) score = EvaluateAfresh(key);
+  maxHungValue[White] = value[score.hanging[White]];
+  maxHungValue[Black] = value[score.hanging[Black]];
+  return material + (g.side == White ? score.positional : -score.positional);
 }
 
 }  // namespace tarvyle

@@ -1,6 +1,6 @@
 #include "eval/kingsafety.h"
 
-#include "eval/attackmap.h"
+#include "eval/attacksets.h"
 #include "eval/phase.h"
 #include "position/attack.h"
 #include "position/castling.h"
@@ -16,92 +16,51 @@ constexpr int kDangerLines = 27;
 constexpr int kDanger[kDangerLines] = {0,  9,  19, 27, 35, 42, 49, 53, 57, 59, 60, 59, 57, 53,
                                        49, 42, 35, 27, 19, 9,  0,  0,  0,  0,  0,  0,  0};
 
-struct Ring {
-  int term = 0;  // sum of the shield bonus and the attackers of the ring
-  int free = 0;  // squares that the king could use
-  bool pawn_near = false;
-  bool shielded = false;
-};
-
-bool InFront(Square square, Square king, int colour) {
-  return colour == White ? RowOf(square) < RowOf(king) : RowOf(square) > RowOf(king);
-}
-
-void LookAtRingSquare(Ring& ring, Square square, Square king, int colour) {
-  const std::uint32_t attack = p_attack[1 - colour][square];
-  ring.term -= AttackCount(attack);
-  if (attack == 0 && g.color[square] != colour) ++ring.free;
-  if (!Holds(square, Pawn, colour)) return;
-  ring.pawn_near = true;
-  if (InFront(square, king, colour)) {
-    ring.shielded = true;
-    ring.term += kShieldBonus[FileOf(square)];
-  }
-}
-
-// The eight neighbours and, on purpose, the target of the first knight jump as well.
-Ring LookAround(Square king, int colour) {
-  Ring ring;
-  for (int d = 0; d <= 8; ++d) {
-    const int wide = ToWide(king) + dir[d];
-    if (!OffBoard(wide)) LookAtRingSquare(ring, FromWide(wide), king, colour);
-  }
+// The eight neighbours and, on purpose, the target of the first knight jump of the direction table
+// in use as well.
+SquareSet RingOf(Square king) {
+  SquareSet ring = king_set[king];
+  const int ninth = ToWide(king) + dir[8];
+  if (!OffBoard(ninth)) ring |= SetOf(FromWide(ninth));
   return ring;
 }
 
-int AttackedOnRays(Square king, int colour, int first, int last, std::uint32_t types) {
-  int attacked = 0;
-  for (int d = first; d <= last; ++d) {
-    for (int wide = ToWide(king) + dir[d]; !OffBoard(wide); wide += dir[d]) {
-      const Square square = FromWide(wide);
-      if (g.color[square] == 1 - colour) break;
-      if ((p_attack[1 - colour][square] & types) != 0) ++attacked;
-      if (g.color[square] == colour) break;
-    }
-  }
-  return attacked;
+// Rows in front of the king, as its side sees it.
+constexpr SquareSet RowsInFront(int colour, Square king) {
+  const int row = RowOf(king);
+  return colour == White ? SetOf(8 * row) - 1 : ~SquareSet{0} << (8 * row) << 8;
 }
 
-int AttackedJumps(Square king, int colour) {
-  int attacked = 0;
-  for (int d = d_start[Knight]; d <= d_stop[Knight]; ++d) {
-    const int wide = ToWide(king) + dir[d];
-    if (OffBoard(wide) || g.color[FromWide(wide)] == 1 - colour) continue;
-    if ((p_attack[1 - colour][FromWide(wide)] & kKnightBit) != 0) ++attacked;
-  }
-  return attacked;
+int ShieldTerm(int colour, Square king, SquareSet ring) {
+  const SquareSet near = ring & board_sets.of[colour][Pawn];
+  int term = near != 0 ? 0 : -4;
+  SquareSet shield = near & RowsInFront(colour, king);
+  if (shield == 0) term -= 8;
+  while (shield != 0) term += kShieldBonus[FileOf(TakeFirst(shield))];
+  if ((board_sets.of[colour][Pawn] & FileSet(FileOf(king))) == 0) term -= 4;
+  return term;
 }
 
 // Squares on lines and jumps to the king that the opponent attacks with a piece that could use
 // that very line.
-int AttackedLines(Square king, int colour) {
-  const auto& enemy = g.piece_cnt[1 - colour];
+int AttackedLines(int colour, Square king, const AttackSets& attacks) {
+  const SquareSet* enemy = board_sets.of[1 - colour];
+  const SquareSet looked_at = ~board_sets.colour[1 - colour];
+  const SquareSet occupied = Occupied();
   int attacked = 0;
-  if (enemy[Bishop] + enemy[Queen] > 0) {
-    attacked += AttackedOnRays(king, colour, 4, 7, kBishopBit | kQueenBit);
+  const SquareSet diagonal = (attacks.by[Bishop] | attacks.by[Queen]) & looked_at;
+  if ((enemy[Bishop] | enemy[Queen]) != 0) {
+    attacked += CountOf(BishopSet(king, occupied) & diagonal);
   }
-  if (enemy[Rook] + enemy[Queen] > 0) {
-    attacked += AttackedOnRays(king, colour, 0, 3, kRookBit | kQueenBit);
-  }
-  if (enemy[Knight] > 0) attacked += AttackedJumps(king, colour);
-  return attacked;
+  const SquareSet straight = (attacks.by[Rook] | attacks.by[Queen]) & looked_at;
+  if ((enemy[Rook] | enemy[Queen]) != 0) attacked += CountOf(RookSet(king, occupied) & straight);
+  return attacked + CountOf(knight_set[king] & attacks.by[Knight] & looked_at);
 }
 
 int LostCastling(int colour) {
   const bool left = LeftCastlEnable(colour);
   const bool right = RightCastlEnable(colour);
   return (left ? 0 : 2) + (right ? 0 : 4) + (left || right ? 0 : 12);
-}
-
-int ShieldTerm(const Ring& ring, Square king, int colour) {
-  const int enemy = 1 - colour;
-  int term = ring.term;
-  if (!ring.pawn_near) term -= 4;
-  if (!ring.shielded) term -= 8;
-  if (g.pawn_file_cnt[colour][FileOf(king)] == 0) term -= 4;
-  if (p_attack[enemy][king] != 0 && ring.free == 0) term -= 10;
-  if (g.piece_cnt[enemy][Pawn] > 0 && AttackedBy(enemy, king + dP[colour], kPawnBit)) term -= 4;
-  return term;
 }
 
 }  // namespace
@@ -120,22 +79,26 @@ int KingSFTY(int colour) {
   const double phase = Stage(colour);
   if (phase == 0.0) return 0;  // no danger from a lone minor piece
   const Square king = g.king_sq[colour];
+  const AttackSets& attacks = attack_sets[1 - colour];
 
-  const Ring ring = LookAround(king, colour);
-  int term = ShieldTerm(ring, king, colour);
+  const SquareSet ring = RingOf(king);
+  const int free = CountOf(ring & ~attacks.all & ~board_sets.colour[colour]);
+  int term = ShieldTerm(colour, king, ring) - AttackSum(attacks, ring);
+  if (free == 0 && Contains(attacks.all, king)) term -= 10;
+  if ((Ahead(colour, SetOf(king)) & attacks.by[Pawn]) != 0) term -= 4;
 
-  const int lines = AttackedLines(king, colour);
+  const int lines = AttackedLines(colour, king, attacks);
   double mildness = 0.0;  // added before the truncation: an attacked king gets a point back
   if (lines > 0) {
     mildness = 1.0;
-    if (ring.free <= 1) term -= ring.free == 0 ? 4 : 2;
+    if (free <= 1) term -= free == 0 ? 4 : 2;
     if (lines < kDangerLines) term -= kDanger[lines];
   }
 
   if (g.castled[colour] != 0) {
     const double gain = FileOf(king) < 5 ? 6.0 : 8.0;
     term = static_cast<int>(gain * phase + term);
-  } else if (g.piece_cnt[1 - colour][Queen] > 0) {
+  } else if (board_sets.of[1 - colour][Queen] != 0) {
     term -= LostCastling(colour);
   }
   return static_cast<int>(mildness + term * phase);

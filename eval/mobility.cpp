@@ -47,4 +47,47 @@ void Mobile_Pin_XRay(Square square, int piece, int colour, RayScan& result,
   }
 }
 
+namespace {
+
+// What a slider would see on an empty board.
+SquareSet EmptyBoardLines(int piece, Square square) {
+  SquareSet lines = 0;
+  if (piece != Rook) lines |= bishop_lines[square].sets[0];
+  if (piece != Bishop) lines |= rook_lines[square].sets[0];
+  return lines;
+}
+
+// Enemy pieces that are worth more than the scanning one.
+SquareSet DearerPieces(const Side& side, int piece) {
+  SquareSet dearer = side.theirs[King];
+  if (piece != Queen) dearer |= side.theirs[Queen];
+  if (piece == Bishop) dearer |= side.theirs[Rook];
+  return dearer;
+}
+
+int BonusBehind(const Side& side, Square front, Square behind) {
+  const bool king_behind = Contains(side.theirs[King], behind);
+  if (Contains(board_sets.colour[side.colour], front)) return king_behind ? 8 : 5;
+  if (!king_behind) return 6;
+  return AttackCountAt(side.attacks, front) >= 2 ? 8 : 7;
+}
+
+}  // namespace
+
+int LineBonus(const Side& side, int piece, Square square) {
+  const SquareSet enemies = board_sets.colour[side.opponent];
+  SquareSet targets = (enemies & ~side.threats.all) | DearerPieces(side, piece);
+  targets &= EmptyBoardLines(piece, square) & ~slider_reach[square];
+  int bonus = 0;
+  while (targets != 0) {
+    const Square behind = TakeFirst(targets);
+    const SquareSet passed = between_set[square][behind] & Occupied();
+    if ((passed & (passed - 1)) != 0) continue;
+    const SquareSet never_pinned =
+        side.own[Pawn] | side.theirs[Pawn] | side.own[King] | side.theirs[King];
+    if ((passed & never_pinned) == 0) bonus += BonusBehind(side, FirstOf(passed), behind);
+  }
+  return bonus;
+}
+
 }  // namespace tarvyle

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "eval/side.h"
 #include "position/types.h"
 
 namespace tarvyle {
@@ -16,5 +17,9 @@ struct RayScan {
 // the opponent and of the own side, and writes the mobility count and the pin and x-ray bonus.
 void Mobile_Pin_XRay(Square square, int piece, int colour, RayScan& result,
                      const std::uint32_t* opponent_attacks, const std::uint32_t* own_attacks);
+
+// The pin and x-ray bonus alone, by the attack sets: what Mobile_Pin_XRay finds behind the first
+// piece of each line.
+int LineBonus(const Side& side, int piece, Square square);
 
 }  // namespace tarvyle

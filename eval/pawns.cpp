@@ -1,8 +1,6 @@
 #include "eval/pawns.h"
 
-#include "eval/attackmap.h"
 #include "eval/tables.h"
-#include "position/castling.h"
 #include "position/record.h"
 
 namespace tarvyle {
@@ -12,52 +10,69 @@ namespace {
 // By the number of the d- and e-files that hold no pawn of the side.
 constexpr int kCentrePenalty[3] = {0, -1, -3};
 
-constexpr int kThird = 3;  // the third doubled or isolated pawn of a side costs 6 more
+constexpr int kThirdExtra = 6;  // the third doubled or isolated pawn of a side costs that much more
 
-bool IsIsolated(int colour, int file) {
-  const auto& files = g.pawn_file_cnt[colour];
-  return (file == 0 || files[file - 1] == 0) && (file == 7 || files[file + 1] == 0);
+int ThirdExtra(int counted) { return counted >= 3 ? kThirdExtra : 0; }
+
+// Files that hold a pawn of a set, and those that hold more than one, as bits of a byte.
+struct FileBits {
+  unsigned any;
+  unsigned many;
+};
+
+FileBits FilesOf(SquareSet pawns) {
+  SquareSet any = pawns | pawns >> 32;
+  SquareSet many = pawns & pawns >> 32;
+  many |= many >> 16 | (any & any >> 16);
+  any |= any >> 16;
+  many |= many >> 8 | (any & any >> 8);
+  any |= any >> 8;
+  return {static_cast<unsigned>(any & 0xFF), static_cast<unsigned>(many & 0xFF)};
+}
+
+constexpr SquareSet FilesSet(unsigned bits) { return kFileA * bits; }
+
+// Every square that lies behind a square of a set, as a side's pawns see it.
+SquareSet Behind(int colour, SquareSet set) {
+  if (colour == White) {
+    set = set << 8 | set << 16;
+    set |= set << 16;
+    return set | set << 32;
+  }
+  set = set >> 8 | set >> 16;
+  set |= set >> 16;
+  return set | set >> 32;
 }
 
 // A pawn is passed when neither an enemy pawn nor a square that one attacks lies on its way; own
 // pawns ahead do not matter. With its front square off the board it counts as passed.
-bool IsPassed(int colour, Square front) {
-  const int enemy = 1 - colour;
-  for (Square square = front; OnBoard(square); square += dP[colour]) {
-    if (AttackedBy(enemy, square, kPawnBit) || Holds(square, Pawn, enemy)) return false;
-  }
-  return true;
+SquareSet PassedPawns(const Side& side, SquareSet pawns) {
+  const SquareSet stops = side.theirs[Pawn] | side.threats.by[Pawn];
+  return pawns & ~Behind(side.colour, stops);
 }
 
 // Pure pawn ending in which the enemy king cannot reach the promotion square in time. Whose move
 // it is, and the double step, are deliberately left out.
-bool OutrunsKing(const SideScore& score, Square square) {
-  const auto& enemy = g.piece_cnt[score.opponent];
-  if (score.phase != 0.0 || enemy[Knight] + enemy[Bishop] + enemy[Rook] > 0) return false;
-  const Square goal = prom_row[score.colour] * 8 + FileOf(square);
-  return Distance(square, goal) < Distance(g.king_sq[score.opponent], goal);
+bool OutrunsKing(const Side& side, Square square) {
+  if (side.phase != 0.0) return false;
+  if ((side.theirs[Knight] | side.theirs[Bishop] | side.theirs[Rook]) != 0) return false;
+  const Square goal = prom_row[side.colour] * 8 + FileOf(square);
+  return Distance(square, goal) < Distance(g.king_sq[side.opponent], goal);
 }
 
-int PassedBonus(const SideScore& score, Square square) {
-  const int colour = score.colour;
+int PassedBonus(const Side& side, Square square) {
+  const int colour = side.colour;
   const int row = RowOf(square);
+  const SquareSet here = SetOf(square);
   const int row_bonus = PASSED_PAWN_ROW[colour * 8 + row];
   int bonus = 12 + row_bonus;
-  if (AttackedBy(colour, square, kPawnBit) || AttackedBy(colour, square + dP[colour], kPawnBit)) {
+  if (((here | Ahead(colour, here)) & side.attacks.by[Pawn]) != 0) bonus += 4;
+  if ((here & side.attacks.by[Rook]) != 0 &&
+      (Ahead(1 - colour, here) & side.attacks.by[Rook]) != 0 && opponent_board[row] == colour) {
     bonus += 4;
   }
-  if (AttackedBy(colour, square, kRookBit) && AttackedBy(colour, square - dP[colour], kRookBit) &&
-      opponent_board[row] == colour) {
-    bonus += 4;
-  }
-  if (OutrunsKing(score, square)) bonus += 8 * row_bonus;
+  if (OutrunsKing(side, square)) bonus += 8 * row_bonus;
   return bonus;
-}
-
-int FrontTerm(const SideScore& score, Square front) {
-  int term = AttackedBy(score.colour, front, kPawnBit) ? 0 : -1;
-  if (OnBoard(front) && g.color[front] == score.opponent) term -= 2;
-  return term;
 }
 
 int OfficerCount(int colour) {
@@ -67,28 +82,34 @@ int OfficerCount(int colour) {
 
 }  // namespace
 
-void AddPawnTerms(SideScore& score, Square square) {
-  const int file = FileOf(square);
-  const Square front = square + dP[score.colour];
-  if (g.pawn_file_cnt[score.opponent][file] == 0) score.total += 1;
-  score.total += FrontTerm(score, front);
-  if (g.pawn_file_cnt[score.colour][file] > 1) {
-    score.total -= ++score.doubled == kThird ? 8 : 2;
+PawnSum PawnTerms(const Side& side, SquareSet pawns) {
+  const FileBits own = FilesOf(side.own[Pawn]);
+  const FileBits theirs = FilesOf(side.theirs[Pawn]);
+  const SquareSet fronts = Ahead(side.colour, pawns);
+  const int doubled = CountOf(pawns & FilesSet(own.many));
+  const unsigned lonely = own.any & ~(own.any << 1 | own.any >> 1);
+  const int isolated = CountOf(pawns & FilesSet(lonely));
+  const int unsupported = CountOf(pawns) - CountOf(fronts & side.attacks.by[Pawn]);
+  const int blocked = CountOf(fronts & board_sets.colour[side.opponent]);
+  PawnSum sum;
+  sum.losses = -unsupported - 2 * blocked - 2 * doubled - ThirdExtra(doubled) - 8 * isolated -
+               ThirdExtra(isolated);
+  sum.gains = CountOf(pawns & ~FilesSet(theirs.any));
+  for (SquareSet passed = PassedPawns(side, pawns); passed != 0;) {
+    sum.gains += PassedBonus(side, TakeFirst(passed));
   }
-  if (IsIsolated(score.colour, file)) {
-    score.total -= ++score.isolated == kThird ? 14 : 8;
-  }
-  if (IsPassed(score.colour, front)) score.total += PassedBonus(score, square);
+  return sum;
 }
 
-void AddSideTerms(SideScore& score) {
-  const int pawns = g.piece_cnt[score.colour][Pawn];
-  const auto& files = g.pawn_file_cnt[score.colour];
-  score.total += pawns - 8;
-  if (pawns == 0) score.total -= 16;
-  score.total += kCentrePenalty[(files[3] == 0 ? 1 : 0) + (files[4] == 0 ? 1 : 0)];
-  const bool any_pawn = pawns > 0 || g.piece_cnt[score.opponent][Pawn] > 0;
-  if (any_pawn && OfficerCount(score.colour) > OfficerCount(score.opponent)) score.total += 2;
+int SideTerms(const Side& side) {
+  const int pawns = g.piece_cnt[side.colour][Pawn];
+  const auto& files = g.pawn_file_cnt[side.colour];
+  int term = pawns - 8;
+  if (pawns == 0) term -= 16;
+  term += kCentrePenalty[(files[3] == 0 ? 1 : 0) + (files[4] == 0 ? 1 : 0)];
+  const bool any_pawn = pawns > 0 || g.piece_cnt[side.opponent][Pawn] > 0;
+  if (any_pawn && OfficerCount(side.colour) > OfficerCount(side.opponent)) term += 2;
+  return term;
 }
 
 }  // namespace tarvyle

@@ -7,8 +7,18 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kFullWeight = 40;
 constexpr int kOneMinorPiece = 4;
+
+// Filled with the one expression that decides every rounding below.
+struct PhaseTable {
+  double phase[kFullWeight + 1];
+  constexpr PhaseTable() : phase() {
+    for (int weight = 0; weight <= kFullWeight; ++weight) {
+      phase[weight] = weight <= kOneMinorPiece ? 0.0 : weight / double{kFullWeight};
+    }
+  }
+};
+constexpr PhaseTable kPhases;
 
 }  // namespace
 
@@ -18,10 +28,9 @@ int OpponentWeight(int colour) {
   return 14 * count[Queen] + 6 * count[Rook] + 3 * count[Knight] + 4 * count[Bishop];
 }
 
-double Stage(int colour) {
-  const int weight = OpponentWeight(colour);
-  return weight <= kOneMinorPiece ? 0.0 : min(weight, kFullWeight) / double{kFullWeight};
-}
+double PhaseOfWeight(int weight) { return kPhases.phase[min(weight, kFullWeight)]; }
+
+double Stage(int colour) { return PhaseOfWeight(OpponentWeight(colour)); }
 
 int stage_nb_int(int colour) {
   static constexpr int kByMinors[12] = {0, 0, 1, 3, 4, 4, 4, 4, 4, 4, 4, 4};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "eval/cache.h"
 #include "eval/phase.h"
 #include "eval/tables.h"
 #include "position/attack.h"
@@ -103,6 +104,7 @@ void GenScoreTable(int piece, int* table, int colour, int scale) {
 }
 
 void InitEvaluate() {
+  ForgetScores();
   for (int colour = White; colour <= Black; ++colour) {
     for (int piece = Knight; piece <= King; ++piece) {
       GenScoreTable(piece, score_table[colour][piece], colour, kScale[piece]);

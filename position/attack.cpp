@@ -2,6 +2,7 @@
 
 #include "position/castling.h"
 #include "position/record.h"
+#include "position/sets.h"
 
 namespace tarvyle {
 
@@ -42,6 +43,7 @@ bool LineIsFree(Square from, Square to, int step) {
 void set_dir(int colour) { dir = colour != White ? dir_black : dir_white; }
 
 void InitAtk() {
+  InitSets();
   for (int piece = Knight; piece <= King; ++piece) {
     for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
       if (IsSlider(piece)) {
@@ -61,11 +63,21 @@ bool Attack(int piece, int colour, Square from, Square to) {
 }
 
 bool SqAttack(Square square, int colour) {
-  for (int slot = g.list_first[colour]; slot <= g.list_last[colour]; ++slot) {
-    const Square from = g.list_sq[slot];
-    if (from != -1 && Attack(g.board[from], colour, from, square)) return true;
-  }
-  return false;
+  const SquareSet* own = board_sets.of[colour];
+  const SquareSet steppers = (knight_set[square] & own[Knight]) | (king_set[square] & own[King]) |
+                             (pawn_set[1 - colour][square] & own[Pawn]);
+  if (steppers != 0) return true;
+  const SquareSet occupied = Occupied();
+  return (BishopSet(square, occupied) & (own[Bishop] | own[Queen])) != 0 ||
+         (RookSet(square, occupied) & (own[Rook] | own[Queen])) != 0;
+}
+
+SquareSet AttackersOf(Square square, int colour, SquareSet occupied) {
+  const SquareSet* own = board_sets.of[colour];
+  return (knight_set[square] & own[Knight]) | (king_set[square] & own[King]) |
+         (pawn_set[1 - colour][square] & own[Pawn]) |
+         (BishopSet(square, occupied) & (own[Bishop] | own[Queen])) |
+         (RookSet(square, occupied) & (own[Rook] | own[Queen]));
 }
 
 bool Check() { return SqAttack(g.king_sq[g.side], g.xside); }

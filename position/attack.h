@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "position/sets.h"
 #include "position/types.h"
 
 // Directions, attack tables, and the questions about attacked squares.
@@ -43,6 +44,9 @@ bool Attack(int piece, int colour, Square from, Square to);
 
 // Whether any piece of `colour` attacks `square`.
 bool SqAttack(Square square, int colour);
+
+// All pieces of `colour` that attack `square` when `occupied` are the occupied squares.
+SquareSet AttackersOf(Square square, int colour, SquareSet occupied);
 
 // Whether the king of the side to move is attacked.
 bool Check();

@@ -2,9 +2,8 @@
 
 #include <utility>
 
-#include "position/attack.h"
 #include "position/game.h"
-#include "position/makemove.h"
+#include "position/legality.h"
 #include "position/movegen.h"
 #include "position/movestack.h"
 #include "position/record.h"
@@ -14,21 +13,27 @@ namespace tarvyle {
 
 namespace {
 
-bool IsLegal(Move move) {
-  if ((move & kCastling) != 0 && !LegalCastl(move)) return false;
-  MakeMove(move);
-  const bool king_safe = !SqAttack(g.king_sq[g.xside], g.side);
-  UnMakeMove(move);
-  return king_safe;
+// Looking at moves leaves the same trace in the record as making and taking back one of them: the
+// self-check of an insertion counts on it.
+void StampRecord() {
+  const int index = g.game_len + ply;
+  g.game_moves[index] = 0;
+  g.game_keys[index] = 0;
+  g.undo[index] = {0, 0, 0, 0, g.fifty};
 }
 
 bool KeepLegalMoves() {
   if (!Generate()) return false;
+  const Legality legality;
   int kept = treeCnt[ply];
+  bool looked = false;
   for (int i = kept; i < treeCnt[ply + 1]; ++i) {
-    if (IsLegal(tree[i])) std::swap(tree[i], tree[kept++]);
+    const bool legal = legality.IsLegal(tree[i]);
+    looked |= legal || (tree[i] & kCastling) == 0;
+    if (legal) std::swap(tree[i], tree[kept++]);
   }
   treeCnt[ply + 1] = kept;
+  if (looked) StampRecord();
   return true;
 }
 

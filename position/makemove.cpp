@@ -58,6 +58,14 @@ bool TakeVictim(Move move, UndoRecord& undo) {
   return true;
 }
 
+// Takes the mover to its target; a pawn that promotes is exchanged for the new piece on the way.
+template <OnBroken kHow>
+bool CarryOver(Move move, Square from, Square to, int leaves, int arrives) {
+  if ((move & kPromotion) == 0) return MovePiece<kHow>(leaves, g.side, from, to);
+  const int slot = g.list_idx[from];
+  return LiftPiece<kHow>(leaves, g.side, from, slot) && PlacePiece<kHow>(arrives, g.side, to, slot);
+}
+
 template <OnBroken kHow>
 bool MakeOnBoard(Move move, UndoRecord& undo) {
   if constexpr (kHow == OnBroken::kRefuse) {
@@ -66,16 +74,14 @@ bool MakeOnBoard(Move move, UndoRecord& undo) {
   const int side = g.side;
   const Square from = OriginOf(move);
   const int mover = MoverOf(move);
-  const int slot = g.list_idx[from];
   undo.castle_before = g.castle;
-  if (!LiftPiece<kHow>(mover, side, from, slot)) return false;
   if ((move & kCapture) != 0 && !TakeVictim<kHow>(move, undo)) return false;
+  if (!CarryOver<kHow>(move, from, TargetOf(move), mover, PieceOf(move))) return false;
   if ((move & kCastling) != 0) {
     g.castled[side] = Stepped(g.castled[side], 1);
     const RookWay rook = RookWayOf(move);
     if (!MovePiece<kHow>(Rook, side, rook.from, rook.to)) return false;
   }
-  if (!PlacePiece<kHow>(PieceOf(move), side, TargetOf(move), slot)) return false;
   if (mover == King) {
     g.castle &= ~(LongRight(side) | ShortRight(side));
   } else if (mover == Rook) {
@@ -112,20 +118,19 @@ bool UnMakeOnBoard(Move move, UndoRecord& undo) {
     if (!WordIsUsable(move)) return false;
   }
   const int side = g.side;
-  const Square target = TargetOf(move);
-  const int slot = g.list_idx[target];
   g.castle = undo.castle_before;
-  if (!LiftPiece<kHow>(PieceOf(move), side, target, slot)) return false;
-  if ((move & kCapture) != 0 &&
-      !PlacePiece<kHow>(undo.cap_piece, g.xside, undo.cap_sq, undo.cap_idx)) {
-    return false;
-  }
   if ((move & kCastling) != 0) {
     g.castled[side] = Stepped(g.castled[side], -1);
     const RookWay rook = RookWayOf(move);
     if (!MovePiece<kHow>(Rook, side, rook.to, rook.from)) return false;
   }
-  if (!PlacePiece<kHow>(MoverOf(move), side, OriginOf(move), slot)) return false;
+  if (!CarryOver<kHow>(move, TargetOf(move), OriginOf(move), PieceOf(move), MoverOf(move))) {
+    return false;
+  }
+  if ((move & kCapture) != 0 &&
+      !PlacePiece<kHow>(undo.cap_piece, g.xside, undo.cap_sq, undo.cap_idx)) {
+    return false;
+  }
   undo.cap_sq = 0;
   undo.cap_piece = 0;
   undo.cap_idx = 0;

@@ -6,12 +6,11 @@
 #include "position/castling.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/sets.h"
 
 namespace tarvyle {
 
 namespace {
-
-enum class Kind { kAll, kCaptures };
 
 Move* EmitPawnMove(Move* cursor, Move move, bool promotes) {
   *cursor++ = move;
@@ -33,10 +32,8 @@ Move* EmitEnPassant(Move* cursor) {
   return cursor;
 }
 
-template <Kind kKind>
 Move* EmitPawnAdvances(Move* cursor, Square from, Square ahead, bool promotes) {
   if (!IsEmpty(ahead)) return cursor;
-  if (kKind == Kind::kCaptures && !promotes) return cursor;
   cursor = EmitPawnMove(cursor, MoveWord(Pawn, from, ahead), promotes);
   if (RowOf(from) != first_pawn_row[g.side]) return cursor;
   const Square two_ahead = ahead + dP[g.side];
@@ -44,12 +41,11 @@ Move* EmitPawnAdvances(Move* cursor, Square from, Square ahead, bool promotes) {
   return cursor;
 }
 
-template <Kind kKind>
 Move* EmitPawn(Move* cursor, Square from) {
   const Square ahead = from + dP[g.side];
   if (!OnBoard(ahead)) return cursor;  // a set-up may place a pawn on its own last row
   const bool promotes = RowOf(ahead) == prom_row[g.side];
-  cursor = EmitPawnAdvances<kKind>(cursor, from, ahead, promotes);
+  cursor = EmitPawnAdvances(cursor, from, ahead, promotes);
   for (const int sideways : {-1, 1}) {
     if (FileOf(from) == (sideways < 0 ? 0 : 7)) continue;
     const Square target = ahead + sideways;
@@ -60,7 +56,6 @@ Move* EmitPawn(Move* cursor, Square from) {
   return cursor;
 }
 
-template <Kind kKind>
 Move* EmitPiece(Move* cursor, int piece, Square from) {
   const bool slides = IsSlider(piece);
   for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
@@ -68,7 +63,7 @@ Move* EmitPiece(Move* cursor, int piece, Square from) {
     for (int wide = ToWide(from) + step; !OffBoard(wide); wide += step) {
       const Square target = FromWide(wide);
       if (IsEmpty(target)) {
-        if (kKind == Kind::kAll) *cursor++ = MoveWord(piece, from, target);
+        *cursor++ = MoveWord(piece, from, target);
         if (slides) continue;
         break;
       }
@@ -82,14 +77,93 @@ Move* EmitPiece(Move* cursor, int piece, Square from) {
   return cursor;
 }
 
-template <Kind kKind>
 Move* EmitPieces(Move* cursor) {
   for (int slot = g.list_first[g.side]; slot <= g.list_last[g.side]; ++slot) {
     const Square from = g.list_sq[slot];
     if (from == -1) continue;
     const int piece = g.board[from];
-    cursor = piece == Pawn ? EmitPawn<kKind>(cursor, from) : EmitPiece<kKind>(cursor, piece, from);
+    cursor = piece == Pawn ? EmitPawn(cursor, from) : EmitPiece(cursor, piece, from);
     if (cursor == nullptr) return nullptr;
+  }
+  return cursor;
+}
+
+// Slots of the pawns in a set.
+std::uint32_t SlotsOf(SquareSet pawns) {
+  std::uint32_t slots = 0;
+  while (pawns != 0) slots |= 1u << g.list_idx[TakeFirst(pawns)];
+  return slots;
+}
+
+// Pawns of the side to move that can capture or promote.
+SquareSet BusyPawns(SquareSet enemies) {
+  const int side = g.side;
+  const SquareSet pawns = board_sets.of[side][Pawn];
+  const SquareSet before_last = RowSet(prom_row[side] - dP[side] / 8);
+  return pawns & (PawnTargets(1 - side, enemies) | before_last);
+}
+
+// A set of targets in the order of the current direction table, by insertion.
+int SortTargets(Square from, SquareSet targets, std::uint32_t* order) {
+  const auto& index = direction_index[dir == dir_black ? 1 : 0][from];
+  int count = 0;
+  while (targets != 0) {
+    const Square target = TakeFirst(targets);
+    const std::uint32_t entry =
+        static_cast<std::uint32_t>(index[target]) << 6 | static_cast<std::uint32_t>(target);
+    int place = count++;
+    for (; place > 0 && order[place - 1] > entry; --place) order[place] = order[place - 1];
+    order[place] = entry;
+  }
+  return count;
+}
+
+Move* EmitTargets(Move* cursor, int piece, Square from, SquareSet targets) {
+  const Move base = MoveWord(piece, from, 0) | kCapture;
+  if ((targets & (targets - 1)) == 0) {
+    *cursor++ = base | static_cast<Move>(FirstOf(targets));
+    return cursor;
+  }
+  std::uint32_t order[16];
+  const int count = SortTargets(from, targets, order);
+  for (int i = 0; i < count; ++i) *cursor++ = base | (order[i] & kTargetMask);
+  return cursor;
+}
+
+Move* EmitBusyPawn(Move* cursor, Square from, SquareSet enemies) {
+  const Square ahead = from + dP[g.side];
+  const bool promotes = RowOf(ahead) == prom_row[g.side];
+  if (promotes && IsEmpty(ahead)) {
+    cursor = EmitPawnMove(cursor, MoveWord(Pawn, from, ahead), true);
+  }
+  // Lower file first, which is the lower square on either side's next row.
+  for (SquareSet targets = pawn_set[g.side][from] & enemies; targets != 0;) {
+    const Square target = TakeFirst(targets);
+    cursor = EmitPawnMove(cursor, MoveWord(Pawn, from, target) | kCapture, promotes);
+  }
+  return cursor;
+}
+
+// Captures and promotions in slot order; null when the enemy king could be captured.
+Move* EmitAllCaptures(Move* cursor) {
+  const SquareSet enemies = board_sets.colour[g.xside];
+  const SquareSet occupied = Occupied();
+  const SquareSet king = SetOf(g.king_sq[g.xside]);
+  if ((PawnTargets(g.side, board_sets.of[g.side][Pawn]) & king) != 0) return nullptr;
+  const std::uint32_t own_slots = 0xFFFFu << (16 * g.side);
+  std::uint32_t slots = board_sets.slots & ~board_sets.pawn_slots & own_slots;
+  slots |= SlotsOf(BusyPawns(enemies));
+  for (; slots != 0; slots &= slots - 1) {
+    const Square from = g.list_sq[std::countr_zero(slots)];
+    const int piece = g.board[from];
+    if (piece == Pawn) {
+      cursor = EmitBusyPawn(cursor, from, enemies);
+      continue;
+    }
+    const SquareSet targets = ReachSet(piece, from, occupied) & enemies;
+    if (targets == 0) continue;
+    if ((targets & king) != 0) return nullptr;
+    cursor = EmitTargets(cursor, piece, from, targets);
   }
   return cursor;
 }
@@ -130,11 +204,11 @@ Move* MakePromote(Move* cursor) {
 bool Generate() {
   set_dir(g.side);
   Move* cursor = EmitEnPassant(&tree[treeCnt[ply]]);
-  cursor = EmitPieces<Kind::kAll>(cursor);
+  cursor = EmitPieces(cursor);
   if (cursor != nullptr) cursor = EmitCastling(cursor);
   return CloseList(cursor);
 }
 
-bool GenerateCaptures() { return CloseList(EmitPieces<Kind::kCaptures>(&tree[treeCnt[ply]])); }
+bool GenerateCaptures() { return CloseList(EmitAllCaptures(&tree[treeCnt[ply]])); }
 
 }  // namespace tarvyle

@@ -3,6 +3,7 @@
 #include "position/hashkey.h"
 #include "position/invariant.h"
 #include "position/record.h"
+#include "position/sets.h"
 
 // The helpers that do all the bookkeeping of the position: lift, place and move one piece.
 // Whatever is kept incrementally is updated here and nowhere else.
@@ -15,7 +16,12 @@ enum class OnBroken { kAbort, kRefuse };
 
 template <OnBroken kHow>
 inline bool Require(bool condition) {
-  if constexpr (kHow == OnBroken::kAbort) (assert)(condition);
+  if constexpr (kHow == OnBroken::kAbort) {
+    if (!condition) [[unlikely]] {
+      (assert)(false);
+    }
+    return true;
+  }
   return condition;
 }
 
@@ -24,21 +30,41 @@ constexpr bool SlotOfColour(int slot, int colour) {
   return slot >= 0 && slot < 32 && slot >> 4 == colour;
 }
 
-inline void KeyStep(int piece, int colour, Square square) {
-  const std::uint64_t step = HashRnd(colour, piece, square);
+inline void KeyStep(int colour, std::uint64_t step) {
   g.key ^= step;
   g.color_key[colour] ^= step;
 }
 
-// Counters and keys of a piece that comes (`delta` 1) or goes (-1).
-inline void CountPiece(int piece, int colour, Square square, int delta) {
+// Counters, keys and sets of a piece that comes (`delta` 1) or goes (-1).
+inline void CountPiece(int piece, int colour, Square square, int slot, int delta) {
   g.material[colour] += delta * value[piece];
   g.piece_cnt[colour][piece] += delta;
   if (piece == Pawn) {
     g.pawn_file_cnt[colour][FileOf(square)] += delta;
     g.pawn_row_cnt[colour][RowOf(square)] += delta;
+    board_sets.pawn_slots ^= 1u << slot;
   }
-  KeyStep(piece, colour, square);
+  KeyStep(colour, HashRnd(colour, piece, square));
+  // A piece that comes and one that goes flip the same bits.
+  board_sets.of[colour][piece] ^= SetOf(square);
+  board_sets.colour[colour] ^= SetOf(square);
+  board_sets.slots ^= 1u << slot;
+  board_sets.slot_key ^= slot_rnd[slot][square];
+}
+
+// Counters, keys and sets of a piece that stays on the board but changes its square.
+inline void RecountMoved(int piece, int colour, Square from, Square to, int slot) {
+  if (piece == Pawn) {
+    --g.pawn_file_cnt[colour][FileOf(from)];
+    --g.pawn_row_cnt[colour][RowOf(from)];
+    ++g.pawn_file_cnt[colour][FileOf(to)];
+    ++g.pawn_row_cnt[colour][RowOf(to)];
+  }
+  KeyStep(colour, HashRnd(colour, piece, from) ^ HashRnd(colour, piece, to));
+  const SquareSet both = SetOf(from) | SetOf(to);
+  board_sets.of[colour][piece] ^= both;
+  board_sets.colour[colour] ^= both;
+  board_sets.slot_key ^= slot_rnd[slot][from] ^ slot_rnd[slot][to];
 }
 
 // Takes the piece in `slot` off `square`.
@@ -50,7 +76,7 @@ inline bool LiftPiece(int piece, int colour, Square square, int slot) {
   g.board[square] = NoPiece;
   g.color[square] = NoColour;
   g.list_sq[slot] = -1;
-  CountPiece(piece, colour, square, -1);
+  CountPiece(piece, colour, square, slot, -1);
   return true;
 }
 
@@ -69,7 +95,7 @@ inline bool PlacePiece(int piece, int colour, Square square, int slot) {
   g.color[square] = colour;
   g.list_sq[slot] = square;
   if (piece == King) g.king_sq[colour] = square;
-  CountPiece(piece, colour, square, 1);
+  CountPiece(piece, colour, square, slot, 1);
   return true;
 }
 
@@ -78,7 +104,19 @@ template <OnBroken kHow>
 inline bool MovePiece(int piece, int colour, Square from, Square to) {
   if (!Require<kHow>(OnBoard(from) && OnBoard(to))) return false;
   const int slot = g.list_idx[from];
-  return LiftPiece<kHow>(piece, colour, from, slot) && PlacePiece<kHow>(piece, colour, to, slot);
+  if (!Require<kHow>(g.board[from] == piece && g.color[from] == colour)) return false;
+  if (!Require<kHow>(g.list_sq[slot] == from)) return false;
+  if (!Require<kHow>(g.board[to] == NoPiece && g.list_idx[to] == -1)) return false;
+  g.list_idx[from] = -1;
+  g.board[from] = NoPiece;
+  g.color[from] = NoColour;
+  g.list_idx[to] = slot;
+  g.board[to] = piece;
+  g.color[to] = colour;
+  g.list_sq[slot] = to;
+  if (piece == King) g.king_sq[colour] = to;
+  RecountMoved(piece, colour, from, to, slot);
+  return true;
 }
 
 }  // namespace tarvyle

@@ -12,7 +12,10 @@ std::uint32_t repetition_set[kRepetitionMask + 1];
 
 void ClearRepetitions() { std::memset(repetition_set, 0, sizeof repetition_set); }
 
-void SetRecord(const GameRecord& record) { g = record; }
+void SetRecord(const GameRecord& record) {
+  g = record;
+  RebuildSets();
+}
 
 void ClearRecord() {
   std::memset(&g, 0, sizeof g);
@@ -22,6 +25,7 @@ void ClearRecord() {
   g.xside = Black;
   g.list_first[Black] = 16;
   g.list_last[Black] = 16;
+  RebuildSets();
 }
 
 void InsertPiece(int piece, int colour, Square square, int slot) {

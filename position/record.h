@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -12,6 +13,7 @@ namespace tarvyle {
 
 // A 64-bit key as two words, low word first: the file image holds keys at offsets that are
 // multiples of four only.
+static_assert(std::endian::native == std::endian::little, "the file image is little-endian");
 struct Key64 {
   std::uint32_t low;
   std::uint32_t high;
@@ -20,10 +22,10 @@ struct Key64 {
   constexpr Key64(std::uint64_t key)  // NOLINT: a key is used as the number that it is
       : low(static_cast<std::uint32_t>(key)), high(static_cast<std::uint32_t>(key >> 32)) {}
   constexpr operator std::uint64_t() const {  // NOLINT: as above
-    return static_cast<std::uint64_t>(high) << 32 | low;
+    return std::bit_cast<std::uint64_t>(*this);
   }
   constexpr Key64& operator^=(std::uint64_t other) {
-    return *this = Key64(static_cast<std::uint64_t>(*this) ^ other);
+    return *this = std::bit_cast<Key64>(static_cast<std::uint64_t>(*this) ^ other);
   }
 };
 

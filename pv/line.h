@@ -29,6 +29,7 @@ void LinePrint(const Move* line);
 // What a queue holds: a move, or a pointer to a line. The queue never owns what it points at.
 using QueueValue = std::uintptr_t;
 
+// One value of a queue and the link to the next, null at the end.
 struct QueueNode {
   QueueValue value;
   QueueNode* next;

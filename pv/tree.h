@@ -7,6 +7,7 @@
 
 namespace tarvyle {
 
+// One move of the tree, linked to its alternatives and its replies.
 struct PvNode {
   Move move;      // never 0 in a used node
   PvNode* next;   // next alternative at the same ply, or null
@@ -16,6 +17,7 @@ struct PvNode {
 inline constexpr int kPvNodes = 10000;
 inline constexpr int kPvLineMoves = 80;  // moves of a line that the tree takes in
 
+// A tree with the pool that its nodes come from.
 struct PvTree {
   PvNode nodes[kPvNodes];  // handed out in order
   int used;                // nodes handed out

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "eval/cache.h"
 #include "eval/scoretable.h"
 #include "position/attack.h"
 #include "position/record.h"
@@ -86,9 +87,11 @@ TEST(Evaluate, UsesThePieceSquareTablesAsTheyStand) {
   SetUpRoot("7k/8/8/8/8/8/PP6/KN6 w");
   const int before = EvaluateFully();
   score_table[White][Knight][57] += 13;
+  ForgetScores();
   EXPECT_EQ(EvaluateFully(), before + 13);
   SetUpRoot("7k/8/8/8/8/8/PP6/KN6 b");
   score_table[White][Knight][57] += 13;
+  ForgetScores();
   EXPECT_EQ(EvaluateFully(), -before - 13);
 }
 

@@ -9,14 +9,17 @@
 #include "eval/attackmap.h"
 #include "eval/phase.h"
 #include "position/text.h"
-#include "tests/support/eval_support.h"
+#include "support/eval_support.h"
 
 namespace tarvyle {
 namespace {
 
 using support::SetUpRoot;
 
-SideScore NewScore(int colour) { return {colour, 1 - colour, Stage(colour), 0, 0, 0, 0}; }
+int SumOf(int colour, SquareSet pawns) {
+  const PawnSum sum = PawnTerms(SideOf(colour), pawns);
+  return sum.losses + sum.gains;
+}
 
 // The same position with the colours changed.
 std::string Mirrored(const std::string& fen) {
@@ -95,10 +98,10 @@ TEST(PawnTerms, AddUpForWhite) {
     SCOPED_TRACE(row.meaning);
     SetUpRoot(row.fen);
     GenerateAttackes();
-    SideScore score = NewScore(White);
+    SquareSet set = 0;
     std::istringstream pawns(row.pawns);
-    for (std::string name; pawns >> name;) AddPawnTerms(score, StrToSq(name));
-    EXPECT_EQ(score.total, row.expected);
+    for (std::string name; pawns >> name;) set |= SetOf(StrToSq(name));
+    EXPECT_EQ(SumOf(White, set), row.expected);
   }
 }
 
@@ -107,21 +110,18 @@ TEST(PawnTerms, AddUpForBlackTheSameWay) {
     SCOPED_TRACE(row.meaning);
     SetUpRoot(Mirrored(row.fen));
     GenerateAttackes();
-    SideScore score = NewScore(Black);
+    SquareSet set = 0;
     std::istringstream pawns(row.pawns);
-    for (std::string name; pawns >> name;) AddPawnTerms(score, StrToSq(name) ^ 56);
-    EXPECT_EQ(score.total, row.expected);
+    for (std::string name; pawns >> name;) set |= SetOf(StrToSq(name) ^ 56);
+    EXPECT_EQ(SumOf(Black, set), row.expected);
   }
 }
 
-TEST(PawnTerms, CountDoubledAndIsolatedPawnsOfTheSideSoFar) {
+TEST(PawnTerms, OfSomePawnsCountTheThirdAmongThese) {
   SetUpRoot("3k4/p7/8/8/P7/P7/P7/K7 w");
   GenerateAttackes();
-  SideScore score = NewScore(White);
-  for (const char* name : {"a4", "a3", "a2"}) AddPawnTerms(score, StrToSq(name));
-  EXPECT_EQ(score.doubled, 3);
-  EXPECT_EQ(score.isolated, 3);
-  EXPECT_EQ(score.hanging, 0);
+  const SquareSet two = SetOf(StrToSq("a4")) | SetOf(StrToSq("a3"));
+  EXPECT_EQ(SumOf(White, two), 2 * (-1 - 2 - 8));
 }
 
 struct SideRow {
@@ -148,13 +148,9 @@ TEST(SideTerms, AddUpForBothColours) {
   for (const SideRow& row : kSideRows) {
     SCOPED_TRACE(row.meaning);
     SetUpRoot(row.fen);
-    SideScore white = NewScore(White);
-    AddSideTerms(white);
-    EXPECT_EQ(white.total, row.expected);
+    EXPECT_EQ(SideTerms(SideOf(White)), row.expected);
     SetUpRoot(Mirrored(row.fen));
-    SideScore black = NewScore(Black);
-    AddSideTerms(black);
-    EXPECT_EQ(black.total, row.expected);
+    EXPECT_EQ(SideTerms(SideOf(Black)), row.expected);
   }
 }
 

@@ -7,7 +7,7 @@
 #include <climits>
 #include <cstdlib>
 
-#include "eval/sidescore.h"
+#include "eval/side.h"
 
 namespace tarvyle {
 namespace {

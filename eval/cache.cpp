@@ -1,0 +1,31 @@
+#include "eval/cache.h"
+
+#include "position/attack.h"
+#include "position/record.h"
+#include "position/sets.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr std::uint64_t kSlots = std::uint64_t{1} << 16;
+constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  // spreads small numbers over all bits
+
+CachedScore cache[kSlots];
+
+// Differs from table to table of piece-square values, so that no older score is ever met.
+std::uint64_t generation = kSpread;
+
+}  // namespace
+
+std::uint64_t EvaluationKey() {
+  const std::uint64_t state = (g.castle & 15) | (g.castled[White] != 0 ? 16u : 0u) |
+                              (g.castled[Black] != 0 ? 32u : 0u) | (dir == dir_black ? 64u : 0u);
+  return g.key ^ board_sets.slot_key ^ state * kSpread ^ generation;
+}
+
+CachedScore& CacheSlot(std::uint64_t key) { return cache[key & (kSlots - 1)]; }
+
+void ForgetScores() { generation = (generation + 1) * kSpread; }
+
+}  // namespace tarvyle

@@ -1,0 +1,77 @@
+#include "eval/threats.h"
+
+namespace tarvyle {
+
+namespace {
+
+// Squares whose cheapest attacker in `a` is of a cheaper type than in `b`; minor pieces are equal,
+// and an attack that shows no type is the dearest.
+SquareSet CheaperIn(const AttackSets& a, const AttackSets& b) {
+  SquareSet seen = b.by[Pawn];
+  SquareSet cheaper = a.by[Pawn] & ~seen;
+  seen |= b.by[Knight] | b.by[Bishop];
+  cheaper |= (a.by[Knight] | a.by[Bishop]) & ~seen;
+  for (int piece = Rook; piece <= King; ++piece) {
+    seen |= b.by[piece];
+    cheaper |= a.by[piece] & ~seen;
+  }
+  return cheaper;
+}
+
+// Squares with fewer attacks in `a` than in `b`, comparing from the highest bit down.
+SquareSet FewerIn(const AttackSets& a, const AttackSets& b) {
+  SquareSet fewer = 0;
+  for (int bit = 0; bit < 4; ++bit) {
+    const SquareSet differs = a.count[bit] ^ b.count[bit];
+    fewer = (fewer & ~differs) | (b.count[bit] & differs);
+  }
+  return fewer;
+}
+
+// Pieces of the side that a piece of a cheaper class attacks.
+SquareSet AttackedByCheaper(const Side& side) {
+  SquareSet attacks = side.threats.by[Pawn];
+  SquareSet pieces = (side.own[Knight] | side.own[Bishop]) & attacks;
+  attacks |= side.threats.by[Knight] | side.threats.by[Bishop];
+  pieces |= side.own[Rook] & attacks;
+  attacks |= side.threats.by[Rook];
+  pieces |= side.own[Queen] & attacks;
+  attacks |= side.threats.by[Queen];
+  return pieces | (side.own[King] & attacks);
+}
+
+}  // namespace
+
+Threats FindThreats(const Side& side) {
+  Threats threats = {};
+  threats.attacked = board_sets.colour[side.colour] & side.threats.all;
+  if (threats.attacked == 0) return threats;
+  threats.hanging = threats.attacked & (~side.attacks.all | AttackedByCheaper(side));
+  const SquareSet guarded = threats.attacked & ~threats.hanging;
+  if (guarded == 0) return threats;
+  threats.outbid = guarded & CheaperIn(side.threats, side.attacks);
+  threats.weak = guarded & side.own[Pawn] & ~side.attacks.by[Pawn];
+  if (threats.weak != 0) threats.weak &= FewerIn(side.attacks, side.threats);
+  return threats;
+}
+
+int ThreatTerms(const Side& side, const Threats& threats, SquareSet pieces) {
+  if ((threats.attacked & pieces) == 0) return 0;
+  int term = -AttackSum(side.threats, threats.attacked & pieces) -
+             CountOf(threats.outbid & pieces) - CountOf(threats.weak & pieces);
+  const SquareSet hanging = threats.hanging & pieces;
+  if (hanging != 0) {
+    const int count = CountOf(hanging);
+    term -= 4 * count + (count >= 2 ? 6 : 0) + CountOf(hanging & side.own[Pawn]);
+  }
+  return term;
+}
+
+int DearestPiece(const Side& side, SquareSet pieces) {
+  for (int piece = King; pieces != 0 && piece >= Pawn; --piece) {
+    if ((side.own[piece] & pieces) != 0) return piece;
+  }
+  return 0;
+}
+
+}  // namespace tarvyle
