@@ -155,12 +155,12 @@ bool UnMake(Move move) {
 
 void MakeMove(Move move) {
   Make<OnBroken::kAbort>(move);
-  if constexpr (kCheckRecord) (assert)(RecordIsSound(g));
+  if constexpr (kCheckRecord) (assert)(RecordIsSound(g) && SetsAreSound());
 }
 
 void UnMakeMove(Move move) {
   UnMake<OnBroken::kAbort>(move);
-  if constexpr (kCheckRecord) (assert)(RecordIsSound(g));
+  if constexpr (kCheckRecord) (assert)(RecordIsSound(g) && SetsAreSound());
 }
 
 bool TryMakeMove(Move move) { return Make<OnBroken::kRefuse>(move); }

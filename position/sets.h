@@ -104,6 +104,8 @@ struct PieceSets {
   std::uint32_t slots;       // slots in use, White's in the low half
   std::uint32_t pawn_slots;  // those of them that hold a pawn
   std::uint64_t slot_key;    // XOR of slot_rnd over all pieces: which slot stands where
+
+  bool operator==(const PieceSets&) const = default;
 };
 extern PieceSets board_sets;
 
@@ -115,5 +117,8 @@ extern std::uint64_t slot_rnd[32][kSquares];
 
 // Builds `board_sets` from the game record.
 void RebuildSets();
+
+// Whether `board_sets` agrees with the game record.
+bool SetsAreSound();
 
 }  // namespace tarvyle

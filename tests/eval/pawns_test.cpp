@@ -9,7 +9,7 @@
 #include "eval/attackmap.h"
 #include "eval/phase.h"
 #include "position/text.h"
-#include "support/eval_support.h"
+#include "tests/support/eval_support.h"
 
 namespace tarvyle {
 namespace {

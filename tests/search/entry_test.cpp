@@ -149,15 +149,12 @@ TEST_F(NodeEntries, NodeInCheckNeverDropsIntoQuiescence) {
     GoTo("r5k1/8/8/8/8/8/5PPP/7K w", "h1g1 a8a1");  // mate: quiescence would stand pat
     EXPECT_EQ(kind.search(Depth(0)), 2 - 999999);
     Ascend();
-    // One reply, and that one loses the queen.
-    int scores[2];
-    for (const int depth : {0, 1}) {
-      Forget();
-      GoTo("r5k1/8/8/8/8/8/5PPP/3Q2K1 b", "a8a1");
-      scores[depth] = kind.search(Depth(depth));
-      Ascend();
-    }
-    EXPECT_EQ(scores[0], scores[1]);
+    // A fork of king and queen: standing pat would keep the queen, no reply does.
+    Forget();
+    GoTo("4k3/8/8/8/3n4/8/5PPP/2Q3K1 b", "d4e2");
+    const int standing_pat = Quies(-kInfinity, kInfinity);
+    for (const int depth : {0, -3}) EXPECT_LT(kind.search(Depth(depth)), standing_pat - 5000);
+    Ascend();
   }
 }
 

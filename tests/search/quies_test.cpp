@@ -118,6 +118,15 @@ TEST_F(Quiescence, AtTheRootTheListIsUsedAsItStands) {
   EXPECT_EQ(sort_val[0], 0);
 }
 
+TEST_F(Quiescence, EnPassantCaptureOfTheRootListWinsAPawn) {
+  // Its victim does not stand on the move's target square.
+  GoTo("4k3/8/8/8/4p3/8/PPPP4/4K3 w - - moves d2d4");
+  tree[0] = Find("e4d3");
+  treeCnt[1] = 1;
+  const int alpha = Evaluate(-kUnbounded, kUnbounded) + 700;
+  EXPECT_GT(Quies(alpha, alpha + 1), alpha);
+}
+
 TEST_F(Quiescence, NodeAtPly97IsNotSearched) {
   const std::string root = "4k3/8/8/3q4/4P3/8/8/4K3 b";
   std::string nulls;
@@ -166,7 +175,8 @@ TEST_F(Quiescence, TwentyOneHopelessCapturesAreTriedFromTheLowestValueUp) {
 }
 
 TEST_F(Quiescence, TwentyHopelessCapturesAreTriedFromTheHighestValueDown) {
-  // Just beyond reach: farther out, no move would be worth an order, for all would be refuted alike.
+  // Just beyond reach: farther out, no move would be worth an order, for all would be refuted
+  // alike.
   GoTo(kTwenty, "0");
   const int reach = 10000 + g.material[White] - g.material[Black];
   Quies(reach + 1, reach + 2);
