@@ -82,8 +82,9 @@ int Quies(int alpha, int beta) {
   if (presorted) QSort(first, end - 1);
 
   // A gain below this leaves the opponent above his bound by material alone: the evaluation's lazy
-  // exit would say so at once, and nothing of that node would be kept.
-  const bool may_refute = DrawRuleIsFar();
+  // exit would say so at once, and nothing of that node would be kept. (A root list may hold an
+  // en-passant capture, which gains what does not stand on its target square.)
+  const bool may_refute = ply > 0 && DrawRuleIsFar();
   for (int i = first; i < end; ++i) {
     const int needed = best - kLazyMargin - material;
     if (may_refute && greatest.gain < needed) {

@@ -120,7 +120,7 @@ TEST_F(Quiescence, AtTheRootTheListIsUsedAsItStands) {
 
 TEST_F(Quiescence, EnPassantCaptureOfTheRootListWinsAPawn) {
   // Its victim does not stand on the move's target square.
-  GoTo("4k3/8/8/8/4p3/8/PPPP4/4K3 w - - moves d2d4");
+  GoTo("4k3/8/8/8/4p3/8/P2P3P/K7 w - - moves d2d4");
   tree[0] = Find("e4d3");
   treeCnt[1] = 1;
   const int alpha = Evaluate(-kUnbounded, kUnbounded) + 700;
