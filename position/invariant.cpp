@@ -6,12 +6,16 @@ namespace tarvyle {
 
 int __foo = 0;  // NOLINT(bugprone-reserved-identifier)
 
+void AbortOnBrokenInvariant() {
+  ++__foo;
+  std::abort();
+}
+
 void(assert)(bool condition) {
   if (condition) [[likely]] {
     return;
   }
-  ++__foo;
-  std::abort();
+  AbortOnBrokenInvariant();
 }
 
 }  // namespace tarvyle

@@ -18,7 +18,7 @@ template <OnBroken kHow>
 inline bool Require(bool condition) {
   if constexpr (kHow == OnBroken::kAbort) {
     if (!condition) [[unlikely]] {
-      (assert)(false);
+      AbortOnBrokenInvariant();
     }
     return true;
   }
