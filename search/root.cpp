@@ -66,9 +66,10 @@ void OrderRootMoves(int count) {
 // When this root has been searched last, the history is kept in part and the line predicted then
 // is searched first.
 void PrepareHistory() {
+  const Move* played = GameLine();
   const bool same_root = g.key == search_start_pos_key;
   HistoryInit(!same_root);
-  if (same_root && LineInCnt(search_list, GameLine()) == g.game_len) {
+  if (same_root && LineInCnt(search_list, played) == g.game_len) {
     pvInsertLine(pv_tree, search_list + g.game_len);
   }
 }
