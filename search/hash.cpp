@@ -1,7 +1,6 @@
 #include "search/hash.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "position/castling.h"
 #include "position/movegen.h"
@@ -10,17 +9,22 @@ namespace tarvyle {
 
 HashEntry* hash[2];
 int Hash_Size = 0x80000;
+std::uint32_t hash_generation = 1;
 
 namespace {
 
-HashEntry& Slot(int side, std::uint32_t key_lo) {
-  return hash[side][key_lo & static_cast<std::uint32_t>(Hash_Size - 1)];
-}
+constexpr std::uint32_t kLastGeneration = 255;  // the field's greatest
 
+constexpr int kPawn = 1000;  // unit of material in an entry
+
+bool IsOccupied(const HashEntry& entry) { return entry.generation == hash_generation; }
+
+// The position key nearly always decides; the extra key, which costs most, is asked last.
 bool IsCurrentPosition(const HashEntry& entry) {
-  return entry.key == g.key && entry.white_key == g.color_key[White] &&
-         entry.black_key == g.color_key[Black] && entry.white_material == g.material[White] &&
-         entry.black_material == g.material[Black] && entry.ext_key == pos_ext_key();
+  return entry.key == g.key && entry.white_key == g.color_key[White] && IsOccupied(entry) &&
+         static_cast<int>(entry.white_pawns) * kPawn == g.material[White] &&
+         static_cast<int>(entry.black_pawns) * kPawn == g.material[Black] &&
+         entry.ext_key == pos_ext_key();
 }
 
 bool Settles(const HashEntry& entry, int alpha, int beta) {
@@ -32,12 +36,18 @@ bool Settles(const HashEntry& entry, int alpha, int beta) {
   }
 }
 
+// What an entry is worth when another wants its slot.
+int Weight(const HashEntry& entry) {
+  return static_cast<int>(entry.depth) + 2 * static_cast<int>(entry.bound);
+}
+
 // Halves every depth of a table and returns the greatest new one.
 int HalveDepths(HashEntry* table) {
   int greatest = 0;
   for (HashEntry* entry = table; entry != table + Hash_Size; ++entry) {
-    entry->depth /= 2;
-    greatest = std::max(greatest, entry->depth);
+    if (!IsOccupied(*entry)) continue;
+    entry->depth = (entry->depth >> 1) & 0x3FF;
+    greatest = std::max(greatest, static_cast<int>(entry->depth));
   }
   return greatest;
 }
@@ -64,35 +74,40 @@ std::uint32_t CastlingBits() {
 
 }  // namespace
 
+// Touching gigabytes for every move would cost seconds: only when the generations are used up is
+// the memory really cleared.
 void HashClear() {
-  const std::size_t bytes = static_cast<std::size_t>(Hash_Size) * sizeof(HashEntry);
-  std::memset(static_cast<void*>(hash[White]), 0, bytes);
-  std::memset(static_cast<void*>(hash[Black]), 0, bytes);
+  if (hash_generation < kLastGeneration) {
+    ++hash_generation;
+    return;
+  }
+  HashRenew();
+  hash_generation = 1;
 }
 
 bool HashLook(int alpha, int beta, int depth, int& score, Move& move) {
-  const HashEntry& entry = Slot(g.side, g.key.low);
+  const HashEntry& entry = HashSlot(g.side, g.key.low);
   if (!IsCurrentPosition(entry)) return false;
   move = entry.move;
-  if (entry.depth < depth || !Settles(entry, alpha, beta)) return false;
+  if (static_cast<int>(entry.depth) < depth || !Settles(entry, alpha, beta)) return false;
   score = entry.score;
   return true;
 }
 
 void HashInsert(int score, int beta, int depth, Move move) {
   const Bound bound = move == 0 ? kUpper : score < beta ? kExact : kLower;
-  HashEntry& entry = Slot(g.side, g.key.low);
-  if (entry.bound != kEmpty && entry.depth + 2 * entry.bound > depth + 2 * bound) return;
-  entry = {g.key,
-           g.color_key[White],
-           g.color_key[Black],
-           g.material[White],
-           g.material[Black],
-           pos_ext_key(),
-           score,
-           bound,
-           depth,
-           move};
+  HashEntry& entry = HashSlot(g.side, g.key.low);
+  if (IsOccupied(entry) && Weight(entry) > depth + 2 * bound) return;
+  entry.key = g.key;
+  entry.white_key = g.color_key[White];
+  entry.score = score;
+  entry.move = move;
+  entry.ext_key = pos_ext_key() & 0x3FFFFF;
+  entry.bound = static_cast<std::uint32_t>(bound) & 3;
+  entry.generation = hash_generation & 0xFF;
+  entry.white_pawns = static_cast<std::uint32_t>(g.material[White] / kPawn) & 0x7FF;
+  entry.black_pawns = static_cast<std::uint32_t>(g.material[Black] / kPawn) & 0x7FF;
+  entry.depth = static_cast<std::uint32_t>(depth) & 0x3FF;
 }
 
 void HashDepthLow() {
@@ -105,16 +120,18 @@ void HashDepthLow() {
 int HashDamp() {
   std::int64_t used = 0;
   for (const HashEntry* table : hash) {
-    used +=
-        std::count_if(table, table + Hash_Size, [](const HashEntry& e) { return e.depth != 0; });
+    used += std::count_if(table, table + Hash_Size,
+                          [](const HashEntry& e) { return IsOccupied(e) && e.depth != 0; });
   }
   return static_cast<int>(used * 100 / (2 * static_cast<std::int64_t>(Hash_Size)));
 }
 
 bool HashEmptyNode(int side, std::uint32_t key_lo, std::uint32_t key_hi, int depth) {
-  const HashEntry& entry = Slot(side, key_lo);
-  if (entry.key.low == key_lo && entry.key.high == key_hi) return false;
-  return entry.depth <= depth;
+  static constexpr HashEntry kNothing{};
+  const HashEntry& slot = HashSlot(side, key_lo);
+  const HashEntry& entry = IsOccupied(slot) ? slot : kNothing;
+  if (entry.key == (std::uint64_t{key_hi} << 32 | key_lo)) return false;
+  return static_cast<int>(entry.depth) <= depth;
 }
 
 std::uint32_t pos_ext_key() {

@@ -11,26 +11,33 @@ namespace tarvyle {
 
 enum Bound : int { kEmpty = 0, kUpper = 1, kLower = 2, kExact = 3 };
 
-// 52 bytes; a stored position is trusted only when all of the first six fields agree.
+// One position in 32 bytes, so that two entries fill a cache line and none crosses one. A stored
+// position is trusted only when both keys, both sides' material and the extra key agree. Nothing
+// that identifies a position is left out: Black's key is the position key without White's, and
+// material is a whole number of pawns below 2^11.
 struct HashEntry {
-  Key64 key;
-  Key64 white_key;
-  Key64 black_key;
-  std::int32_t white_material;
-  std::int32_t black_material;
-  std::uint32_t ext_key;  // pos_ext_key()
-  std::int32_t score;     // as searched: no adjustment for the distance to mate
-  std::int32_t bound;
-  std::int32_t depth;  // remaining depth that the score was searched to
-  Move move;           // best move, 0 if none
+  std::uint64_t key;               // position key
+  std::uint64_t white_key;         // White's pieces only
+  std::int32_t score;              // as searched: no adjustment for the distance to mate
+  Move move;                       // best move, 0 if none
+  std::uint32_t ext_key : 22;      // pos_ext_key()
+  std::uint32_t bound : 2;         // Bound, never kEmpty once stored
+  std::uint32_t generation : 8;    // hash_generation when it was stored
+  std::uint32_t white_pawns : 11;  // material in pawns
+  std::uint32_t black_pawns : 11;
+  std::uint32_t depth : 10;  // remaining depth that the score was searched to
 };
-static_assert(sizeof(HashEntry) == 52);
+static_assert(sizeof(HashEntry) == 32);
 
 // By side to move: arrays of Hash_Size entries.
 extern HashEntry* hash[2];
 
 // Entries per table, a power of two.
 extern int Hash_Size;
+
+// Number of the search whose entries count, 1..255; an entry with any other is empty. Fresh memory
+// has 0.
+extern std::uint32_t hash_generation;
 
 // Sizes and allocates the tables by the configured "hash size" (twice the base-two logarithm of the
 // entries per table) and fills the position keys. Called once at start-up, before any position is
@@ -39,10 +46,10 @@ extern int Hash_Size;
 void HashInit();
 
 // Allocates tables of `entries` entries each, in place of those there are, and fills the position
-// keys when that has not been done. False without memory.
+// keys when that has not been done. False without memory: the tables that there are stay.
 bool HashAllocate(int entries);
 
-// Empties both tables.
+// Empties both tables. Costs nothing, but for every 255th time.
 void HashClear();
 
 // Probes for the current position. On a full match stores the remembered move in `move`, and when
@@ -51,7 +58,8 @@ void HashClear();
 bool HashLook(int alpha, int beta, int depth, int& score, Move& move);
 
 // Stores the current position: without a move as an upper bound, with a score below beta as exact,
-// else as a lower bound. The slot's old entry stays when its depth + 2 * bound is greater.
+// else as a lower bound. The slot's old entry stays when its depth + 2 * bound is greater. Takes
+// depths of 0..1023; the search stores from 1 up.
 void HashInsert(int score, int beta, int depth, Move move);
 
 // Ages the tables: halves all depths until none is above 2.
@@ -67,5 +75,16 @@ bool HashEmptyNode(int side, std::uint32_t key_lo, std::uint32_t key_hi, int dep
 // What the piece keys do not cover: en-passant square (bits 0-5, only when a capture is possible),
 // king squares (6-11 White, 12-17 Black), castling rights with king and rook at home (18-21).
 std::uint32_t pos_ext_key();
+
+// Where a position with this low half of its key is looked for.
+inline HashEntry& HashSlot(int side, std::uint32_t key_lo) {
+  return hash[side][key_lo & static_cast<std::uint32_t>(Hash_Size - 1)];
+}
+
+// Fetches the slot of the current position, which will be probed soon, into the cache.
+inline void HashPrefetch() { __builtin_prefetch(&HashSlot(g.side, g.key.low)); }
+
+// Gives both tables back to the system, which hands them out again zeroed when they are used.
+void HashRenew();
 
 }  // namespace tarvyle

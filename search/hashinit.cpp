@@ -1,5 +1,6 @@
 // Sizing and allocating the transposition tables.
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -36,19 +37,45 @@ void FillKeysOnce() {
   FillKeys(Black);
 }
 
+std::size_t TableBytes(int entries) {
+  return static_cast<std::size_t>(entries) * sizeof(HashEntry);
+}
+
+// Size and alignment of a large page; every table is a multiple of it.
+constexpr std::size_t kLargePage = std::size_t{2} << 20;
+static_assert(kMinEntries * sizeof(HashEntry) % kLargePage == 0);
+
+// Large pages save address look-ups. Refused, the small ones serve as well.
+HashEntry* AllocateTable(int entries) {
+  void* table = std::aligned_alloc(kLargePage, TableBytes(entries));
+  if (table != nullptr) madvise(table, TableBytes(entries), MADV_HUGEPAGE);
+  return static_cast<HashEntry*>(table);
+}
+
 }  // namespace
 
 bool HashAllocate(int entries) {
   FillKeysOnce();
-  const std::size_t bytes = static_cast<std::size_t>(entries) * sizeof(HashEntry);
-  if (!FitsIntoMachine(2 * bytes)) return false;
-  for (HashEntry*& table : hash) {
-    std::free(table);
-    table = static_cast<HashEntry*>(std::malloc(bytes));
-    if (table == nullptr) return false;
+  if (!FitsIntoMachine(2 * TableBytes(entries))) return false;
+  HashEntry* const white = AllocateTable(entries);
+  HashEntry* const black = AllocateTable(entries);
+  if (white == nullptr || black == nullptr) {
+    std::free(white);
+    std::free(black);
+    return false;
   }
+  std::free(hash[White]);
+  std::free(hash[Black]);
+  hash[White] = white;
+  hash[Black] = black;
   Hash_Size = entries;
+  HashRenew();
   return true;
+}
+
+void HashRenew() {
+  // Memory from malloc may have been used before: its pages are dropped, not written.
+  for (HashEntry* table : hash) madvise(table, TableBytes(Hash_Size), MADV_DONTNEED);
 }
 
 void HashInit() {

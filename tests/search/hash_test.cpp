@@ -2,9 +2,8 @@
 
 #include "search/hash.h"
 
-#include <cstddef>
+#include <algorithm>
 #include <cstring>
-#include <random>
 
 #include "tests/support/search_support.h"
 
@@ -18,50 +17,79 @@ constexpr int kSmall = 0x10000;
 // Read before any test runs: what a process starts with.
 const int kDefaultEntries = Hash_Size;
 
-HashEntry& CurrentSlot() {
-  return hash[g.side][g.key.low & static_cast<std::uint32_t>(Hash_Size - 1)];
-}
+HashEntry& CurrentSlot() { return HashSlot(g.side, g.key.low); }
 
 // The current position as a stored entry.
 HashEntry Entry(int bound, int depth, int score, Move move) {
-  return {g.key,
-          g.color_key[White],
-          g.color_key[Black],
-          g.material[White],
-          g.material[Black],
-          pos_ext_key(),
-          score,
-          bound,
-          depth,
-          move};
+  HashEntry entry{};
+  entry.key = g.key;
+  entry.white_key = g.color_key[White];
+  entry.score = score;
+  entry.move = move;
+  entry.ext_key = pos_ext_key() & 0x3FFFFF;
+  entry.bound = static_cast<unsigned>(bound) & 3;
+  entry.generation = hash_generation & 0xFF;
+  entry.white_pawns = static_cast<unsigned>(g.material[White] / 1000) & 0x7FF;
+  entry.black_pawns = static_cast<unsigned>(g.material[Black] / 1000) & 0x7FF;
+  entry.depth = static_cast<unsigned>(depth) & 0x3FF;
+  return entry;
+}
+
+// An entry of the running search that only has a depth.
+HashEntry OfDepth(int depth) {
+  HashEntry entry{};
+  entry.generation = hash_generation & 0xFF;
+  entry.bound = kExact;
+  entry.depth = static_cast<unsigned>(depth) & 0x3FF;
+  return entry;
 }
 
 using Hash = SearchTest;
 
-TEST_F(Hash, EntryIsThirteenWordsInTheOrderOfItsFields) {
-  EXPECT_EQ(sizeof(HashEntry), 13 * 4u);
-  EXPECT_EQ(offsetof(HashEntry, key), 0u);
-  EXPECT_EQ(offsetof(HashEntry, white_key), 8u);
-  EXPECT_EQ(offsetof(HashEntry, black_key), 16u);
-  EXPECT_EQ(offsetof(HashEntry, white_material), 24u);
-  EXPECT_EQ(offsetof(HashEntry, black_material), 28u);
-  EXPECT_EQ(offsetof(HashEntry, ext_key), 32u);
-  EXPECT_EQ(offsetof(HashEntry, score), 36u);
-  EXPECT_EQ(offsetof(HashEntry, bound), 40u);
-  EXPECT_EQ(offsetof(HashEntry, depth), 44u);
-  EXPECT_EQ(offsetof(HashEntry, move), 48u);
+TEST_F(Hash, EntriesNeverCrossACacheLine) {
+  EXPECT_EQ(64 % sizeof(HashEntry), 0u);
+  for (const HashEntry* table : hash) {
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(table) % 64, 0u);
+  }
 }
 
 TEST_F(Hash, TablesHoldAHalfMillionEntriesByDefault) { EXPECT_EQ(kDefaultEntries, 0x80000); }
 
-TEST_F(Hash, ClearEmptiesEveryEntryOfBothTables) {
-  ASSERT_TRUE(HashAllocate(kSmall));
-  const std::size_t bytes = static_cast<std::size_t>(Hash_Size) * sizeof(HashEntry);
-  for (HashEntry* table : hash) std::memset(static_cast<void*>(table), 0x5A, bytes);
+TEST_F(Hash, ClearMakesEveryStoredEntryUnknown) {
+  HashInsert(5, 10, 3, kMove);
+  int score = 0;
+  Move move = 0;
+  ASSERT_TRUE(HashLook(-1000, 1000, 3, score, move));
+  ASSERT_FALSE(HashEmptyNode(g.side, g.key.low, g.key.high, 3));
   HashClear();
-  for (const HashEntry* table : hash) {
-    const auto* data = reinterpret_cast<const unsigned char*>(table);
-    EXPECT_TRUE(std::all_of(data, data + bytes, [](unsigned char byte) { return byte == 0; }));
+  move = 0;
+  EXPECT_FALSE(HashLook(-1000, 1000, 3, score, move));
+  EXPECT_EQ(move, 0u);
+  EXPECT_TRUE(HashEmptyNode(g.side, g.key.low, g.key.high, 0));
+  EXPECT_EQ(HashDamp(), 0);
+}
+
+TEST_F(Hash, AnEntryOfAnEarlierSearchIsReplacedByAnything) {
+  CurrentSlot() = Entry(kExact, 90, 1, kMove + 1);
+  HashClear();
+  HashInsert(9, 10, 0, 0);
+  EXPECT_EQ(CurrentSlot().depth, 0);
+  EXPECT_EQ(CurrentSlot().bound, kUpper);
+}
+
+TEST_F(Hash, NoSearchSeesAnEntryOfAnEarlierOneHoweverManyThereWere) {
+  ASSERT_TRUE(HashAllocate(kSmall));
+  for (int searches = 1; searches <= 600; ++searches) {
+    // Each search leaves an entry in a slot of its own.
+    HashEntry& slot = hash[searches % 2][searches];
+    slot = OfDepth(searches % 90 + 1);
+    EXPECT_EQ(searches % 100 != 0 || HashDamp() == 0, true);
+    EXPECT_FALSE(HashEmptyNode(searches % 2, static_cast<std::uint32_t>(searches), 7, 0));
+    HashClear();
+    for (int earlier = 1; earlier <= searches; ++earlier) {
+      ASSERT_TRUE(HashEmptyNode(earlier % 2, static_cast<std::uint32_t>(earlier), 7, 0))
+          << earlier << " after " << searches;
+    }
   }
 }
 
@@ -71,14 +99,23 @@ TEST_F(Hash, StoresEveryFieldOfThePosition) {
   const HashEntry& entry = CurrentSlot();
   EXPECT_EQ(entry.key, g.key);
   EXPECT_EQ(entry.white_key, g.color_key[White]);
-  EXPECT_EQ(entry.black_key, g.color_key[Black]);
-  EXPECT_EQ(entry.white_material, 1013000);
-  EXPECT_EQ(entry.black_material, 1010000);
+  EXPECT_EQ(entry.white_pawns, 1013u);
+  EXPECT_EQ(entry.black_pawns, 1010u);
   EXPECT_EQ(entry.ext_key, pos_ext_key());
   EXPECT_EQ(entry.score, 123);
   EXPECT_EQ(entry.bound, kExact);
   EXPECT_EQ(entry.depth, 7);
   EXPECT_EQ(entry.move, kMove);
+}
+
+TEST_F(Hash, HoldsTheLargestMaterialThatCanBeSetUp) {
+  GoTo("QQQQQQQQ/QQQQQQQ1/8/8/k6K/8/qqqqqqq1/qqqqqqqq w");  // 15 queens a side
+  HashInsert(123, 200, 90, kMove);
+  int score = 0;
+  Move move = 0;
+  EXPECT_TRUE(HashLook(-1000, 1000, 90, score, move));
+  EXPECT_EQ(CurrentSlot().white_pawns * 1000, static_cast<unsigned>(g.material[White]));
+  EXPECT_EQ(CurrentSlot().black_pawns * 1000, static_cast<unsigned>(g.material[Black]));
 }
 
 TEST_F(Hash, SlotIsChosenBySideAndLowKeyBits) {
@@ -91,7 +128,7 @@ TEST_F(Hash, SlotIsChosenBySideAndLowKeyBits) {
   }
   int used = 0;
   for (const HashEntry* table : hash) {
-    for (int i = 0; i < Hash_Size; ++i) used += table[i].bound != kEmpty ? 1 : 0;
+    for (int i = 0; i < Hash_Size; ++i) used += table[i].generation == hash_generation ? 1 : 0;
   }
   EXPECT_EQ(used, 2);
 }
@@ -130,11 +167,11 @@ TEST_F(Hash, ScoreIsUsedWhenItsBoundSettlesTheWindow) {
     int beta;
     bool usable;
   };
-  constexpr Row kRows[] = {
-      {kExact, 0, 100, 200, true},    {kExact, 150, 100, 200, true}, {kExact, 300, 100, 200, true},
-      {kLower, 199, 100, 200, false}, {kLower, 200, 100, 200, true}, {kLower, 201, 100, 200, true},
-      {kUpper, 99, 100, 200, true},   {kUpper, 100, 100, 200, true}, {kUpper, 101, 100, 200, false},
-      {kEmpty, 150, 100, 200, false}, {4, 150, 100, 200, false}};
+  constexpr Row kRows[] = {{kExact, 0, 100, 200, true},    {kExact, 150, 100, 200, true},
+                           {kExact, 300, 100, 200, true},  {kLower, 199, 100, 200, false},
+                           {kLower, 200, 100, 200, true},  {kLower, 201, 100, 200, true},
+                           {kUpper, 99, 100, 200, true},   {kUpper, 100, 100, 200, true},
+                           {kUpper, 101, 100, 200, false}, {kEmpty, 150, 100, 200, false}};
   for (const Row& row : kRows) {
     SCOPED_TRACE(testing::Message() << "bound " << row.bound << " score " << row.score);
     CurrentSlot() = Entry(row.bound, 6, row.score, kMove);
@@ -165,21 +202,20 @@ TEST_F(Hash, MatchWithoutAMoveClearsTheCallersMove) {
   EXPECT_EQ(move, 0u);
 }
 
-TEST_F(Hash, EntryIsTrustedOnlyWhenAllSixFeaturesMatch) {
+TEST_F(Hash, EntryIsTrustedOnlyWhenEveryFeatureMatches) {
   struct Row {
     const char* what;
     void (*spoil)(HashEntry&);
   };
   const Row kRows[] = {
-      {"key, low word", [](HashEntry& e) { e.key.low ^= 0x80000000; }},
-      {"key, high word", [](HashEntry& e) { e.key.high ^= 1; }},
-      {"white key, low word", [](HashEntry& e) { e.white_key.low ^= 1; }},
-      {"white key, high word", [](HashEntry& e) { e.white_key.high ^= 1; }},
-      {"black key, low word", [](HashEntry& e) { e.black_key.low ^= 1; }},
-      {"black key, high word", [](HashEntry& e) { e.black_key.high ^= 1; }},
-      {"white material", [](HashEntry& e) { e.white_material += 1000; }},
-      {"black material", [](HashEntry& e) { e.black_material -= 1000; }},
+      {"key, low word", [](HashEntry& e) { e.key ^= 0x80000000; }},
+      {"key, high word", [](HashEntry& e) { e.key ^= std::uint64_t{1} << 32; }},
+      {"white key, low word", [](HashEntry& e) { e.white_key ^= 1; }},
+      {"white key, high word", [](HashEntry& e) { e.white_key ^= std::uint64_t{1} << 32; }},
+      {"white material", [](HashEntry& e) { e.white_pawns ^= 1; }},
+      {"black material", [](HashEntry& e) { e.black_pawns ^= 1; }},
       {"extra key", [](HashEntry& e) { e.ext_key ^= 1u << 21; }},
+      {"search", [](HashEntry& e) { e.generation ^= 1; }},
   };
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.what);
@@ -221,7 +257,6 @@ TEST_F(Hash, DepthAndBoundDecideWhatIsReplaced) {
     bool replaced;
   };
   constexpr Row kRows[] = {
-      {kEmpty, 90, kUpper, 0, true},   // an empty slot takes anything
       {kUpper, 9, kExact, 5, true},    // 5 + 6 >= 9 + 2
       {kUpper, 10, kExact, 5, false},  // 5 + 6 < 10 + 2
       {kExact, 6, kUpper, 5, false},   // a shallower upper bound over a deeper exact entry
@@ -235,14 +270,14 @@ TEST_F(Hash, DepthAndBoundDecideWhatIsReplaced) {
                                     << ", then " << row.new_bound << " " << row.new_depth);
     // Whatever position the slot held.
     HashEntry other = Entry(row.old_bound, row.old_depth, 1, kMove + 1);
-    other.key.high ^= 0xFFFF;
+    other.key ^= std::uint64_t{0xFFFF} << 32;
     CurrentSlot() = other;
     HashInsert(row.new_bound == kLower ? 10 : 9, 10, row.new_depth,
                row.new_bound == kUpper ? 0 : kMove);
     const HashEntry& now = CurrentSlot();
-    EXPECT_EQ(now.key, row.replaced ? std::uint64_t{g.key} : std::uint64_t{other.key});
-    EXPECT_EQ(now.bound, row.replaced ? row.new_bound : row.old_bound);
-    EXPECT_EQ(now.depth, row.replaced ? row.new_depth : row.old_depth);
+    EXPECT_EQ(now.key, row.replaced ? std::uint64_t{g.key} : other.key);
+    EXPECT_EQ(static_cast<int>(now.bound), row.replaced ? row.new_bound : row.old_bound);
+    EXPECT_EQ(static_cast<int>(now.depth), row.replaced ? row.new_depth : row.old_depth);
     if (!row.replaced) {
       EXPECT_EQ(now.move, other.move);
     }
@@ -264,11 +299,11 @@ TEST_F(Hash, DepthLowHalvesUntilNoDepthIsAboveTwo) {
   for (const Row& row : kRows) {
     SCOPED_TRACE(testing::Message() << row.depth << " and " << row.other);
     HashClear();
-    hash[White][0].depth = row.depth;
-    hash[Black][kSmall - 1].depth = row.other;
+    hash[White][0] = OfDepth(row.depth);
+    hash[Black][kSmall - 1] = OfDepth(row.other);
     HashDepthLow();
-    EXPECT_EQ(hash[White][0].depth, row.lowered);
-    EXPECT_EQ(hash[Black][kSmall - 1].depth, row.other_lowered);
+    EXPECT_EQ(static_cast<int>(hash[White][0].depth), row.lowered);
+    EXPECT_EQ(static_cast<int>(hash[Black][kSmall - 1].depth), row.other_lowered);
   }
 }
 
@@ -282,19 +317,28 @@ TEST_F(Hash, DepthLowChangesNothingButDepths) {
   EXPECT_EQ(std::memcmp(static_cast<const void*>(&CurrentSlot()), &wanted, sizeof wanted), 0);
 }
 
+TEST_F(Hash, DepthLowPassesOverEntriesOfEarlierSearches) {
+  ASSERT_TRUE(HashAllocate(kSmall));
+  hash[White][0] = OfDepth(90);
+  HashClear();
+  hash[White][1] = OfDepth(4);
+  HashDepthLow();
+  EXPECT_EQ(hash[White][1].depth, 2);
+}
+
 TEST_F(Hash, DampIsThePercentageOfEntriesWithADepth) {
   ASSERT_TRUE(HashAllocate(kSmall));
   HashClear();
   EXPECT_EQ(HashDamp(), 0);
   CurrentSlot() = Entry(kExact, 0, 1, kMove);  // without a depth it does not count
   EXPECT_EQ(HashDamp(), 0);
-  for (int i = 0; i < kSmall / 2; ++i) hash[White][i].depth = 1;
+  std::fill_n(hash[White], kSmall / 2, OfDepth(1));
   EXPECT_EQ(HashDamp(), 25);
-  for (int i = 0; i < kSmall; ++i) hash[Black][i].depth = -1;
+  std::fill_n(hash[Black], kSmall, OfDepth(2));
   EXPECT_EQ(HashDamp(), 75);
-  hash[Black][kSmall - 1].depth = 0;
+  hash[Black][kSmall - 1] = OfDepth(0);
   EXPECT_EQ(HashDamp(), 74);
-  for (int i = 0; i < kSmall; ++i) hash[White][i].depth = hash[Black][i].depth = 90;
+  for (HashEntry* table : hash) std::fill_n(table, kSmall, OfDepth(90));
   EXPECT_EQ(HashDamp(), 100);
 }
 
@@ -318,8 +362,8 @@ TEST_F(Hash, EmptyNodeTellsWhetherASlotMayBeUsed) {
       {White, 0x12345679, 0x9ABCDEF0, 0, true},
       {White, 0x12345679, 0x9ABCDEF0, -1, false}};
   HashEntry& entry = hash[White][0x12345678 & (Hash_Size - 1)];
+  entry = OfDepth(5);
   entry.key = 0x9ABCDEF012345678;
-  entry.depth = 5;
   for (const Row& row : kRows) {
     EXPECT_EQ(HashEmptyNode(row.side, row.key_lo, row.key_hi, row.depth), row.usable)
         << std::hex << row.side << ' ' << row.key_lo << ' ' << row.key_hi << ' ' << row.depth;

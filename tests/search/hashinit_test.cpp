@@ -3,7 +3,9 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <set>
 
 #include "position/hashkey.h"
@@ -14,7 +16,7 @@ namespace tarvyle::tests {
 
 namespace {
 
-constexpr double kEntryPairBytes = 104;
+constexpr double kEntryPairBytes = 2 * sizeof(HashEntry);
 
 double MachineBytes() {
   return static_cast<double>(sysconf(_SC_PHYS_PAGES)) * static_cast<double>(sysconf(_SC_PAGESIZE));
@@ -34,6 +36,13 @@ void InitWithin(rlim_t megabytes, const std::string& number) {
   limit.rlim_max = limit.rlim_cur;
   if (setrlimit(RLIMIT_AS, &limit) != 0) std::exit(3);
   InitWith(number);
+}
+
+// Whether anything is found in the tables for the current position; they must be readable.
+bool HashLookAnywhere() {
+  int score = 0;
+  Move move = 0;
+  return HashLook(-1, 1, 0, score, move);
 }
 
 // For a child process: what goes to standard output arrives where its errors do.
@@ -99,9 +108,22 @@ TEST_F(HashInitialisation, RefusedAllocationEndsTheProcess) {
   if (kAddressSanitizer) GTEST_SKIP() << "the address sanitizer needs its address space";
   // Room for no table at all, and for one of the two only.
   for (const rlim_t megabytes : {300u, 700u}) {
-    EXPECT_EXIT(InitWithin(megabytes, "46"), testing::ExitedWithCode(1),  // twice 416 megabytes
+    EXPECT_EXIT(InitWithin(megabytes, "48"), testing::ExitedWithCode(1),  // twice 512 megabytes
                 "^# error: HashInit: out of memory \n$");
   }
+}
+
+// For a child process: ends with 0 when an allocation is refused and the tables are as they were.
+void AllocateWithin(rlim_t megabytes, int entries) {
+  const HashEntry* const before[2] = {hash[White], hash[Black]};
+  const int size = Hash_Size;
+  rlimit limit{};
+  limit.rlim_cur = megabytes << 20;
+  limit.rlim_max = limit.rlim_cur;
+  if (setrlimit(RLIMIT_AS, &limit) != 0) std::exit(3);
+  if (HashAllocate(entries)) std::exit(4);
+  const bool same = hash[White] == before[White] && hash[Black] == before[Black];
+  std::exit(same && Hash_Size == size && !HashLookAnywhere() ? 0 : 5);
 }
 
 TEST_F(HashInitialisation, RefusedSizeLeavesTheTablesThatThereAre) {
@@ -111,6 +133,23 @@ TEST_F(HashInitialisation, RefusedSizeLeavesTheTablesThatThereAre) {
   EXPECT_EQ(hash[White], before[White]);
   EXPECT_EQ(hash[Black], before[Black]);
   EXPECT_EQ(Hash_Size, kReferenceEntries);
+}
+
+TEST_F(HashInitialisation, SecondTableRefusedLeavesTheTablesThatThereAre) {
+  if (kAddressSanitizer) GTEST_SKIP() << "the address sanitizer needs its address space";
+  EXPECT_EXIT(AllocateWithin(700, 1 << 24), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(HashInitialisation, TablesStartEmptyEvenInUsedMemory) {
+  ASSERT_TRUE(HashAllocate(0x20000));
+  for (HashEntry* table : hash)
+    std::memset(static_cast<void*>(table), 1, sizeof(HashEntry) * 0x20000);
+  ASSERT_TRUE(HashAllocate(0x10000));
+  for (const HashEntry* table : hash) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(table);
+    const auto used = [](unsigned char byte) { return byte != 0; };
+    EXPECT_EQ(std::count_if(bytes, bytes + sizeof(HashEntry) * 0x10000, used), 0);
+  }
 }
 
 // --- keys --------------------------------------------------------------------------------------

@@ -328,7 +328,9 @@ TEST_F(RandomisedSearch, CandidateStageStartsFromAnAgedTable) {
   const Outcome run = RunSearch();
   int deepest = 0;
   for (const HashEntry* table : hash) {
-    for (int i = 0; i < Hash_Size; ++i) deepest = std::max(deepest, table[i].depth);
+    for (int i = 0; i < Hash_Size; ++i) {
+      if (table[i].generation == hash_generation) deepest = std::max<int>(deepest, table[i].depth);
+    }
   }
   EXPECT_GT(deepest, 0);
   EXPECT_LT(deepest, BestMoveOf(run).at(0).depth - 2);

@@ -226,15 +226,15 @@ inline int SearchOnPv(const NodeArguments& a) {
 
 // The table's entry of the current position, or null.
 inline const HashEntry* StoredEntry() {
-  const HashEntry& entry = hash[g.side][g.key.low & static_cast<std::uint32_t>(Hash_Size - 1)];
-  return entry.bound != kEmpty && entry.key == g.key ? &entry : nullptr;
+  const HashEntry& entry = HashSlot(g.side, g.key.low);
+  return entry.generation == hash_generation && entry.key == g.key ? &entry : nullptr;
 }
 
 // The depth stored for the position after a move, or -1 when nothing is.
 inline int StoredDepthAfter(Move move) {
   MakeMove(move);
   const HashEntry* entry = StoredEntry();
-  const int depth = entry != nullptr ? entry->depth : -1;
+  const int depth = entry != nullptr ? static_cast<int>(entry->depth) : -1;
   UnMakeMove(move);
   return depth;
 }
