@@ -84,6 +84,19 @@ void BendKingTable(int colour, double phase) {
   }
 }
 
+// The tables of all pieces but pawns, before the kings' are bent.
+struct OfficerTables {
+  OfficerTables() {
+    for (int colour = White; colour <= Black; ++colour) {
+      for (int piece = Knight; piece <= King; ++piece) {
+        GenScoreTable(piece, of[colour][piece], colour, kScale[piece]);
+      }
+    }
+  }
+
+  int of[2][8][kSquares] = {};
+};
+
 }  // namespace
 
 int CntAtkPromoteSq(Square square, int colour) {
@@ -104,12 +117,10 @@ void GenScoreTable(int piece, int* table, int colour, int scale) {
 }
 
 void InitEvaluate() {
+  // What does not depend on the position is worked out once.
+  static const OfficerTables kTables;
   ForgetScores();
-  for (int colour = White; colour <= Black; ++colour) {
-    for (int piece = Knight; piece <= King; ++piece) {
-      GenScoreTable(piece, score_table[colour][piece], colour, kScale[piece]);
-    }
-  }
+  std::memcpy(score_table, kTables.of, sizeof score_table);
   for (Square square = 0; square < kSquares; ++square) {
     score_table[Black][Pawn][square] = kPawnTable[square];
     score_table[White][Pawn][square] = kPawnTable[63 - square];

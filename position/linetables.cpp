@@ -60,17 +60,41 @@ constexpr std::uint64_t kRookMultipliers[kSquares] = {
 // Sets of all squares' bishop and rook lines, one after another.
 SquareSet line_sets[5248 + 102400];
 
-// What a slider with directions first..last of a table sees; or, of an empty board, only the
-// squares whose occupancy matters: all but the last one of each line.
-SquareSet Walk(Square from, int first, int last, SquareSet occupied, bool relevant_only) {
+// By direction of White's table and square: the squares of that line up to the edge.
+SquareSet line_set[8][kSquares];
+
+void FillLine(int direction, Square from) {
+  SquareSet line = 0;
+  const int step = dir_white[direction];
+  for (int wide = ToWide(from) + step; !OffBoard(wide); wide += step) {
+    line |= SetOf(FromWide(wide));
+  }
+  line_set[direction][from] = line;
+}
+
+// The squares whose occupancy matters to a slider with directions first..last: all but the last one
+// of each line.
+SquareSet RelevantSquares(Square from, int first, int last) {
+  SquareSet relevant = 0;
+  for (int d = first; d <= last; ++d) {
+    for (SquareSet rest = line_set[d][from]; rest != 0;) {
+      const Square square = TakeFirst(rest);
+      if (line_set[d][square] != 0) relevant |= SetOf(square);
+    }
+  }
+  return relevant;
+}
+
+// What such a slider sees: on each line, nothing behind the first occupied square.
+SquareSet Seen(Square from, int first, int last, SquareSet occupied) {
   SquareSet seen = 0;
   for (int d = first; d <= last; ++d) {
-    const int step = dir_white[d];
-    for (int wide = ToWide(from) + step; !OffBoard(wide); wide += step) {
-      if (relevant_only && OffBoard(wide + step)) break;
-      seen |= SetOf(FromWide(wide));
-      if ((occupied & SetOf(FromWide(wide))) != 0) break;
-    }
+    const SquareSet line = line_set[d][from];
+    seen |= line;
+    const SquareSet blockers = line & occupied;
+    if (blockers == 0) continue;
+    const Square nearest = dir_white[d] > 0 ? FirstOf(blockers) : 63 - std::countl_zero(blockers);
+    seen ^= line_set[d][nearest];
   }
   return seen;
 }
@@ -89,14 +113,14 @@ SquareSet* FillLines(LineTable& table, Square square, int piece, std::uint64_t m
                      SquareSet* sets) {
   const int first = d_start[piece];
   const int last = d_stop[piece];
-  table.relevant = Walk(square, first, last, 0, true);
+  table.relevant = RelevantSquares(square, first, last);
   table.multiplier = multiplier;
   table.shift = 64 - std::popcount(table.relevant);
   table.sets = sets;
   // Every subset of the relevant squares, by carry through the mask.
   SquareSet occupied = 0;
   do {
-    sets[table.IndexOf(occupied)] = Walk(square, first, last, occupied, false);
+    sets[table.IndexOf(occupied)] = Seen(square, first, last, occupied);
     occupied = (occupied - table.relevant) & table.relevant;
   } while (occupied != 0);
   return sets + (std::size_t{1} << std::popcount(table.relevant));
@@ -142,6 +166,9 @@ void FillSlotKeys() {
 
 void InitSets() {
   FillSlotKeys();
+  for (int d = 0; d < 8; ++d) {
+    for (Square square = 0; square < kSquares; ++square) FillLine(d, square);
+  }
   SquareSet* sets = line_sets;
   for (Square square = 0; square < kSquares; ++square) {
     knight_set[square] = Steps(square, d_start[Knight], d_stop[Knight]);
