@@ -144,26 +144,49 @@ Move* EmitBusyPawn(Move* cursor, Square from, SquareSet enemies) {
   return cursor;
 }
 
+// What the officers and the king of a side can capture, gathered type by type and kept by slot.
+struct OfficerCaptures {
+  OfficerCaptures(SquareSet enemy_pieces, SquareSet all_pieces)
+      : enemies(enemy_pieces), occupied(all_pieces) {}
+
+  SquareSet enemies;
+  SquareSet occupied;
+  SquareSet reached = 0;    // by any of them
+  std::uint32_t slots = 0;  // of those that capture something
+  SquareSet targets[32];    // by slot; left unset for all others
+
+  template <int kPiece>
+  void Add(SquareSet pieces) {
+    while (pieces != 0) {
+      const Square from = TakeFirst(pieces);
+      const SquareSet reach = ReachSet(kPiece, from, occupied);
+      reached |= reach;
+      if ((reach & enemies) == 0) continue;
+      const int slot = g.list_idx[from];
+      slots |= 1u << slot;
+      targets[slot] = reach & enemies;
+    }
+  }
+};
+
 // Captures and promotions in slot order; null when the enemy king could be captured.
 Move* EmitAllCaptures(Move* cursor) {
-  const SquareSet enemies = board_sets.colour[g.xside];
-  const SquareSet occupied = Occupied();
-  const SquareSet king = SetOf(g.king_sq[g.xside]);
-  if ((PawnTargets(g.side, board_sets.of[g.side][Pawn]) & king) != 0) return nullptr;
-  const std::uint32_t own_slots = 0xFFFFu << (16 * g.side);
-  std::uint32_t slots = board_sets.slots & ~board_sets.pawn_slots & own_slots;
-  slots |= SlotsOf(BusyPawns(enemies));
+  const SquareSet* own = board_sets.of[g.side];
+  OfficerCaptures officers(board_sets.colour[g.xside], Occupied());
+  officers.Add<Knight>(own[Knight]);
+  officers.Add<Bishop>(own[Bishop]);
+  officers.Add<Rook>(own[Rook]);
+  officers.Add<Queen>(own[Queen]);
+  officers.Add<King>(own[King]);
+  const SquareSet reached = officers.reached | PawnTargets(g.side, own[Pawn]);
+  if (Contains(reached, g.king_sq[g.xside])) return nullptr;
+  std::uint32_t slots = officers.slots | SlotsOf(BusyPawns(officers.enemies));
   for (; slots != 0; slots &= slots - 1) {
-    const Square from = g.list_sq[std::countr_zero(slots)];
+    const int slot = std::countr_zero(slots);
+    const Square from = g.list_sq[slot];
     const int piece = g.board[from];
-    if (piece == Pawn) {
-      cursor = EmitBusyPawn(cursor, from, enemies);
-      continue;
-    }
-    const SquareSet targets = ReachSet(piece, from, occupied) & enemies;
-    if (targets == 0) continue;
-    if ((targets & king) != 0) return nullptr;
-    cursor = EmitTargets(cursor, piece, from, targets);
+    cursor = piece == Pawn ? EmitBusyPawn(cursor, from, officers.enemies)
+                           : EmitTargets(cursor, piece, from, officers.targets[slot]);
   }
   return cursor;
 }
