@@ -26,6 +26,7 @@
 #include "search/hash.h"
 #include "search/root.h"
 #include "search/state.h"
+#include "search/status.h"
 
 namespace tarvyle {
 
@@ -80,14 +81,11 @@ std::string TemporaryFile(const char* name) {
   return (std::filesystem::temp_directory_path() / name).string();
 }
 
-// A learn file of that many records, written once in a run.
+// A learn file of that many records.
 std::string LearnFile(int records) {
   const std::string path = TemporaryFile("bench.lrn");
-  static const bool written = [&] {
-    Learn(records);
-    return SaveLearnTable(path.c_str());
-  }();
-  if (!written) std::abort();
+  Learn(records);
+  if (!SaveLearnTable(path.c_str())) std::abort();
   return path;
 }
 
@@ -141,6 +139,7 @@ void SearchBesideLearnTable(benchmark::State& state) {
   const World outside = world;
   world = {[] { return 0u; }, [] { return 1u; }};
   root_hooks.max_depth = 7;
+  status_sink = [](const SearchStatus&) {};
   std::uint64_t nodes = 0;
   for (auto _ : state) {
     ply = 0;
@@ -151,6 +150,7 @@ void SearchBesideLearnTable(benchmark::State& state) {
     nodes += cnt_nodes;
   }
   root_hooks = {};
+  status_sink = nullptr;
   world = outside;
   state.counters["nodes/s"] =
       benchmark::Counter(static_cast<double>(nodes), benchmark::Counter::kIsRate);

@@ -4,9 +4,12 @@
 
 namespace tarvyle {
 
-// A quick "surely not in the learn table" for the search, which asks at nearly every node: one bit
-// a key, in a field that grows with the table. Never says no for a key that was noted.
+// A quick "surely not in the learn table" for the search, which asks at nearly every node: a few
+// bits a key, in a field that grows with the table. Never says no for a key that was noted.
 bool MayBeLearned(std::uint32_t key_lo, std::uint32_t key_hi);
+
+// Fetches what MayBeLearned will look at into the cache.
+void PrefetchLearned(std::uint32_t key_lo, std::uint32_t key_hi);
 
 // Notes a key that comes into the table.
 void NoteLearned(std::uint32_t key_lo, std::uint32_t key_hi);

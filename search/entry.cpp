@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "book/learn.h"
+#include "book/learnfilter.h"
 #include "eval/evaluate.h"
 #include "position/attack.h"
 #include "position/legal.h"
@@ -11,6 +12,7 @@
 #include "position/record.h"
 #include "search/clock.h"
 #include "search/draw.h"
+#include "search/hash.h"
 #include "search/quies.h"
 #include "search/state.h"
 
@@ -71,6 +73,9 @@ bool SettledByGeneration(int& score) {
 bool MakeIfLegal(Move move, bool list_is_legal) {
   if (!list_is_legal && (move & kCastling) != 0 && !LegalCastl(move)) return false;
   MakeMove(move);
+  // The child will look the position up soon; what it reads is fetched meanwhile.
+  HashPrefetch();
+  PrefetchLearned(g.key.low, g.key.high);
   if (list_is_legal || !SqAttack(g.king_sq[g.xside], g.side)) return true;
   UnMakeMove(move);
   return false;

@@ -132,7 +132,6 @@ int main_search(int alpha, int beta, int depth, int in_check, Move* line, int /*
   while (alpha < beta && NextMove(picker, move)) {
     const bool to_seventh = IsPawnToSeventh(move);
     if (!MakeIfLegal(move, in_check != 0)) continue;
-    HashPrefetch();
     ++count;
     const bool gives_check = Check();
     const bool extends =

@@ -156,7 +156,6 @@ int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_prob
     }
     const bool to_seventh = IsPawnToSeventh(move);
     if (!MakeIfLegal(move, in_check != 0)) continue;
-    HashPrefetch();
     const bool gives_check = Check();
     const bool extends =
         gives_check || to_seventh || mate_threat || (in_check != 0 && entry.single_reply);
