@@ -52,12 +52,14 @@ void LearnReset() {
 }
 
 LearnNode* SearchNode(int side, std::uint32_t key_lo, std::uint32_t key_hi) {
+  if (!MayBeLearned(key_lo, key_hi)) return nullptr;
   LearnNode* node = LearnBucket(key_lo);
   while (node != nullptr && !SameKey(*node, side, key_lo, key_hi)) node = node->next;
   return node;
 }
 
 LearnNode* FindCurrentNode() {
+  if (!MayBeLearned(g.key.low, g.key.high)) return nullptr;
   char text[kEpdSize];
   bool text_made = false;  // made for the first candidate only: it is the expensive part
   for (LearnNode* node = LearnBucket(g.key.low); node != nullptr; node = node->next) {
@@ -110,7 +112,6 @@ void SaveSearchResult(int score, int depth) {
 }
 
 bool LearnLook(int depth, int alpha, int beta, int& score) {
-  if (!MayBeLearned(g.key.low, g.key.high)) return false;
   const LearnNode* node = FindCurrentNode();
   if (node == nullptr) return false;
   if (node->depth >= depth) {

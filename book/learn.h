@@ -34,7 +34,8 @@ static_assert(offsetof(LearnNode, length) - offsetof(LearnNode, key_lo) == 18);
 static_assert(offsetof(LearnNode, side) - offsetof(LearnNode, key_lo) == 20);
 static_assert(offsetof(LearnNode, check) - offsetof(LearnNode, key_lo) == 23);
 
-// Bucket heads, newest node first; all null is the empty table.
+// Bucket heads, newest node first; all null is the empty table. Nodes come in through
+// LinkLearnNode, which also notes their keys: others are not found.
 extern LearnNode* learn[kLearnBuckets];
 
 inline LearnNode*& LearnBucket(std::uint32_t key_lo) { return learn[key_lo & 0xFFFF]; }
