@@ -13,6 +13,7 @@ present() {
     g++)                  command -v c++ ;;
     ninja-build)          command -v ninja ;;
     procps)               command -v ps ;;
+    dpkg-dev)             command -v dpkg-shlibdeps ;;
     xvfb)                 command -v xvfb-run ;;
     xboard | fairymax)    command -v "$1" || test -x "/usr/games/$1" ;;
     libgtest-dev)         has_header gtest/gtest.h ;;
