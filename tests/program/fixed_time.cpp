@@ -4,6 +4,8 @@
 // however loaded. time() is always 1, which fixes the seed of everything random.
 //
 // FIXED_TIME_STEP_MS: milliseconds that pass between two readings; 10 without it.
+// FIXED_TIME_PAUSE_MS: milliseconds of the real clock that a reading takes; 0 without it. Someone
+// on the other end sees an engine that thinks, though it searches no node more.
 
 #include <sys/syscall.h>
 #include <sys/time.h>
@@ -19,10 +21,16 @@ namespace {
 constexpr std::int64_t kStart_ms = 1'000'000'000;  // any moment that is not zero will do
 constexpr std::int64_t kDefault_step_ms = 10;
 
+std::int64_t Setting(const char* name, std::int64_t otherwise) {
+  const char* const asked = std::getenv(name);
+  return asked != nullptr ? std::atoll(asked) : otherwise;
+}
+
 std::int64_t NextReading_ms() {
-  static const char* const asked = std::getenv("FIXED_TIME_STEP_MS");
-  static const std::int64_t step = asked != nullptr ? std::atoll(asked) : kDefault_step_ms;
+  static const std::int64_t step = Setting("FIXED_TIME_STEP_MS", kDefault_step_ms);
+  static const std::int64_t pause = Setting("FIXED_TIME_PAUSE_MS", 0);
   static std::int64_t now = kStart_ms;
+  if (pause > 0) usleep(static_cast<useconds_t>(pause * 1000));
   return now += step;
 }
 

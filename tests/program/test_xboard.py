@@ -20,6 +20,7 @@ TIMEOUT_SECONDS = 120
 # on when the first engine has told its features for the second time, whether the second engine has
 # told its own or not, so what it has to know before that is told here.
 XBOARD = ["xvfb-run", "-a", "xboard", "-noGUI", "-xexit", "-xpopup", "-matchGames", "1"]
+XBOARD += ["-saveSettingsOnExit", "false"]
 XBOARD += ["-delayAfterQuit", "32", "-featureDefaults", "setboard=1 sigint=0 sigterm=0"]
 
 # Fairy-Max crashes at some of the addresses that the kernel's randomisation gives it.
@@ -61,7 +62,8 @@ def play(
     command = [*XBOARD, *clock, "-fcp", white, "-scp", black]
     command += ["-loadPositionFile", "position.fen", "-loadPositionIndex", "1"]
     command += ["-saveGameFile", "game.pgn", "-debug", "-nameOfDebugFile", "debug.log"]
-    # A home of its own: no settings of the person who runs this are read, none are written.
+    # A home of its own for the engines. xboard takes its own settings from that of the user's account all
+    # the same; it must not leave any there.
     environment = engine_environment() | {"HOME": str(folder)}
     environment["PATH"] += os.pathsep + GAMES
 
