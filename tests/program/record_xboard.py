@@ -35,6 +35,7 @@ ANSWER_SECONDS = 1.5
 
 # Where the squares of the board are with "-size medium" and no window manager.
 LEFT, TOP, SQUARE = 3, 103, 65
+HINT, BOOK = 189, 210  # in the menu Engine
 
 
 def wait(seconds: float) -> None:
@@ -68,10 +69,15 @@ class Player:
         self.tool("windowfocus", found[0], "sleep", 0.2, "key", name)
         wait(seconds)
 
-    def hint(self) -> None:
-        """The entry of the menu Engine that has no key."""
-        self.tool("mousemove", 268, 14, "click", 1, "sleep", 0.7, "mousemove", 280, 189, "click", 1)
+    def engine_menu(self, y: int) -> None:
+        """An entry of the menu Engine, for those that have no key."""
+        self.tool("mousemove", 268, 14, "click", 1, "sleep", 0.7, "mousemove", 280, y, "click", 1)
         wait(0.7)
+
+    def copy_and_paste(self) -> None:
+        """Copy Position and Paste Position."""
+        self.key("ctrl+shift+c")
+        self.key("ctrl+shift+v")
 
     def quit(self) -> None:
         self.key("ctrl+q", 2.5)
@@ -106,8 +112,7 @@ def retract_and_paste(player: Player) -> None:
     """Retract Move, then Copy Position and Paste Position: the board is set anew and the game goes on."""
     player.move("e2e4")
     player.key("ctrl+x")
-    player.key("ctrl+shift+c")
-    player.key("ctrl+shift+v")
+    player.copy_and_paste()
     player.move("d2d4")
     player.key("ctrl+b")
     wait(ANSWER_SECONDS)
@@ -123,11 +128,32 @@ def step_back_and_move(player: Player) -> None:
     player.quit()
 
 
+def step_back_and_paste(player: Player) -> None:
+    """The same with Copy Position and Paste Position in between; the engine then goes on with White."""
+    player.move("e2e4")
+    player.key("ctrl+e")
+    player.key("alt+Left")
+    player.copy_and_paste()
+    player.move("c7c5")
+    player.key("ctrl+w", ANSWER_SECONDS)
+    player.quit()
+
+
 def two_machines(player: Player) -> None:
     """Two Machines on, off while the engine thinks, and on again: its move comes late and is undone."""
     player.key("ctrl+t", 1)
     player.key("ctrl+e", SLOW_SECONDS)
     player.key("ctrl+t", SLOW_SECONDS + 1)
+    player.quit()
+
+
+def two_machines_and_paste(player: Player) -> None:
+    """The same with Copy Position and Paste Position in between."""
+    player.key("ctrl+t", 1)
+    player.key("ctrl+e", SLOW_SECONDS)
+    player.copy_and_paste()
+    player.key("ctrl+t", SLOW_SECONDS + 1)
+    player.key("ctrl+e", SLOW_SECONDS)
     player.quit()
 
 
@@ -139,9 +165,10 @@ def move_now(player: Player) -> None:
 
 
 def hint_and_analysis(player: Player) -> None:
-    """Hint, then Analysis Mode, left again by Edit Game."""
+    """Hint and Book, then Analysis Mode, left again by Edit Game."""
     player.move("e2e4")
-    player.hint()
+    player.engine_menu(HINT)
+    player.engine_menu(BOOK)
     player.key("ctrl+a", 1.5)
     player.key("ctrl+e")
     player.quit()
@@ -169,7 +196,9 @@ SCENARIOS = {
     "retract": (retract, QUICK_MS, []),
     "retract_and_paste": (retract_and_paste, QUICK_MS, []),
     "step_back_and_move": (step_back_and_move, QUICK_MS, []),
+    "step_back_and_paste": (step_back_and_paste, QUICK_MS, []),
     "two_machines": (two_machines, SLOW_MS, ["-scp"]),
+    "two_machines_and_paste": (two_machines_and_paste, SLOW_MS, ["-scp"]),
     "move_now": (move_now, SLOW_MS, []),
     "hint_and_analysis": (hint_and_analysis, QUICK_MS, []),
     "position": (position, QUICK_MS, []),

@@ -36,7 +36,7 @@ def start(folder, stream: Stream, **options) -> subprocess.Popen:
 def test_every_recording_is_there():
     assert [path.stem for path in STREAMS] == [
         "hint_and_analysis", "move_now", "new_game", "position", "quit_thinking", "retract", "retract_and_paste",
-        "start_up", "step_back_and_move", "two_machines"]
+        "start_up", "step_back_and_move", "step_back_and_paste", "two_machines", "two_machines_and_paste"]
 
 
 @pytest.mark.parametrize("name", [path.stem for path in STREAMS if path.stem != KILLED])
