@@ -78,10 +78,11 @@ def user(installed, fixed_time, tmp_path) -> User:
 
 
 def test_the_program_and_its_data_stand_together(installed):
-    names = {path.name for path in (installed / "lib/tarvyle").iterdir()}
-    assert names == {"tarvyle", "tarvyle.cfg", "tarvyle.bk", "tarv"}
-    for name in ("tarvyle.cfg", "tarvyle.bk"):
-        assert (installed / "lib/tarvyle" / name).read_bytes() == (PROJECT / "data" / name).read_bytes()
+    data = {path.name: path.read_bytes() for path in (PROJECT / "data").iterdir()}
+    found = {path.name: path.read_bytes() for path in (installed / "lib/tarvyle").iterdir()}
+    assert {"tarvyle.cfg", "tarvyle.bk"} <= set(data)
+    assert set(found) == {"tarvyle", "tarv"} | set(data)
+    assert {name: found[name] for name in data} == data
 
 
 def test_the_workbench_is_a_link_to_where_its_data_is(installed):
