@@ -10,6 +10,7 @@ import subprocess
 
 import pytest
 from conftest import PROJECT, engine_environment, skip_or_fail
+from engine_folder import BOOK
 
 PREFIX = "opt/chess"
 TIMEOUT_SECONDS = 60
@@ -50,6 +51,7 @@ class User:
         self.home = root / "home"
         self.home.mkdir()
         self.folder = self.home / ".local/share/tarvyle"
+        self.give_small_book(self.folder)
         lister = root / "lister"
         lister.mkdir()
         (lister / "ps").write_text(LISTER.format(top=os.getpid()))
@@ -58,6 +60,11 @@ class User:
             "HOME": str(self.home), "PATH": f"{lister}:{os.environ['PATH']}", "LD_PRELOAD": str(fixed_time),
             "FIXED_TIME_STEP_MS": "10000"}
         self.environment.pop("XDG_DATA_HOME", None)
+
+    def give_small_book(self, folder: pathlib.Path) -> None:
+        """Puts a book there that is read in no time, before the shipped one is copied."""
+        folder.mkdir(parents=True)
+        (folder / "tarvyle.bk").write_text(BOOK)
 
     def run(self, *lines: str, **environment: str | None) -> subprocess.CompletedProcess:
         """A session of these lines. A variable of the environment that is None is not there."""
@@ -113,12 +120,15 @@ def test_nothing_else_is_installed(installed):
 
 
 def test_the_first_start_makes_the_folder(user, installed):
+    shutil.rmtree(user.home / ".local")
     done = user.run("save", "quit")
     assert done.returncode == 0 and "# move: ? \n" in done.stdout
     assert {path.name for path in user.folder.iterdir()} == {
         "tarvyle", "tarvyle.cfg", "tarvyle.bk", "tarvyle.lrn", "tarvyle_save_game.dat"}
     assert os.readlink(user.file("tarvyle")) == str(installed / "lib/tarvyle/tarvyle")
     assert {path.name for path in user.home.iterdir()} == {".local"}
+    for name in ("tarvyle.cfg", "tarvyle.bk"):
+        assert user.file(name).read_bytes() == (PROJECT / "data" / name).read_bytes()
 
 
 def test_a_second_start_writes_what_was_learned(user):
@@ -149,10 +159,10 @@ def test_files_of_the_user_stay(user):
     user.run("quit")
     settings = user.file("tarvyle.cfg").read_text().replace('style="knowledge3"', 'style="knowledge1"')
     user.file("tarvyle.cfg").write_text(settings)
-    user.file("tarvyle.bk").write_text("e2e4 e7e5\n")
+    user.file("tarvyle.bk").write_text("e2e4 c7c5\n")
     assert user.run("style", "quit").stdout.count("# knowledge1 \n") == 2
     assert user.file("tarvyle.cfg").read_text() == settings
-    assert user.file("tarvyle.bk").read_text() == "e2e4 e7e5\n"
+    assert user.file("tarvyle.bk").read_text() == "e2e4 c7c5\n"
 
 
 def test_the_link_follows_the_installation(user, installed, tmp_path):
@@ -171,7 +181,9 @@ def test_the_script_may_be_reached_by_a_link(user, tmp_path):
 
 
 def test_a_data_folder_of_the_users_choice(user, tmp_path):
+    shutil.rmtree(user.folder)
     chosen = tmp_path / "my data"
+    user.give_small_book(chosen / "tarvyle")
     assert user.run("quit", XDG_DATA_HOME=str(chosen)).returncode == 0
     assert (chosen / "tarvyle/tarvyle.lrn").is_file()
     assert not user.folder.exists()
@@ -189,6 +201,7 @@ def test_no_home_at_all(user):
 
 
 def test_a_folder_that_cannot_be_made(user):
+    shutil.rmtree(user.home / ".local")
     (user.home / ".local").write_text("in the way")
     done = user.run("quit")
     assert (done.stdout, done.returncode) == ("", 1)
@@ -196,10 +209,20 @@ def test_a_folder_that_cannot_be_made(user):
 
 
 def test_a_link_that_cannot_be_made(user):
-    user.file("tarvyle").mkdir(parents=True)
+    user.file("tarvyle").mkdir()
     done = user.run("quit")
     assert (done.stdout, done.returncode) == ("", 1)
     assert done.stderr.endswith(f"tarvyle: cannot make the link {user.folder}/tarvyle\n")
+
+
+# --- versions ---------------------------------------------------------------------------------------------
+
+
+def test_all_tell_the_same_version():
+    project = re.search(r"^project\(tarvyle VERSION ([\d.]+)", (PROJECT / "CMakeLists.txt").read_text(), re.MULTILINE)[1]
+    package = re.match(r"tarvyle \(([^)]+)\)", (PROJECT / "packaging/debian/changelog").read_text())[1]
+    changes = re.findall(r"^## \[(\d[^]]*)\]", (PROJECT / "CHANGELOG.md").read_text(), re.MULTILINE)
+    assert (package, changes[0]) == (project, project)
 
 
 # --- manuals and scripts ----------------------------------------------------------------------------------

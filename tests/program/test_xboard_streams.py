@@ -15,7 +15,7 @@ from engine_folder import TIMEOUT_SECONDS
 STREAMS = sorted((DATA / "xboard_streams").glob("*.txt"))
 ABORTED = ("step_back_and_move", "two_machines")
 KILLED = "quit_thinking"
-THINKING_MS = 1500  # of real time at each reading of the clock, where the engine is killed meanwhile
+THINKING_MS = 700  # of real time at each reading of the clock, where the engine is killed meanwhile
 
 
 class Stream:
