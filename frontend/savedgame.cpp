@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include "position/image.h"
 
@@ -21,18 +23,28 @@ std::string TemporaryBeside(const std::string& path) {
   return folder + "tarvyle_save_tmp" + std::to_string(getpid()) + ".dat";
 }
 
-// Whether a new file may take the place of `path`: nothing stands there, or a plain file that could
-// be written. Devices, links and write-protected files stay what they are.
-bool IsReplaceable(const char* path) {
-  struct stat status {};
-  if (lstat(path, &status) != 0) return true;
-  return S_ISREG(status.st_mode) && access(path, W_OK) == 0;
+// What `path` leads to through links; `path` itself when it leads nowhere.
+std::string BehindLinks(const char* path) {
+  std::error_code error;
+  const std::filesystem::path target = std::filesystem::canonical(path, error);
+  return error ? std::string(path) : target.string();
 }
 
-// Writes the record and closes the file. False, too, for a file that is not open.
-bool WriteRecord(std::FILE* file) {
+// Whether a new file may take the place of `path`: nothing stands there, or a plain file that could
+// be written. Devices, links to nowhere and write-protected files stay what they are.
+bool IsReplaceable(const std::string& path) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) != 0) return true;
+  return S_ISREG(status.st_mode) && access(path.c_str(), W_OK) == 0;
+}
+
+// Writes the record and closes the file. A lasting one must have reached the disk itself before it
+// takes an older game's place: a power cut between the two leaves one of them. False, too, for a
+// file that is not open.
+bool WriteRecord(std::FILE* file, bool lasting) {
   if (file == nullptr) return false;
-  const bool written = std::fwrite(&g, sizeof g, 1, file) == 1;
+  const bool written = std::fwrite(&g, sizeof g, 1, file) == 1 && std::fflush(file) == 0 &&
+                       (!lasting || fsync(fileno(file)) == 0);
   return std::fclose(file) == 0 && written;
 }
 
@@ -40,11 +52,12 @@ bool WriteRecord(std::FILE* file) {
 
 bool SaveGame(const char* path) {
   TagRecord();
-  const std::string temporary = TemporaryBeside(path);
+  const std::string target = BehindLinks(path);
+  const std::string temporary = TemporaryBeside(target);
   std::remove(temporary.c_str());
-  std::FILE* file = IsReplaceable(path) ? std::fopen(temporary.c_str(), "wbx") : nullptr;
-  if (file == nullptr) return WriteRecord(std::fopen(path, "wb"));
-  const bool saved = WriteRecord(file) && std::rename(temporary.c_str(), path) == 0;
+  std::FILE* file = IsReplaceable(target) ? std::fopen(temporary.c_str(), "wbx") : nullptr;
+  if (file == nullptr) return WriteRecord(std::fopen(path, "wb"), false);
+  const bool saved = WriteRecord(file, true) && std::rename(temporary.c_str(), target.c_str()) == 0;
   if (!saved) std::remove(temporary.c_str());
   return saved;
 }

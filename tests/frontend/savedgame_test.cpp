@@ -139,6 +139,20 @@ TEST_F(SavedGameTest, WritesThroughALink) {
   EXPECT_EQ(ReadFile(Path("target.dat")), Image());
 }
 
+TEST_F(SavedGameTest, FullDiskLeavesTheOlderGameBehindALinkWhole) {
+  std::filesystem::create_directory(Path("elsewhere"));
+  std::filesystem::create_symlink("elsewhere/game.dat", path_);
+  ASSERT_TRUE(SaveGame(path_.c_str()));
+  const std::string older = ReadFile(Path("elsewhere/game.dat"));
+  ASSERT_EQ(older, Image());
+  ASSERT_TRUE(Play("b8c6"));
+  WithFileSizeLimit(10000, [&] { EXPECT_FALSE(SaveGame(path_.c_str())); });
+  EXPECT_EQ(ReadFile(Path("elsewhere/game.dat")), older);
+  ASSERT_TRUE(SaveGame(path_.c_str()));
+  EXPECT_EQ(ReadFile(Path("elsewhere/game.dat")), Image());
+  EXPECT_TRUE(std::filesystem::is_symlink(path_));
+}
+
 TEST_F(SavedGameTest, WritesIntoAPipeAndLeavesItOne) {
   ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
   const int reader = open(path_.c_str(), O_RDONLY | O_NONBLOCK);  // or else writing would wait
