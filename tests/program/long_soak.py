@@ -21,6 +21,8 @@ GAMES = 100
 OPENING = 8  # random half-moves
 LONGEST = 300  # half-moves; then it is called a draw
 STEP_MS = 1000  # a search of four seconds looks at the clock four times: some 16,000 nodes
+NORMAL = ("rnd off", "st 4")
+RANDOMISED = ("rnd on", "st 20")  # each of its stages has half of that
 STYLES = ["knowledge1", "knowledge2", "knowledge3"]
 
 
@@ -56,7 +58,7 @@ class Player:
         self.complaints = (folder.path / "complaints").open("w+")
         self.process = folder.start(step_ms=STEP_MS, stderr=self.complaints, text=True, encoding="latin-1")
         assert "".join(self.process.stdout.readline() for _ in START.splitlines()) == START
-        self.said = self.say("xboard", "st 4")
+        self.say("xboard")
 
     def say(self, *lines: str) -> list[str]:
         """What the engine answers to these lines, without the position asked for to see the end of it."""
@@ -145,7 +147,7 @@ def test_a_hundred_games(players, tmp_path):
     half_moves = 0
     for game in range(GAMES):
         for player in players:
-            player.say(f"style {dice.choice(STYLES)}", "rnd on" if game % 5 == 4 else "rnd off")
+            player.say(f"style {dice.choice(STYLES)}", *(RANDOMISED if game % 5 == 4 else NORMAL))
         ending, moves = play_game(referee, players[:: 1 if game % 2 == 0 else -1], dice)
         endings[ending] += 1
         half_moves += len(moves)
