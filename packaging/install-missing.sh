@@ -14,6 +14,7 @@ present() {
     ninja-build)          command -v ninja ;;
     procps)               command -v ps ;;
     dpkg-dev)             command -v dpkg-shlibdeps ;;
+    nodejs)               command -v node ;;
     xvfb)                 command -v xvfb-run ;;
     xboard | fairymax)    command -v "$1" || test -x "/usr/games/$1" ;;
     libgtest-dev)         has_header gtest/gtest.h ;;
