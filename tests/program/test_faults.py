@@ -27,6 +27,7 @@ def least_calls(moments, **least: int) -> None:
     found = collections.Counter(moment.call for moment in moments)
     for call, count in least.items():
         assert found[call] >= count, found
+    print(f"\n{len(moments)} calls: {dict(found)}")
 
 
 class LearnFile:
