@@ -42,7 +42,8 @@ class TracedEngine:
         folder.write_lister(r"printf '    PID TTY          TIME CMD\n   1000 pts/0    00:00:00 tarvyle\n'")
         self.log = folder.path.parent / "calls.log"
         strace = shutil.which("strace")
-        if strace is None or subprocess.run([strace, "-o", self.log, "true"], capture_output=True, check=False).returncode:
+        trial = [strace, "-o", self.log, "true"]
+        if strace is None or subprocess.run(trial, capture_output=True, check=False).returncode != 0:
             skip_or_fail("strace is not installed or may not trace")
         self.strace = strace
 

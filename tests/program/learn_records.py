@@ -36,5 +36,5 @@ def split(content: bytes) -> list[bytes] | None:
 def many(count: int) -> bytes:
     """A sound learn file of so many different positions, spread over the table."""
     return b"".join(
-        record(f"{1 + i % 8}/8/8/8/{'pnbrqkPNBRQK'[i % 12] * 8}/8/8/8 w - - {i}", key=i * 0x9E3779B97F4A7C15 % 2**64, score=i % 3000)
+        record(f"8/8/8/8/{'pnbrqkPNBRQK'[i % 12] * 8}/8/8/8 w - - {i}", key=i * 0x9E3779B97F4A7C15 % 2**64)
         for i in range(count))

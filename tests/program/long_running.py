@@ -12,8 +12,9 @@ GAMES = 500
 SETTLED = 100  # games after which the memory counts
 GROWTH_KB = 256  # what the learn table takes for the positions searched since, and the system's rounding
 PROBES = [
-    "new", "getboard", "pos", "getmoves", "test", "force", "e2e4", "e7e5", "getboard", "up", "getmoves", "end", "getmoves",
-    "undo", "undo", "undo", "redo", "getboard", "style", "e2e5", "setboard 8/8/8/8/8/8/8/8 w - -", "deb 3", "pos", "deb 12",
+    "new", "getboard", "pos", "getmoves", "test", "force", "e2e4", "e7e5", "getboard", "up", "getmoves", "end",
+    "getmoves", "undo", "undo", "undo", "redo", "getboard", "style", "e2e5", "setboard 8/8/8/8/8/8/8/8 w - -",
+    "deb 3", "pos", "deb 12",
     "setboard r3k2r/8/8/8/8/8/8/R3K2R w KQkq -", "e1g1", "e8c8", "getboard", "up", "load none.dat", "st 0", "rnd maybe",
     "new", "force", "b1c3", "b8c6", "c3b1", "c6b8", "b1c3", "b8c6", "getmoves", "getboard", "new",
 ]

@@ -99,7 +99,8 @@ def test_a_full_disk_keeps_the_older_game(small_disk, leave):
 @pytest.mark.parametrize("raw", [
     b"\0" * 5000, b"\0quit\nquit\0\n", b"quit\r\n", b"style\r\ne7e5\r\n", b"\xff" * 3000 + b"\n",
     b"x" * (1 << 20), b"setboard " + b"8/" * (1 << 19) + b"\n", b"\n" * 100_000, b"style\n" * 2000 + b"sty",
-], ids=["zeros", "zeros in words", "CR LF quit", "CR LF", "bytes", "megabyte", "megabyte of FEN", "empty lines", "half a line"])
+], ids=["zeros", "zeros in words", "CR LF quit", "CR LF", "bytes", "megabyte", "megabyte of FEN", "empty lines",
+        "half a line"])
 def test_the_learn_file_is_written_after(learning, book_records, raw):
     assert learning.run(raw=raw).status == 0
     assert kept(learning) == book_records

@@ -76,7 +76,8 @@ def test_killed_at_random_moments_of_writing(learning):
             half_written += 0 < left.stat().st_size < len(one)
             left.unlink()
         assert learning.names() == ["tarvyle.lrn"]
-    print(f"\n{KILLS} kills within {longest * 1000:.0f} ms: {replaced} after the rename, {half_written} left half a file")
+    print(f"\n{KILLS} kills within {longest * 1000:.0f} ms: {replaced} after the rename, "
+          f"{half_written} left half a file")
     assert 0 < replaced < KILLS
     assert half_written >= LEAST_HALF_WRITTEN
     assert end(start_and_leave(learning)) == 0
@@ -145,5 +146,6 @@ def test_texts_without_an_end(learning, book):
 def test_any_bytes(learning, book):
     dice = random.Random(27)
     for number in range(200):
-        parts = [dice.choice([dice.choice(SOUND), dice.randbytes(dice.randrange(40))]) for _ in range(dice.randrange(5))]
+        parts = [dice.choice([*SOUND, *(dice.randbytes(dice.randrange(40)) for _ in SOUND)])
+                 for _ in range(dice.randrange(5))]
         assert_survived(learning, b"".join(parts), book, f"number {number}")
