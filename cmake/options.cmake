@@ -19,6 +19,11 @@ if(TARVYLE_SANITIZE)
   target_link_options(project_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(TARVYLE_FUZZ)
+  # What libFuzzer watches to tell whether an input leads to new code.
+  target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(TARVYLE_SANITIZE OR TARVYLE_CHECK_RECORD)
   target_compile_definitions(project_options INTERFACE _GLIBCXX_ASSERTIONS)
 endif()

@@ -13,8 +13,6 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kLineSize = 1024;  // 1023 characters; the rest of a longer line is a line of its own
-
 // Announces the position to a board-display program if it has changed.
 void Announce() {
   if (is_glintview != 0) print_board();
@@ -39,7 +37,7 @@ bool ObeyLine(const char* line) {
 
 void PlayWinBoard() {
   StartUp();
-  char line[kLineSize];
+  char line[kInputLineSize];
   while (std::fgets(line, sizeof line, stdin) != nullptr && ObeyLine(line)) {
   }
   WriteLearnFile();

@@ -108,6 +108,12 @@ void InitAllVar() {
   InitEvaluate();
 }
 
+void ApplySettings() {
+  is_rnd_search = std::strcmp(property_get("random search?!"), "enable") == 0 ? 1 : 0;
+  ApplyTimeSetting();
+  ApplyPlayStyle();
+}
+
 void StartUp() {
   prev_inst = prog_is_run();
   std::setvbuf(stdout, nullptr, _IONBF, 0);
@@ -119,9 +125,7 @@ void StartUp() {
   InitNewGame();
   LoadKnowledge();
   std::strcpy(game_fname, ConCat("tarvyle_save_game.dat"));
-  is_rnd_search = std::strcmp(property_get("random search?!"), "enable") == 0 ? 1 : 0;
-  ApplyTimeSetting();
-  ApplyPlayStyle();
+  ApplySettings();
   std::puts("# <help> - help ");
   std::puts("# move: ? ");
 }

@@ -10,6 +10,10 @@ unsigned prog_is_run();
 // Called once, before the first position is set up. Ends the process when the tables cannot be had.
 void InitAllVar();
 
+// Takes over what the configuration says of the randomised search, the time for a move and the play
+// style, as far as it is valid; says so on standard output.
+void ApplySettings();
+
 // Everything before the first command: banner, configuration, tables, start position, learn table
 // or book, settings. Ends the process with status 1 when something needed is missing.
 void StartUp();

@@ -20,12 +20,18 @@ present() {
     libgtest-dev)         has_header gtest/gtest.h ;;
     libcli11-dev)         has_header CLI/CLI.hpp ;;
     libbenchmark-dev)     has_header benchmark/benchmark.h ;;
+    libclang-rt-dev)      has_libfuzzer ;;
     python3-pytest)       python3 -c 'import pytest' || /usr/bin/python3 -c 'import pytest' ;;
     *)                    command -v "$1" ;;
   esac >/dev/null 2>&1
 }
 
 has_header() { printf '#include <%s>\n' "$1" | c++ -std=c++20 -E -x c++ - ; }
+
+has_libfuzzer() {
+  printf 'extern "C" int LLVMFuzzerTestOneInput(const char*, unsigned long) { return 0; }\n' |
+    clang++ -fsanitize=fuzzer,address -x c++ - -o /dev/null
+}
 
 # missing PACKAGE...: prints those that are not there.
 missing() {

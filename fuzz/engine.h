@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// What the fuzz targets share: an engine without a process around it, searches that end soon, and
+// lines of input that cannot reach beyond a folder of their own.
+
+namespace tarvyle::fuzz {
+
+// The input of one execution.
+inline std::string_view Text(const std::uint8_t* data, std::size_t size) {
+  return {reinterpret_cast<const char*>(data), size};
+}
+
+// Cuts the first byte off the input; 0 when there is none left.
+unsigned TakeByte(std::string_view& input);
+
+// Builds the tables, once, with small transposition tables, and puts the clock in place that bounds
+// the nodes.
+void StartOnce();
+
+// Everything that a fresh process has at the start position: no learned position, no configuration,
+// no result of an earlier search. Allots the nodes of one execution anew.
+void FreshProcess();
+
+// The same of the position alone, which is much less work: for targets that do not search.
+void FreshPosition();
+
+// Allots the nodes that the searches of this execution may visit in all. A single one gets a part.
+void AllotNodes(int nodes);
+bool NodesAreUsedUp();
+
+// Obeys the input line by line, as the command loop does, inside an empty folder that is emptied
+// again. Ends at "quit" and where the process would end on purpose, and when the nodes are used up.
+void ObeyLines(std::string_view input);
+
+// Ends the process with a message: what was promised does not hold.
+void Expect(bool condition, const char* promise);
+
+// A file in memory, for what reads files by name.
+class MemoryFile {
+ public:
+  MemoryFile();
+  ~MemoryFile();
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+
+  void Fill(std::string_view bytes);
+  std::string Content() const;
+  const char* Path() const { return path_.c_str(); }
+
+ private:
+  int file_;
+  std::string path_;
+};
+
+}  // namespace tarvyle::fuzz

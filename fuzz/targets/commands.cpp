@@ -1,0 +1,11 @@
+// The command loop: any bytes as lines of input.
+
+#include "fuzz/engine.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace tarvyle::fuzz;
+  StartOnce();
+  FreshProcess();
+  ObeyLines(Text(data, size));
+  return 0;
+}
