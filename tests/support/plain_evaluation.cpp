@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <numbers>
 #include <optional>
+#include <span>
 
 #include "eval/scoretable.h"
 #include "position/attack.h"
@@ -22,8 +23,8 @@ struct Cell {
 
 using Step = Cell;
 
-constexpr std::array<Step, 4> kStraight = {{{-1, 0}, {1, 0}, {0, -1}, {0, 1}}};
-constexpr std::array<Step, 4> kDiagonal = {{{-1, -1}, {-1, 1}, {1, -1}, {1, 1}}};
+constexpr std::array<Step, 8> kSteps = {  // straight ones, then diagonal ones
+    {{-1, 0}, {1, 0}, {0, -1}, {0, 1}, {-1, -1}, {-1, 1}, {1, -1}, {1, 1}}};
 constexpr std::array<Step, 8> kJumps = {
     {{-2, -1}, {-2, 1}, {-1, -2}, {-1, 2}, {1, -2}, {1, 2}, {2, -1}, {2, 1}}};
 
@@ -86,11 +87,10 @@ bool SlidesAlong(int code, Step step) {
   return code == Queen || code == (diagonal ? Bishop : Rook);
 }
 
-std::vector<Step> StepsOf(int code) {
-  std::vector<Step> steps;
-  if (code != Bishop) steps.insert(steps.end(), kStraight.begin(), kStraight.end());
-  if (code != Rook) steps.insert(steps.end(), kDiagonal.begin(), kDiagonal.end());
-  return steps;
+std::span<const Step> StepsOf(int code) {
+  const std::span<const Step> steps = kSteps;
+  if (code == Rook) return steps.first(4);
+  return code == Bishop ? steps.last(4) : steps;
 }
 
 std::uint32_t TypeBit(int code) { return 0x10000u >> code; }
@@ -427,7 +427,7 @@ int PlainKingSafety(int colour) {
   int free = 0;
   int pawns_near = 0;
   int shields = 0;
-  std::vector<Step> ring = StepsOf(Queen);
+  std::vector<Step> ring(kSteps.begin(), kSteps.end());
   ring.push_back(dir == dir_black ? Step{1, -2} : Step{-2, -1});
   for (const Step step : ring) {
     const Cell cell = king + step;

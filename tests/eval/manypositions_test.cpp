@@ -1,0 +1,41 @@
+// The evaluation and the attack maps against the plain ones, in as many positions as there is time
+// for.
+
+#include <gtest/gtest.h>
+
+#include "eval/attackmap.h"
+#include "eval/attacksets.h"
+#include "eval/evaluate.h"
+#include "position/attack.h"
+#include "position/record.h"
+#include "position/text.h"
+#include "tests/support/any_position.h"
+#include "tests/support/plain_evaluation.h"
+
+namespace tarvyle {
+namespace {
+
+constexpr int kFar = 1000000;
+
+void CompareAttacks() {
+  GenerateAttackes();
+  for (const int colour : {White, Black}) {
+    for (Square square = 0; square < kSquares; ++square) {
+      ASSERT_EQ(p_attack[colour][square], support::PlainAttackWord(colour, square))
+          << "colour " << colour << " on " << chb[square];
+    }
+  }
+}
+
+TEST(ManyPositions, AreEvaluatedAsThePlainEvaluationDoes) {
+  support::VisitTrees(61, support::Scaled(40000, 1000000), [] {
+    ASSERT_EQ(Evaluate(-kFar, kFar), support::PlainEvaluate(-kFar, kFar));
+  });
+}
+
+TEST(ManyPositions, HaveTheAttacksThatALookOutwardsFinds) {
+  support::VisitTrees(62, support::Scaled(60000, 1000000), CompareAttacks);
+}
+
+}  // namespace
+}  // namespace tarvyle
