@@ -95,9 +95,11 @@ TEST_F(AnyPosition, HasRoomForAListAtEveryPly) {
   int fullest = 0;
   int deepest = 0;
   Visit(73, Scaled(1000, 20000), [&] {
-    while (ply < kMaxPly && Generate() && ListLength() > 0) {
+    while (ply < kMaxPly && Generate()) {
       fullest = std::max(fullest, treeCnt[ply + 1]);
       deepest = std::max(deepest, ply);
+      LegalMoveList();
+      if (ListLength() == 0) break;
       MakeMove(tree[treeCnt[ply] + support::Below(random, ListLength())]);
     }
     tests::Ascend();
