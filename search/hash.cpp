@@ -48,6 +48,10 @@ int HalveDepths(HashEntry* table) {
     if (!IsOccupied(*entry)) continue;
     entry->depth = (entry->depth >> 1) & 0x3FF;
     greatest = std::max(greatest, static_cast<int>(entry->depth));
+int GreatestDepth(const HashEntry* table) {
+  int greatest = 0;
+  for (const HashEntry* entry = table; entry != table + Hash_Size; ++entry) {
+    greatest = std::max(greatest, entry->depth);
   }
   return greatest;
 }
@@ -110,11 +114,15 @@ void HashInsert(int score, int beta, int depth, Move move) {
   entry.depth = static_cast<std::uint32_t>(depth) & 0x3FF;
 }
 
+// All halvings at once: each pass over large tables takes its time, and nobody looks at the clock
+// meanwhile.
 void HashDepthLow() {
-  int greatest = 0;
-  do {
-    greatest = std::max(HalveDepths(hash[White]), HalveDepths(hash[Black]));
-  } while (greatest >= 3);
+  const int greatest = std::max(GreatestDepth(hash[White]), GreatestDepth(hash[Black]));
+  int divisor = 2;
+  while (greatest / divisor > 2) divisor *= 2;
+  for (HashEntry* table : hash) {
+    for (HashEntry* entry = table; entry != table + Hash_Size; ++entry) entry->depth /= divisor;
+  }
 }
 
 int HashDamp() {
