@@ -34,7 +34,8 @@ void PutRecordsRight(std::string& bytes) {
 
 // Compares each head with the next: at once, as this is asked in most executions.
 bool NothingIsKnown() {
-  return learn[0] == nullptr && std::memcmp(learn, learn + 1, sizeof learn - sizeof *learn) == 0;
+  return learn[0] == nullptr &&
+         std::memcmp(learn, learn + 1, sizeof learn - sizeof(LearnNode*)) == 0;
 }
 
 void LookAround() {

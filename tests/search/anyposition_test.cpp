@@ -208,7 +208,7 @@ TEST_F(AnyPosition, StopsTheSearchInTime) {
   HashAllocate(tests::kReferenceEntries);
   world.milliseconds = WatchingClock;
   const std::size_t step = support::LongTests() ? 1 : 5;
-  const int allowance = support::LongTests() ? 400 : 20;  // 1/100 s
+  const int allowance = support::LongTests() ? 100 : 20;  // 1/100 s
   int latest = INT_MIN;
   for (std::size_t i = 0; i < ExtremePositions().size(); i += step) {
     VisitOne(ExtremePositions()[i], [&] {
