@@ -41,17 +41,10 @@ int Weight(const HashEntry& entry) {
   return static_cast<int>(entry.depth) + 2 * static_cast<int>(entry.bound);
 }
 
-// Halves every depth of a table and returns the greatest new one.
-int HalveDepths(HashEntry* table) {
-  int greatest = 0;
-  for (HashEntry* entry = table; entry != table + Hash_Size; ++entry) {
-    if (!IsOccupied(*entry)) continue;
-    entry->depth = (entry->depth >> 1) & 0x3FF;
-    greatest = std::max(greatest, static_cast<int>(entry->depth));
 int GreatestDepth(const HashEntry* table) {
   int greatest = 0;
   for (const HashEntry* entry = table; entry != table + Hash_Size; ++entry) {
-    greatest = std::max(greatest, entry->depth);
+    if (IsOccupied(*entry)) greatest = std::max(greatest, static_cast<int>(entry->depth));
   }
   return greatest;
 }
@@ -116,12 +109,15 @@ void HashInsert(int score, int beta, int depth, Move move) {
 
 // All halvings at once: each pass over large tables takes its time, and nobody looks at the clock
 // meanwhile.
+// Halving again and again is one shift; two passes take the time of two, however deep the entries.
 void HashDepthLow() {
   const int greatest = std::max(GreatestDepth(hash[White]), GreatestDepth(hash[Black]));
-  int divisor = 2;
-  while (greatest / divisor > 2) divisor *= 2;
+  int halvings = 1;
+  while (greatest >> halvings > 2) ++halvings;
   for (HashEntry* table : hash) {
-    for (HashEntry* entry = table; entry != table + Hash_Size; ++entry) entry->depth /= divisor;
+    for (HashEntry* entry = table; entry != table + Hash_Size; ++entry) {
+      entry->depth = (entry->depth >> halvings) & 0x3FF;
+    }
   }
 }
 
