@@ -47,6 +47,22 @@ else()
   message(STATUS "link-time optimisation: off (${ipo_reason})")
 endif()
 
+# A build after a profile of `tarv bench`, by GCC; packaging/train makes both steps, in one build
+# folder because the objects' paths name the profiles.
+set(TARVYLE_PROFILE "" CACHE STRING "record: a build that records a profile; use: one that uses it")
+if(TARVYLE_PROFILE STREQUAL "record")
+  target_compile_options(project_options INTERFACE -fprofile-generate -fprofile-update=single)
+  target_link_options(project_options INTERFACE -fprofile-generate)
+elseif(TARVYLE_PROFILE STREQUAL "use")
+  if(NOT EXISTS ${CMAKE_BINARY_DIR}/trained)
+    message(FATAL_ERROR "no profile in ${CMAKE_BINARY_DIR}; packaging/train makes one")
+  endif()
+  # What the training never ran has no profile; that is no fault.
+  target_compile_options(project_options INTERFACE
+    -fprofile-use -fprofile-partial-training -Wno-missing-profile)
+  target_link_options(project_options INTERFACE -fprofile-use)
+endif()
+
 # Sets of squares are counted all the time; every x86-64 processor since 2009 does that in one
 # instruction, and this names those. "" leaves the choice to the compiler, "native" builds for this
 # machine.
