@@ -10,7 +10,10 @@
 #include "eval/scoretable.h"
 #include "position/setup.h"
 #include "tools/bench.h"
+#include "tools/book/book.h"
 #include "tools/engine.h"
+#include "tools/failure.h"
+#include "tools/learn/learn.h"
 #include "tools/lines.h"
 #include "tools/listings.h"
 #include "tools/searches.h"
@@ -19,6 +22,7 @@ namespace {
 
 using namespace tarvyle::tools;
 
+constexpr int kCheckFailed = 1;
 constexpr int kUsageError = 2;
 
 void AddPositions(CLI::App& app, std::string& file) {
@@ -110,6 +114,8 @@ int Run(int argc, char** argv) {
   AddSearch(app, search);
   AddBench(app, bench);
   AddTables(app, fen);
+  AddLearn(app);
+  AddBook(app);
   if (!StartEngine()) throw std::runtime_error("out of memory");
   try {
     app.parse(argc, argv);
@@ -126,6 +132,9 @@ int Run(int argc, char** argv) {
 int main(int argc, char** argv) {
   try {
     return Run(argc, argv);
+  } catch (const CheckFailed& failure) {
+    std::fprintf(stderr, "tarv: %s\n", failure.what());
+    return kCheckFailed;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "tarv: %s\n", error.what());
     return kUsageError;

@@ -1,0 +1,133 @@
+#include "tools/book/pgnextract.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <regex>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
+
+#include "base/token.h"
+#include "tools/files.h"
+
+namespace tarvyle::tools {
+
+namespace {
+
+constexpr int kCannotStart = 127;
+
+// Where Debian puts it is not on every user's search path.
+std::string FindProgram(const std::string& name) {
+  const char* path = std::getenv("PATH");
+  std::istringstream folders(std::string(path != nullptr ? path : "") + ":/usr/games");
+  std::string folder;
+  while (std::getline(folders, folder, ':')) {
+    const std::string program = (folder.empty() ? "." : folder) + "/" + name;
+    if (access(program.c_str(), X_OK) == 0) return program;
+  }
+  throw std::runtime_error(name + " is not installed; it is the Debian package " + name);
+}
+
+[[noreturn]] void RunChild(const std::string& program, std::vector<std::string> arguments,
+                           int output) {
+  std::vector<char*> words;
+  for (std::string& argument : arguments) words.push_back(argument.data());
+  words.push_back(nullptr);
+  if (dup2(output, STDOUT_FILENO) >= 0) execv(program.c_str(), words.data());
+  _exit(kCannotStart);
+}
+
+std::string ReadToEnd(int input) {
+  std::string text;
+  std::array<char, 1 << 16> buffer;
+  ssize_t count = 0;
+  while ((count = read(input, buffer.data(), buffer.size())) > 0) {
+    text.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  return text;
+}
+
+std::string OutputOf(const std::string& program, const std::vector<std::string>& arguments) {
+  int ends[2];
+  if (pipe(ends) != 0) throw std::runtime_error("no pipe for " + program);
+  const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("cannot start " + program);
+  if (child == 0) {
+    close(ends[0]);
+    RunChild(program, arguments, ends[1]);
+  }
+  close(ends[1]);
+  const std::string output = ReadToEnd(ends[0]);
+  close(ends[0]);
+  int status = 0;
+  waitpid(child, &status, 0);
+  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+    throw std::runtime_error(program + " failed");
+  }
+  return output;
+}
+
+std::string Unquoted(const std::string& text) {
+  return std::regex_replace(text, std::regex(R"(\\(["\\]))"), "$1");
+}
+
+struct Tags {
+  std::string eco;
+  std::string opening;
+  std::string variation;
+};
+
+void TakeTag(const std::string& line, Tags& tags) {
+  static const std::regex form(R"re(\[(\w+) "(.*)"\])re");
+  std::smatch match;
+  if (!std::regex_match(line, match, form) || match[2] == "?") return;
+  const std::string name = match[1];
+  const std::string text = Unquoted(match[2]);
+  if (name == "ECO") tags.eco = text.substr(0, 3);
+  if (name == "Opening") tags.opening = text;
+  if (name == "Variation") tags.variation = text;
+}
+
+PgnGame GameOf(const Tags& tags, std::string_view moves) {
+  static const std::regex code("[A-E][0-9]{2}");
+  PgnGame game;
+  if (std::regex_match(tags.eco, code)) game.eco = tags.eco;
+  game.opening = tags.opening;
+  if (!tags.variation.empty() && !tags.opening.empty()) game.opening += ", " + tags.variation;
+  for (auto move = NextToken(moves, " "); !move.empty(); move = NextToken(moves, " ")) {
+    game.moves.emplace_back(move);
+  }
+  if (!game.moves.empty()) game.moves.pop_back();  // the result
+  return game;
+}
+
+}  // namespace
+
+std::vector<PgnGame> ExtractGames(const std::vector<std::string>& files) {
+  const std::string program = FindProgram("pgn-extract");
+  // Tags and moves alone, the moves of a game in one line; no games that begin elsewhere.
+  std::vector<std::string> arguments = {"pgn-extract",   "-s",    "-C", "-N",   "-V",
+                                        "--nosetuptags", "-Wuci", "-w", "65000"};
+  for (const std::string& file : files) {
+    (void)ReadWholeFile(file);
+    arguments.push_back(file.starts_with('-') ? "./" + file : file);
+  }
+  std::istringstream output(OutputOf(program, arguments));
+  std::vector<PgnGame> games;
+  Tags tags;
+  for (std::string line; std::getline(output, line);) {
+    if (line.starts_with('[')) {
+      TakeTag(line, tags);
+    } else if (!line.empty()) {
+      games.push_back(GameOf(tags, line));
+      tags = {};
+    }
+  }
+  return games;
+}
+
+}  // namespace tarvyle::tools

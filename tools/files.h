@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarvyle::tools {
+
+// All bytes of a regular file. Throws std::runtime_error that names the file.
+std::string ReadWholeFile(const std::string& path);
+
+// Replaces the file at `path`, or makes it: written beside it under another name, brought to the
+// disk, then renamed, so that the old content or the new one is there at every moment, and the old
+// one after any failure. A link stays a link. Throws std::runtime_error that names the file.
+void WriteFileAtomically(const std::string& path, std::string_view content);
+
+// Whether anything stands at `path`.
+bool FileExists(const std::string& path);
+
+// Whether both name the same file on disk.
+bool SameFile(const std::string& first, const std::string& second);
+
+}  // namespace tarvyle::tools
