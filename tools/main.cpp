@@ -17,6 +17,7 @@
 #include "tools/lines.h"
 #include "tools/listings.h"
 #include "tools/searches.h"
+#include "tools/suite/suite.h"
 
 namespace {
 
@@ -116,6 +117,7 @@ int Run(int argc, char** argv) {
   AddTables(app, fen);
   AddLearn(app);
   AddBook(app);
+  AddSuite(app);
   if (!StartEngine()) throw std::runtime_error("out of memory");
   try {
     app.parse(argc, argv);

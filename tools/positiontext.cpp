@@ -144,7 +144,8 @@ std::string ScoreText(int score) {
   } else if (score < -kMateWindow) {
     std::snprintf(text, sizeof text, "-#%d", (kMateAtOnce + score + 1) / 2);
   } else {
-    std::snprintf(text, sizeof text, "%+.2f", score / 1000.0);
+    // Not "-0.00".
+    std::snprintf(text, sizeof text, "%+.2f", std::abs(score) < 5 ? 0.0 : score / 1000.0);
   }
   return text;
 }
