@@ -13,6 +13,7 @@
 #include "tools/book/book.h"
 #include "tools/engine.h"
 #include "tools/failure.h"
+#include "tools/game/game.h"
 #include "tools/learn/learn.h"
 #include "tools/lines.h"
 #include "tools/listings.h"
@@ -117,6 +118,7 @@ int Run(int argc, char** argv) {
   AddTables(app, fen);
   AddLearn(app);
   AddBook(app);
+  AddGame(app);
   AddSuite(app);
   if (!StartEngine()) throw std::runtime_error("out of memory");
   try {

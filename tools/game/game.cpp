@@ -1,0 +1,112 @@
+#include "tools/game/game.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "frontend/display.h"
+#include "tools/files.h"
+#include "tools/game/pgn.h"
+#include "tools/game/report.h"
+#include "tools/game/savedgame.h"
+#include "tools/positiontext.h"
+
+namespace tarvyle::tools {
+
+namespace {
+
+struct GameOptions {
+  std::string file;
+  std::string white;
+  std::string black;
+  std::string output;
+};
+
+SavedGame ReadNamedGame(const GameOptions& options) {
+  SavedGame game = ReadSavedGame(options.file);
+  if (!options.white.empty()) game.white = options.white;
+  if (!options.black.empty()) game.black = options.black;
+  return game;
+}
+
+// Moves in two columns, each with its score for White.
+void PrintMoves(const SavedGame& game) {
+  for (std::size_t i = 0; i < game.moves.size(); ++i) {
+    const GameMove& move = game.moves[i];
+    if (move.side == White || i == 0) std::printf("%4d.  ", move.number);
+    if (move.side == Black && i == 0) std::printf("%-19s", "...");
+    std::printf("%-9s%-10s", move.san.c_str(), move.score ? ScoreText(*move.score).c_str() : "");
+    if (move.side == Black || i + 1 == game.moves.size()) std::puts("");
+  }
+}
+
+void Show(const GameOptions& options) {
+  const SavedGame game = ReadNamedGame(options);
+  std::printf("White   %s\nBlack   %s\nResult  %s%s%s\n\n", game.white.c_str(), game.black.c_str(),
+              game.result.c_str(), game.reason.empty() ? "" : ", ", game.reason.c_str());
+  PrintMoves(game);
+  if (!game.taken_back.empty()) {
+    std::printf("\ntaken back:");
+    for (const std::string& san : game.taken_back) std::printf(" %s", san.c_str());
+    std::puts("");
+  }
+  std::puts("");
+  show_board();
+  std::fflush(stdout);
+}
+
+void WritePgn(const GameOptions& options) {
+  const std::string pgn = GameAsPgn(ReadNamedGame(options));
+  if (options.output.empty()) {
+    std::cout << pgn;
+  } else {
+    WriteFileAtomically(options.output, pgn);
+  }
+}
+
+void WriteReport(const GameOptions& options) {
+  const std::string page = GameAsPage(ReadNamedGame(options));
+  const std::string output =
+      options.output.empty()
+          ? std::filesystem::path(options.file).replace_extension(".html").string()
+          : options.output;
+  WriteFileAtomically(output, page);
+  std::puts(output.c_str());
+}
+
+CLI::App* Subcommand(CLI::App& group, const char* name, const char* what, const char* example,
+                     GameOptions& options) {
+  CLI::App* command = group.add_subcommand(name, what);
+  command->footer(std::string("Example:\n  ") + example);
+  command->add_option("FILE", options.file, "game saved with the engine's \"save\"")->required();
+  command->add_option("--white", options.white, "name of the player of White");
+  command->add_option("--black", options.black, "name of the player of Black");
+  return command;
+}
+
+}  // namespace
+
+void AddGame(CLI::App& app) {
+  CLI::App* group = app.add_subcommand("game", "Shows saved games, also as PGN and as a web page");
+  group->require_subcommand(1);
+  group->footer("Example:\n  tarv game show tarvyle_save_game.dat");
+  auto options = std::make_shared<GameOptions>();
+  Subcommand(*group, "show", "Prints moves, scores and board",
+             "tarv game show tarvyle_save_game.dat", *options)
+      ->callback([options] { Show(*options); });
+  CLI::App* pgn = Subcommand(*group, "pgn", "Writes PGN with the engine's scores in comments",
+                             "tarv game pgn --white \"A. Player\" tarvyle_save_game.dat", *options);
+  pgn->add_option("-o,--output", options->output, "file to write (default: standard output)");
+  pgn->callback([options] { WritePgn(*options); });
+  CLI::App* report =
+      Subcommand(*group, "report", "Writes a web page to step through, with a graph of the scores",
+                 "tarv game report --output game.html tarvyle_save_game.dat", *options);
+  report->add_option("-o,--output", options->output,
+                     "file to write (default: FILE with the ending .html)");
+  report->callback([options] { WriteReport(*options); });
+}
+
+}  // namespace tarvyle::tools

@@ -1,0 +1,78 @@
+#include "tools/game/report.h"
+
+#include "search/state.h"
+#include "tools/game/pgn.h"
+#include "tools/json.h"
+#include "tools/positiontext.h"
+
+namespace tarvyle::tools {
+
+namespace {
+
+constexpr double kPawn = 1000.0;
+constexpr double kShownMate = 99;  // pawns that stand for a mate in the graph
+
+std::string HtmlText(const std::string& text) {
+  std::string html;
+  for (const char letter : text) {
+    switch (letter) {
+      case '&': html += "&amp;"; break;
+      case '<': html += "&lt;"; break;
+      case '"': html += "&quot;"; break;
+      default: html += letter;
+    }
+  }
+  return html;
+}
+
+double GraphValue(int score) {
+  if (score > kMateWindow) return kShownMate;
+  return score < -kMateWindow ? -kShownMate : score / kPawn;
+}
+
+std::string PositionFields(const GamePosition& position) {
+  return "\"board\": " + JsonText(position.board) +
+         ", \"check\": " + (position.check ? "true" : "false");
+}
+
+std::string MoveObject(const GameMove& move) {
+  std::string text = "{\"san\": " + JsonText(move.san) +
+                     ", \"number\": " + std::to_string(move.number) +
+                     ", \"side\": " + std::to_string(move.side) +
+                     ", \"from\": " + std::to_string(OriginOf(move.move)) +
+                     ", \"to\": " + std::to_string(TargetOf(move.move)) + ", ";
+  if (move.score) {
+    text += "\"score\": " + std::to_string(GraphValue(*move.score)) +
+            ", \"scoreText\": " + JsonText(ScoreText(*move.score)) + ", ";
+  }
+  return text + PositionFields(move.after) + "}";
+}
+
+std::string GameObject(const SavedGame& game) {
+  std::string text =
+      "{\"white\": " + JsonText(game.white) + ", \"black\": " + JsonText(game.black) +
+      ", \"date\": " + JsonText(game.date) + ", \"result\": " + JsonText(game.result) +
+      ", \"reason\": " + JsonText(game.reason) + ", \"pgn\": " + JsonText(GameAsPgn(game)) +
+      ", \"start\": {" + PositionFields(game.start) + "}, \"takenBack\": [";
+  for (std::size_t i = 0; i < game.taken_back.size(); ++i) {
+    text += (i > 0 ? ", " : "") + JsonText(game.taken_back[i]);
+  }
+  text += "], \"moves\": [";
+  for (std::size_t i = 0; i < game.moves.size(); ++i) {
+    text += (i > 0 ? ",\n" : "\n") + MoveObject(game.moves[i]);
+  }
+  return text + "]}";
+}
+
+std::string Replaced(std::string page, const std::string& mark, const std::string& text) {
+  return page.replace(page.find(mark), mark.size(), text);
+}
+
+}  // namespace
+
+std::string GameAsPage(const SavedGame& game) {
+  const std::string title = game.white + " - " + game.black + ", " + game.result;
+  return Replaced(Replaced(kReportPage, "@TITLE@", HtmlText(title)), "@GAME@", GameObject(game));
+}
+
+}  // namespace tarvyle::tools

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "tools/game/savedgame.h"
+
+namespace tarvyle::tools {
+
+// A game as one HTML page that needs nothing else: the board to step through, the moves with their
+// scores, and a graph of the scores.
+std::string GameAsPage(const SavedGame& game);
+
+// The page without a game; "@TITLE@" and "@GAME@" (a JSON object) stand where it goes.
+extern const char* const kReportPage;
+
+}  // namespace tarvyle::tools
