@@ -16,14 +16,14 @@ const char* const kReportPage = R"page(<!DOCTYPE html>
 <style>
 :root {
   --page: #f4f1ea; --card: #ffffff; --ink: #24211c; --soft: #776f63; --line: #e2dccf;
-  --accent: #b5651d; --accent-soft: #f6e3cf;
+  --accent: #b5651d; --accent-soft: #f6e3cf; --on-accent: #ffffff;
   --light: #efe0c6; --dark: #a97b50; --mark: rgba(250, 208, 60, .55); --check: rgba(214, 48, 49, .75);
   --white-area: #ffffff; --black-area: #4a443b; --grid: rgba(128, 118, 100, .35);
 }
 @media (prefers-color-scheme: dark) {
   :root {
     --page: #1b1a18; --card: #262421; --ink: #ece7de; --soft: #a39a8b; --line: #3a3732;
-    --accent: #e0985a; --accent-soft: #46341f;
+    --accent: #e0985a; --accent-soft: #46341f; --on-accent: #211509;
     --light: #d9c4a0; --dark: #8a623d; --mark: rgba(245, 196, 50, .55);
     --white-area: #d8d2c6; --black-area: #121110; --grid: rgba(160, 150, 130, .3);
   }
@@ -81,8 +81,8 @@ button svg { width: 18px; height: 18px; fill: currentColor; }
   border: 0; height: 32px; padding: 0 8px; border-radius: 7px; display: flex; gap: 8px; align-items: center; width: 100%;
 }
 #moves button small { margin-left: auto; color: var(--soft); font-variant-numeric: tabular-nums; }
-#moves button[aria-current] { background: var(--accent); color: #fff; }
-#moves button[aria-current] small { color: rgba(255, 255, 255, .85); }
+#moves button[aria-current] { background: var(--accent); color: var(--on-accent); }
+#moves button[aria-current] small { color: inherit; }
 .foot { padding: 10px 18px; border-top: 1px solid var(--line); display: flex; gap: 14px; color: var(--soft); font-size: .88rem; }
 .foot a { color: var(--accent); margin-left: auto; white-space: nowrap; }
 #graph-card { grid-area: graph; padding: 14px 18px 12px; }
@@ -90,6 +90,8 @@ button svg { width: 18px; height: 18px; fill: currentColor; }
 #graph-card h2 span { color: var(--soft); font-weight: 400; margin-left: .6em; }
 #graph { display: block; width: 100%; height: 190px; cursor: pointer; }
 #graph text { font-size: 11px; fill: var(--soft); }
+.inner { fill: none; stroke: var(--detail); }
+.dot { fill: var(--detail); stroke: none; }
 @media (max-width: 780px) {
   main { grid-template-columns: minmax(0, 1fr); grid-template-areas: "head" "board" "graph" "moves"; }
   #side > div { position: static; }
@@ -218,9 +220,9 @@ function drawPiece(svg, letter, square) {
   const white = letter === letter.toUpperCase();
   const piece = make(svg, "use", {
     href: "#piece-" + letter.toLowerCase(), "data-piece": letter, "data-square": square,
-    transform: `translate(${100 * file(square) + 6} ${100 * row(square) + 4}) scale(.88)`,
+    transform: `translate(${100 * file(square) - 1} ${100 * row(square) + 2}) scale(1.02)`,
     fill: white ? "#fffdf8" : "#2e2a26", stroke: white ? "#2e2a26" : "#12100e",
-    "stroke-width": 3.6, "stroke-linejoin": "round", "stroke-linecap": "round"});
+    "stroke-width": 3.2, "stroke-linejoin": "round", "stroke-linecap": "round"});
   piece.style.setProperty("--detail", white ? "#2e2a26" : "#e9dfcf");
 }
 
@@ -400,10 +402,6 @@ document.addEventListener("keydown", event => {
 window.addEventListener("resize", drawGraph);
 show(Number(location.hash.slice(1)) || game.moves.length);
 </script>
-<style>
-.inner { fill: none; stroke: var(--detail); }
-.dot { fill: var(--detail); stroke: none; }
-</style>
 </body>
 </html>
 )page";
