@@ -1,5 +1,7 @@
 #include "tools/game/report.h"
 
+#include <string_view>
+
 #include "search/state.h"
 #include "tools/game/pgn.h"
 #include "tools/json.h"
@@ -64,15 +66,19 @@ std::string GameObject(const SavedGame& game) {
   return text + "]}";
 }
 
-std::string Replaced(std::string page, const std::string& mark, const std::string& text) {
-  return page.replace(page.find(mark), mark.size(), text);
-}
-
 }  // namespace
 
 std::string GameAsPage(const SavedGame& game) {
-  const std::string title = game.white + " - " + game.black + ", " + game.result;
-  return Replaced(Replaced(kReportPage, "@TITLE@", HtmlText(title)), "@GAME@", GameObject(game));
+  constexpr std::string_view kTitle = "@TITLE@";
+  constexpr std::string_view kGame = "@GAME@";
+  const std::string_view page = kReportPage;
+  const std::size_t title = page.find(kTitle);
+  const std::size_t data = page.find(kGame);
+  std::string text(page.substr(0, title));
+  text += HtmlText(game.white + " - " + game.black + ", " + game.result);
+  text += page.substr(title + kTitle.size(), data - title - kTitle.size());
+  text += GameObject(game);
+  return text += page.substr(data + kGame.size());
 }
 
 }  // namespace tarvyle::tools
