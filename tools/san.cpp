@@ -1,7 +1,5 @@
 #include "tools/san.h"
 
-#include <regex>
-
 #include "position/attack.h"
 #include "position/game.h"
 #include "position/legal.h"
@@ -85,7 +83,7 @@ Move TheMoveThatFits(const SanParts& parts) {
   return found;
 }
 
-Move CastlingOf(const std::string& text) {
+Move CastlingOf(std::string_view text) {
   const Move kind = text.size() > 3 ? kLongCastling : kShortCastling;
   for (int i = 0; i < ListLength(); ++i) {
     if ((tree[i] & kind) != 0) return tree[i];
@@ -93,9 +91,44 @@ Move CastlingOf(const std::string& text) {
   return 0;
 }
 
-int PieceOfLetter(const std::string& letter) {
-  return letter.empty() ? 0
-                        : static_cast<int>(std::string_view(kPieceLetters[White]).find(letter[0]));
+bool IsCastling(std::string_view text) {
+  return text == "O-O" || text == "0-0" || text == "O-O-O" || text == "0-0-0";
+}
+
+// The piece of an upper-case letter from knight to king, or 0.
+int PieceOfLetter(char letter) {
+  const std::size_t at = std::string_view("NBRQK").find(letter);
+  return at == std::string_view::npos ? NoPiece : static_cast<int>(at) + Knight;
+}
+
+// Takes the piece that a pawn becomes from the end of the text.
+int TakePromotion(std::string_view& text) {
+  const int piece = text.empty() ? NoPiece : PieceOfLetter(text.back());
+  if (piece == NoPiece || piece == King) return NoPiece;
+  text.remove_suffix(1);
+  if (text.ends_with('=')) text.remove_suffix(1);
+  return piece;
+}
+
+bool IsOrigin(std::string_view text) {
+  const auto is_file = [](char c) { return c >= 'a' && c <= 'h'; };
+  const auto is_row = [](char c) { return c >= '1' && c <= '8'; };
+  if (text.size() == 2) return is_file(text[0]) && is_row(text[1]);
+  return text.empty() || (text.size() == 1 && (is_file(text[0]) || is_row(text[0])));
+}
+
+// Reads "Nge2", "exd6", "a8=Q" and the like. False for other texts.
+bool ReadParts(std::string_view text, SanParts& parts) {
+  parts.piece = text.empty() ? NoPiece : PieceOfLetter(text.front());
+  if (parts.piece != NoPiece) text.remove_prefix(1);
+  if (parts.piece == NoPiece) parts.piece = Pawn;
+  parts.promotion = TakePromotion(text);
+  if (text.size() < 2) return false;
+  parts.target = StrToSq(text.substr(text.size() - 2));
+  text.remove_suffix(2);
+  if (text.ends_with('x') || text.ends_with('-')) text.remove_suffix(1);
+  parts.origin = text;
+  return parts.target >= 0 && IsOrigin(text);
 }
 
 }  // namespace
@@ -107,17 +140,11 @@ std::string SanOf(Move move) {
 }
 
 Move MoveOfSan(std::string_view text) {
-  static const std::regex castling("[O0]-[O0](-[O0])?");
-  static const std::regex form("([NBRQK]?)([a-h]?[1-8]?)[x-]?([a-h][1-8])=?([NBRQ]?)");
-  const std::string bare(text.substr(0, text.find_first_of("+#!?")));
-  std::smatch match;
+  const std::string_view bare = text.substr(0, text.find_first_of("+#!?"));
   if (!LegalMoveList()) return 0;
-  if (std::regex_match(bare, castling)) return CastlingOf(bare);
-  Move move = 0;
-  if (std::regex_match(bare, match, form)) {
-    const int piece = match[1].length() > 0 ? PieceOfLetter(match[1]) : Pawn;
-    move = TheMoveThatFits({piece, match[2], StrToSq(match[3].str()), PieceOfLetter(match[4])});
-  }
+  if (IsCastling(bare)) return CastlingOf(bare);
+  SanParts parts{};
+  Move move = ReadParts(bare, parts) ? TheMoveThatFits(parts) : 0;
   if (move == 0 && bare.size() >= 4) (void)StrToMove(bare, move);
   return move;
 }

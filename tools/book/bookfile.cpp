@@ -5,9 +5,10 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <regex>
 #include <stdexcept>
+#include <string_view>
 
+#include "base/token.h"
 #include "book/tokenizer.h"
 #include "position/game.h"
 #include "position/legal.h"
@@ -28,23 +29,29 @@ bool IsOpeningLine(const char* line) {
   return *line != '\0' && *line != '\n' && *line != '#';
 }
 
-// "A02-A03", also written "A02-03".
-bool ReadHeading(const std::string& comment, BookHeading& heading) {
-  static const std::regex form(R"(\s*#+\s*([A-E]\d\d)(?:-([A-E]?)(\d\d))?\s+(\S.*?)\s*)");
-  static const std::regex gambit(R"((?:gambit|sacrifice)s? by (White|Black))");
-  std::smatch match;
-  if (!std::regex_match(comment, match, form)) return false;
-  heading.first_code = match[1];
-  heading.last_code = heading.first_code;
-  if (match[3].matched) {
-    heading.last_code =
-        (match[2].length() > 0 ? match[2].str() : match[1].str().substr(0, 1)) + match[3].str();
+bool IsCode(std::string_view text) {
+  return text.size() == 3 && text[0] >= 'A' && text[0] <= 'E' &&
+         text.find_first_not_of("0123456789", 1) == std::string_view::npos;
+}
+
+bool NamesGambit(const std::string& name, const std::string& colour) {
+  for (const char* word : {"gambit by ", "gambits by ", "sacrifice by ", "sacrifices by "}) {
+    if (name.find(word + colour) != std::string::npos) return true;
   }
-  heading.name = match[4];
-  for (std::sregex_iterator at(heading.name.begin(), heading.name.end(), gambit), end; at != end;
-       ++at) {
-    heading.gambit[(*at)[1] == "White" ? White : Black] = true;
-  }
+  return false;
+}
+
+// "# A02-A03 Bird opening"; a comment without codes in front is no heading.
+bool ReadHeading(std::string_view comment, BookHeading& heading) {
+  const std::string_view codes = NextToken(comment, " #\t\r\n");
+  heading.first_code = codes.substr(0, 3);
+  heading.last_code = codes.size() > 4 ? codes.substr(4) : codes;
+  if (!IsCode(heading.first_code) || !IsCode(heading.last_code)) return false;
+  if (codes.size() != 3 && (codes.size() != 7 || codes[3] != '-')) return false;
+  const std::size_t end = comment.find_last_not_of(" \t\r\n");
+  heading.name = comment.substr(0, end == std::string_view::npos ? 0 : end + 1);
+  heading.gambit[White] = NamesGambit(heading.name, "White");
+  heading.gambit[Black] = NamesGambit(heading.name, "Black");
   return true;
 }
 
@@ -66,10 +73,7 @@ void ReadMoves(char* text, BookLine& line, std::vector<BookError>& errors) {
 void TakeLine(char* text, std::size_t file_line, BookFile& book) {
   if (IsComment(text)) {
     BookHeading heading;
-    std::string comment(text);
-    if (ReadHeading(comment.substr(0, comment.find_last_not_of("\r\n") + 1), heading)) {
-      book.headings.push_back(heading);
-    }
+    if (ReadHeading(text, heading)) book.headings.push_back(heading);
   } else if (IsOpeningLine(text)) {
     BookLine line{book.lines.size() + 1,
                   file_line,
@@ -111,8 +115,10 @@ std::string ErrorText(const BookError& error) {
 
 std::string MovesText(const BookLine& line) {
   std::string text;
-  for (const Move move : line.moves)
-    text += (text.empty() ? "" : " ") + std::string(MoveToStr(move));
+  for (const Move move : line.moves) {
+    if (!text.empty()) text += ' ';
+    text += MoveToStr(move);
+  }
   return text;
 }
 

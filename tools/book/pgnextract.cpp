@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
@@ -71,8 +70,19 @@ std::string OutputOf(const std::string& program, const std::vector<std::string>&
   return output;
 }
 
-std::string Unquoted(const std::string& text) {
-  return std::regex_replace(text, std::regex(R"(\\(["\\]))"), "$1");
+// The text of a tag, whose quotation marks and backslashes have a backslash in front.
+std::string Unquoted(std::string_view text) {
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\\' && i + 1 < text.size()) ++i;
+    plain += text[i];
+  }
+  return plain;
+}
+
+bool IsCode(std::string_view text) {
+  return text.size() == 3 && text[0] >= 'A' && text[0] <= 'E' &&
+         text.find_first_not_of("0123456789", 1) == std::string_view::npos;
 }
 
 struct Tags {
@@ -81,21 +91,22 @@ struct Tags {
   std::string variation;
 };
 
-void TakeTag(const std::string& line, Tags& tags) {
-  static const std::regex form(R"re(\[(\w+) "(.*)"\])re");
-  std::smatch match;
-  if (!std::regex_match(line, match, form) || match[2] == "?") return;
-  const std::string name = match[1];
-  const std::string text = Unquoted(match[2]);
+// A line [Name "text"].
+void TakeTag(std::string_view line, Tags& tags) {
+  const std::size_t open = line.find(" \"");
+  const std::size_t close = line.rfind("\"]");
+  if (open == std::string_view::npos || close == std::string_view::npos || close < open + 2) return;
+  const std::string_view name = line.substr(1, open - 1);
+  const std::string text = Unquoted(line.substr(open + 2, close - open - 2));
+  if (text == "?") return;
   if (name == "ECO") tags.eco = text.substr(0, 3);
   if (name == "Opening") tags.opening = text;
   if (name == "Variation") tags.variation = text;
 }
 
 PgnGame GameOf(const Tags& tags, std::string_view moves) {
-  static const std::regex code("[A-E][0-9]{2}");
   PgnGame game;
-  if (std::regex_match(tags.eco, code)) game.eco = tags.eco;
+  if (IsCode(tags.eco)) game.eco = tags.eco;
   game.opening = tags.opening;
   if (!tags.variation.empty() && !tags.opening.empty()) game.opening += ", " + tags.variation;
   for (auto move = NextToken(moves, " "); !move.empty(); move = NextToken(moves, " ")) {
