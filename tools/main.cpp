@@ -10,7 +10,7 @@
 #include "eval/scoretable.h"
 #include "position/setup.h"
 #include "tools/bench.h"
-#include "tools/book/book.h"
+#include "tools/book/bookcommand.h"
 #include "tools/engine.h"
 #include "tools/failure.h"
 #include "tools/game/game.h"

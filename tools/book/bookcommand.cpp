@@ -1,4 +1,4 @@
-#include "tools/book/book.h"
+#include "tools/book/bookcommand.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
