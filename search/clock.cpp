@@ -15,7 +15,7 @@ World world = {RealMilliseconds, RealSeed};
 
 namespace {
 
-constexpr std::uint64_t kPollMask = 4095;  // the clock is read every 4096 nodes
+constexpr std::uint64_t kPollMask = kNodesPerPoll - 1;
 
 int Now() { return static_cast<int>(TICK_COUNT()); }
 
@@ -37,7 +37,7 @@ std::uint32_t TICK_COUNT() { return tick_cnt() / 10; }
 void SeedRandom() { std::srand(world.seed()); }
 
 void TimeReset() {
-  cnt_nodes = 0;
+  cnt_nodes = world.first_count;
   is_stop_search = 0;
   start_time = Now();
   curr_time = start_time;
@@ -50,6 +50,7 @@ int StopSearch() {
   // A clock that went back, or wrapped, starts the search's time anew.
   if (curr_time < start_time) start_time = curr_time;
   if (curr_time - start_time >= limit_time * 95 / 100) is_stop_search = 1;
+  if (world.should_stop != nullptr && world.should_stop()) is_stop_search = 1;
   return is_stop_search;
 }
 

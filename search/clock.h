@@ -12,16 +12,23 @@ extern int curr_time;   // last clock reading of the search, 1/100 s
 extern std::uint64_t cnt_nodes;  // nodes since TimeReset: each call of StopSearch counts one
 extern int is_stop_search;       // 1 once the time is used up, until the next TimeReset
 
-// The two things that a search takes from the world outside: a clock in milliseconds, and a seed
-// for the random generator. Tests, benchmarks and tools put their own in place.
+// What a search takes from the world outside: a clock in milliseconds, and a seed for the random
+// generator. Tests, benchmarks and tools put their own in place; the last two are theirs alone.
 struct World {
   std::uint32_t (*milliseconds)();
   unsigned (*seed)();
+  // Asked whenever the clock is read: true stops the search. Null: only the clock does.
+  bool (*should_stop)() = nullptr;
+  // Where the node counter of a search starts. The clock is read each time the counter reaches a
+  // multiple of kNodesPerPoll: this decides at which nodes.
+  std::uint64_t first_count = 0;
 };
 extern World world;
 
-// The real ones: the system's clock, and the current time as seed.
 inline constexpr std::uint32_t kMillisecondsPerSecond = 1000;
+inline constexpr std::uint64_t kNodesPerPoll = 4096;  // between two looks at the clock
+
+// The real ones: the system's clock, and the current time as seed.
 std::uint32_t RealMilliseconds();
 unsigned RealSeed();
 
@@ -38,7 +45,8 @@ void SeedRandom();
 void TimeReset();
 
 // Counts one node and returns the stop flag. Every 4096 nodes it reads the clock first and sets the
-// flag when 95 % of `limit_time` have passed; the rest is left for unwinding.
+// flag when 95 % of `limit_time` have passed; the rest is left for unwinding. Then, too, it asks
+// `world.should_stop`.
 int StopSearch();
 
 }  // namespace tarvyle

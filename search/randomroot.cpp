@@ -155,7 +155,7 @@ void Report(Move move, int score, int depth) {
     return;
   }
   std::printf("# select move: %s, %d \n", MoveToStr(move), score);
-  SaveSearchResult(score, depth);
+  LearnResult(score, depth);
 }
 
 // The search proper, for a root with several moves. Returns the chosen move, or 0.
@@ -179,7 +179,7 @@ bool Rnd_Root_Search(Move& move) {
   std::puts("search move ... ");
   init_search();
   SeedRandom();
-  if (!LegalMoveList() || ListLength() == 0) {
+  if (!ListRootMoves()) {
     std::puts("#cap. king - illegal move ");
     return false;
   }

@@ -13,6 +13,7 @@
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "pv/line.h"
 #include "pv/tree.h"
 #include "search/clock.h"
 #include "search/hash.h"
@@ -33,6 +34,11 @@ constexpr int kFirstIteration = 2;
 constexpr int kStopFrom = 6;  // no iteration before this one ends the search
 constexpr int kMateFound = 999900;
 constexpr double kNextIterationCost = 1.2;
+
+bool IsAsked(Move move) {
+  const Move* end = root_hooks.only + LineLen(root_hooks.only);
+  return std::find(root_hooks.only, end, move) != end;
+}
 
 // What every kind of root search starts from.
 void PrepareRoot() {
@@ -122,6 +128,19 @@ void DropLines() {
   while (pv_table != nullptr) LineFree(reinterpret_cast<Move*>(pvt_pop_first(&pv_table)));
 }
 
+bool ListRootMoves() {
+  if (!LegalMoveList()) return false;
+  if (root_hooks.only != nullptr) {
+    Move* end = std::remove_if(tree, tree + treeCnt[1], [](Move move) { return !IsAsked(move); });
+    treeCnt[1] = static_cast<int>(end - tree);
+  }
+  return ListLength() > 0;
+}
+
+void LearnResult(int score, int depth) {
+  if (root_hooks.only == nullptr) SaveSearchResult(score, depth);
+}
+
 bool BookAnswers(int count, Move& move) {
   if (std::strcmp(property_get("book move"), "auto") != 0) return false;
   if (std::rand() % 101 >= 51) return false;
@@ -138,7 +157,7 @@ bool SearchMove(Move& move) {
   if (is_rnd_search != 0) return Rnd_Root_Search(move);
 
   PrepareRoot();
-  if (!LegalMoveList() || ListLength() == 0) return false;
+  if (!ListRootMoves()) return false;
   const int count = ListLength();
   RndMovesWithLib(0, count - 1);
   pvReset(pv_tree);
@@ -149,7 +168,7 @@ bool SearchMove(Move& move) {
 
   move = search_mv;
   if (search_mv == 0) return false;
-  SaveSearchResult(search_score, search_depth);
+  LearnResult(search_score, search_depth);
   return true;
 }
 

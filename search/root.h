@@ -8,10 +8,12 @@ namespace tarvyle {
 
 inline constexpr int kMaxIteration = 90;
 
-// How tools bound and watch the normal root search. Left alone, nothing changes.
+// How tools bound and watch a root search. Left alone, nothing changes.
 struct RootHooks {
   int max_depth = kMaxIteration;                            // deepest iteration
   void (*after_iteration)(int depth, int score) = nullptr;  // called at the end of each
+  // The root moves to search, ended by 0, in place of all. What they score is not learned.
+  const Move* only = nullptr;
 };
 extern RootHooks root_hooks;
 
@@ -27,6 +29,12 @@ void init_search();
 // Frees the lines of `pv_table`, after merging them into the tree of principal variations or not.
 void MergeLines();
 void DropLines();
+
+// Builds the list of the root moves to search. False when there is none, or the position illegal.
+bool ListRootMoves();
+
+// Puts the result of a search of all root moves into the learn table.
+void LearnResult(int score, int depth);
 
 // Whether the configuration lets the book move, and this time's draw does (51 in 101), and the book
 // has a move among the first `count` root moves: then it is written.

@@ -81,7 +81,7 @@ SearchReport SearchToDepth(int depth, unsigned seed) {
   report = &result;
   fixed_seed = seed;
   const World outside = world;
-  world = {[] { return 0u; }, [] { return fixed_seed; }};
+  world = {[] { return 0u; }, [] { return fixed_seed; }, outside.should_stop};
   limit_time = kNoTimeLimit;
   root_hooks = {depth, NoteIteration};
   status_sink = NoteLine;

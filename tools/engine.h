@@ -38,7 +38,8 @@ struct SearchReport {
   std::uint64_t nodes = 0;
 };
 
-// Searches the current position with iterations 2..depth, without a clock, with a fixed seed.
+// Searches the current position with iterations 2..depth, without a clock, with a fixed seed. Asks
+// `world.should_stop` when there is one.
 SearchReport SearchToDepth(int depth, unsigned seed);
 
 }  // namespace tarvyle::tools

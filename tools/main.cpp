@@ -19,6 +19,7 @@
 #include "tools/listings.h"
 #include "tools/searches.h"
 #include "tools/suite/suite.h"
+#include "tools/uci/uci.h"
 
 namespace {
 
@@ -120,6 +121,7 @@ int Run(int argc, char** argv) {
   AddBook(app);
   AddGame(app);
   AddSuite(app);
+  AddUci(app);
   if (!StartEngine()) throw std::runtime_error("out of memory");
   try {
     app.parse(argc, argv);

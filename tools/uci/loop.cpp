@@ -1,0 +1,104 @@
+#include "tools/uci/loop.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "base/token.h"
+#include "tools/engine.h"
+#include "tools/uci/extras.h"
+#include "tools/uci/input.h"
+#include "tools/uci/knowledge.h"
+#include "tools/uci/limits.h"
+#include "tools/uci/options.h"
+#include "tools/uci/output.h"
+#include "tools/uci/place.h"
+#include "tools/uci/think.h"
+
+namespace tarvyle::tools {
+
+namespace {
+
+void ObeyUci(std::string_view /*words*/) {
+  Say("id name Tarvyle");
+  Say("id author Tarvyle developers");
+  SayOptions();
+  Say("uciok");
+}
+
+void Freshen() {
+  if (FreshenKnowledge()) PlaceAgain();
+}
+
+void ObeyIsReady(std::string_view /*words*/) {
+  Freshen();
+  Say("readyok");
+}
+
+void ObeyNewGame(std::string_view /*words*/) {
+  FreshProcess();
+  KnowledgeIsStale();
+  FreshenKnowledge();
+  PlaceNewGame();
+}
+
+void ObeyGo(std::string_view words) {
+  Freshen();
+  Think(ReadLimits(words));
+}
+
+// Nothing is being searched.
+void ObeyStop(std::string_view /*words*/) {}
+
+struct Row {
+  std::string_view word;
+  void (*obey)(std::string_view words);
+};
+
+constexpr std::array kRows = {
+    Row{"uci", ObeyUci},
+    Row{"isready", ObeyIsReady},
+    Row{"ucinewgame", ObeyNewGame},
+    Row{"setoption", ObeySetOption},
+    Row{"position", ObeyPosition},
+    Row{"go", ObeyGo},
+    Row{"stop", ObeyStop},
+    Row{"ponderhit", ObeyStop},
+    Row{"bench", ObeyBench},
+    Row{"perft", ObeyPerft},
+    Row{"eval", ObeyEval},
+    Row{"d", ObeyShow},
+};
+
+// False when it was "quit".
+bool Obey(std::string_view line) {
+  std::string_view rest = line;
+  const std::string_view word = NextToken(rest, " \t\r");
+  if (word.empty()) return true;
+  if (word == "quit") return false;
+  const auto* row =
+      std::find_if(kRows.begin(), kRows.end(), [&](const Row& r) { return r.word == word; });
+  if (row != kRows.end()) {
+    row->obey(rest);
+  } else {
+    SayInfo("unknown command: " + std::string(word));
+  }
+  return true;
+}
+
+}  // namespace
+
+void SpeakUci(int in, int out) {
+  ListenTo(in);
+  SayTo(out);
+  interruption = {};
+  const HeldWords held;
+  ResetOptions();
+  PlaceNewGame();
+  std::string line;
+  while (!interruption.quit && NextLine(line) && Obey(line)) {
+  }
+}
+
+}  // namespace tarvyle::tools

@@ -1,0 +1,185 @@
+#include "tools/uci/think.h"
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+
+#include "book/learn.h"
+#include "position/attack.h"
+#include "position/legal.h"
+#include "position/movestack.h"
+#include "position/record.h"
+#include "position/text.h"
+#include "search/clock.h"
+#include "search/root.h"
+#include "search/state.h"
+#include "search/status.h"
+#include "tools/uci/infolines.h"
+#include "tools/uci/input.h"
+#include "tools/uci/knowledge.h"
+#include "tools/uci/options.h"
+#include "tools/uci/output.h"
+#include "tools/uci/scoretext.h"
+#include "tools/uci/timerule.h"
+
+namespace tarvyle::tools {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int kLeastDepth = 2;              // the first iteration there is
+constexpr int kNoTimeLimit = 20000000;      // 1/100 s; the engine's clock can still reckon with it
+constexpr double kRandomSearchTakes = 1.5;  // of the time that it is given
+
+// The search that runs.
+struct Thinking {
+  Limits limits;
+  Allowance allowance;
+  Clock::time_point begin;
+  bool one_reply = false;
+  bool enough = false;  // some limit has been reached
+};
+Thinking thinking;
+
+std::int64_t Milliseconds(Clock::duration time) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+}
+
+std::int64_t Elapsed() { return Milliseconds(Clock::now() - thinking.begin); }
+
+std::uint64_t Nodes() {
+  const std::uint64_t counted = cnt_nodes - world.first_count;
+  // Unwinding counts on.
+  return thinking.limits.nodes > 0 ? std::min(counted, thinking.limits.nodes) : counted;
+}
+
+Effort EffortSoFar() { return {Nodes(), Elapsed()}; }
+
+// The randomised search knows no deepest iteration.
+bool TooDeep() {
+  const int depth = thinking.limits.depth;
+  return is_rnd_search != 0 && depth > 0 && s_depth > std::max(depth, kLeastDepth);
+}
+
+bool ReachedLimit() {
+  const Limits& limits = thinking.limits;
+  return Elapsed() >= thinking.allowance.most || TooDeep() ||
+         (limits.nodes > 0 && Nodes() >= limits.nodes);
+}
+
+bool ShouldStop() {
+  HearWhileThinking();
+  PassOnWords(SayInfo);
+  thinking.enough = thinking.enough || interruption.stop || ReachedLimit();
+  return thinking.enough;
+}
+
+void Enough() {
+  thinking.enough = true;
+  is_stop_search = 1;
+}
+
+void NoteLine(const SearchStatus& status) {
+  SayLine(status, EffortSoFar());
+  const int mates_in = MatesIn(status.score, LineLen(status.line));
+  if (mates_in > 0 && mates_in <= thinking.limits.mate) Enough();
+}
+
+void NoteIteration(int depth, int score) {
+  if (is_stop_search != 0) return;
+  SayLine({depth, score, 0, 0, pv_line}, EffortSoFar());
+  const bool by_clock = thinking.limits.time[g.side] >= 0;
+  if (Elapsed() >= thinking.allowance.last_start || (by_clock && thinking.one_reply)) Enough();
+}
+
+// The clock is read every so many nodes: lets it be read at the last node that is allowed.
+std::uint64_t FirstCount(std::uint64_t nodes) {
+  return (kNodesPerPoll - nodes % kNodesPerPoll) % kNodesPerPoll;
+}
+
+std::uint32_t SteadyMilliseconds() {
+  return static_cast<std::uint32_t>(Milliseconds(Clock::now() - thinking.begin));
+}
+
+unsigned SearchSeed() { return settings.seed != 0 ? settings.seed : RealSeed(); }
+
+// The engine's own clock stands still: all limits are kept by ShouldStop. Only the randomised
+// search divides its time by that clock.
+void SetLimits() {
+  const Limits& limits = thinking.limits;
+  world = {[] { return 0u; }, SearchSeed, ShouldStop, FirstCount(limits.nodes)};
+  limit_time = kNoTimeLimit;
+  if (is_rnd_search == 0) return;
+  world.milliseconds = SteadyMilliseconds;
+  const double planned = static_cast<double>(thinking.allowance.last_start) / kRandomSearchTakes;
+  limit_time = static_cast<int>(std::min(planned / 10, static_cast<double>(kNoTimeLimit)));
+}
+
+// Runs the search within the limits. False when it found no move.
+bool RunSearch(Move& move) {
+  const World outside = world;
+  SetLimits();
+  std::vector<Move> only = thinking.limits.only;
+  only.push_back(0);
+  const int depth = thinking.limits.depth;
+  root_hooks = {depth > 0 ? std::clamp(depth, kLeastDepth, kMaxIteration) : kMaxIteration,
+                NoteIteration, only.size() > 1 ? only.data() : nullptr};
+  status_sink = NoteLine;
+  const bool found = SearchMove(move);
+  root_hooks = {};
+  status_sink = nullptr;
+  world = outside;
+  PassOnWords(SayInfo);
+  return found;
+}
+
+// The book and a single reply leave no depth.
+bool WasSearched() { return search_depth > 0; }
+
+// The randomised search does not show its lines.
+void SayRandomResult(Move move) {
+  const LearnNode* node = FindCurrentNode();
+  if (is_rnd_search == 0 || node == nullptr || !WasSearched()) return;
+  const Move line[] = {move, 0};
+  SayLine({node->depth, node->score, 0, 0, line}, EffortSoFar());
+}
+
+void SayBestMove(Move move) { Say(std::string("bestmove ") + MoveToStr(move)); }
+
+void FindBestMove(Move first) {
+  Move move = 0;
+  const bool found = RunSearch(move);
+  if (found) {
+    SayRandomResult(move);
+    if (WasSearched() && thinking.limits.only.empty()) PutDownResult();
+    if (!WasSearched()) SayInfo("not searched: the book's move or the only one");
+  } else {
+    move = first;
+    SayInfo("no time: the first legal move");
+  }
+  if (thinking.limits.infinite) WaitForStop();
+  SayBestMove(move);
+}
+
+void SayGameIsOver() {
+  Say(Check() ? "info depth 0 score mate 0" : "info depth 0 score cp 0");
+  if (thinking.limits.infinite) WaitForStop();
+  Say("bestmove 0000");
+}
+
+}  // namespace
+
+void Think(const Limits& limits) {
+  thinking = {limits, AllowanceFor(limits, g.side, settings.move_overhead), Clock::now()};
+  interruption = {};
+  LegalMoveList();
+  if (ListLength() == 0) {
+    SayGameIsOver();
+    return;
+  }
+  thinking.one_reply = ListLength() == 1;
+  FindBestMove(limits.only.empty() ? tree[0] : limits.only.front());
+}
+
+}  // namespace tarvyle::tools
