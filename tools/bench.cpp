@@ -65,6 +65,7 @@ void RunBench(const BenchOptions& options) {
                 nodes, totals.seconds, speed);
   } else {
     std::printf("\nnodes %llu\nseconds %.3f\nnodes/second %.0f\n", nodes, totals.seconds, speed);
+    std::printf("%llu nodes %.0f nps\n", nodes, speed);
   }
 }
 

@@ -67,6 +67,12 @@ int MovesToKeep() {
   return count;
 }
 
+// The list is what the insertion expects to have been looked at before.
+void Insert(Move move) {
+  LegalMoveList();
+  InsertMoveInGame(move, kOpponentScore);
+}
+
 // Makes room in the full record: the game begins anew at a later position.
 void ShortenGame() {
   const int count = MovesToKeep();
@@ -75,7 +81,7 @@ void ShortenGame() {
   char text[kEpdSize];
   MakeEpd(text);
   SetUpFen(text);
-  for (const Move move : kept) InsertMoveInGame(move, kOpponentScore);
+  for (const Move move : kept) Insert(move);
 }
 
 // A promotion's letter may be missing, but nothing else may stand there.
@@ -87,7 +93,7 @@ void Play(const std::string& text) {
   Move move = 0;
   if (!IsMove(text, move)) throw std::runtime_error("illegal move: " + text);
   if (g.game_len == kMaxGameMoves) ShortenGame();
-  InsertMoveInGame(move, kOpponentScore);
+  Insert(move);
 }
 
 void SetUp(const Place& wanted) {

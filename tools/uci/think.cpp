@@ -37,6 +37,7 @@ struct Thinking {
   Limits limits;
   Allowance allowance;
   Clock::time_point begin;
+  std::uint64_t first_count = 0;
   bool one_reply = false;
   bool enough = false;  // some limit has been reached
 };
@@ -49,7 +50,7 @@ std::int64_t Milliseconds(Clock::duration time) {
 std::int64_t Elapsed() { return Milliseconds(Clock::now() - thinking.begin); }
 
 std::uint64_t Nodes() {
-  const std::uint64_t counted = cnt_nodes - world.first_count;
+  const std::uint64_t counted = cnt_nodes - thinking.first_count;
   // Unwinding counts on.
   return thinking.limits.nodes > 0 ? std::min(counted, thinking.limits.nodes) : counted;
 }
@@ -93,11 +94,6 @@ void NoteIteration(int depth, int score) {
   if (Elapsed() >= thinking.allowance.last_start || (by_clock && thinking.one_reply)) Enough();
 }
 
-// The clock is read every so many nodes: lets it be read at the last node that is allowed.
-std::uint64_t FirstCount(std::uint64_t nodes) {
-  return (kNodesPerPoll - nodes % kNodesPerPoll) % kNodesPerPoll;
-}
-
 std::uint32_t SteadyMilliseconds() {
   return static_cast<std::uint32_t>(Milliseconds(Clock::now() - thinking.begin));
 }
@@ -107,8 +103,7 @@ unsigned SearchSeed() { return settings.seed != 0 ? settings.seed : RealSeed(); 
 // The engine's own clock stands still: all limits are kept by ShouldStop. Only the randomised
 // search divides its time by that clock.
 void SetLimits() {
-  const Limits& limits = thinking.limits;
-  world = {[] { return 0u; }, SearchSeed, ShouldStop, FirstCount(limits.nodes)};
+  world = {[] { return 0u; }, SearchSeed, ShouldStop, thinking.first_count};
   limit_time = kNoTimeLimit;
   if (is_rnd_search == 0) return;
   world.milliseconds = SteadyMilliseconds;
@@ -137,26 +132,34 @@ bool RunSearch(Move& move) {
 // The book and a single reply leave no depth.
 bool WasSearched() { return search_depth > 0; }
 
-// The randomised search does not show its lines.
-void SayRandomResult(Move move) {
-  const LearnNode* node = FindCurrentNode();
-  if (is_rnd_search == 0 || node == nullptr || !WasSearched()) return;
-  const Move line[] = {move, 0};
-  SayLine({node->depth, node->score, 0, 0, line}, EffortSoFar());
+// The result with all the effort that was made. The randomised search has not shown its lines.
+void SayResult(Move move) {
+  const LearnNode* node = is_rnd_search != 0 ? FindCurrentNode() : nullptr;
+  const Move random_line[] = {move, 0};
+  const SearchStatus result = node != nullptr
+                                  ? SearchStatus{node->depth, node->score, 0, 0, random_line}
+                                  : SearchStatus{search_depth, search_score, 0, 0, pv_line};
+  SayLine(result, EffortSoFar());
 }
 
 void SayBestMove(Move move) { Say(std::string("bestmove ") + MoveToStr(move)); }
 
+void TellFound(Move move) {
+  if (!WasSearched()) {
+    SayInfo("not searched: the book's move, or the only one");
+    return;
+  }
+  SayResult(move);
+  if (thinking.limits.only.empty()) PutDownResult();
+}
+
 void FindBestMove(Move first) {
-  Move move = 0;
-  const bool found = RunSearch(move);
-  if (found) {
-    SayRandomResult(move);
-    if (WasSearched() && thinking.limits.only.empty()) PutDownResult();
-    if (!WasSearched()) SayInfo("not searched: the book's move or the only one");
+  Move move = first;
+  if (RunSearch(move)) {
+    TellFound(move);
   } else {
     move = first;
-    SayInfo("no time: the first legal move");
+    SayInfo("no move was searched in time: the first legal one");
   }
   if (thinking.limits.infinite) WaitForStop();
   SayBestMove(move);
@@ -168,10 +171,16 @@ void SayGameIsOver() {
   Say("bestmove 0000");
 }
 
+// The clock is read every so many nodes: lets it be read at the last node that is allowed.
+std::uint64_t FirstCount(std::uint64_t nodes) {
+  return (kNodesPerPoll - nodes % kNodesPerPoll) % kNodesPerPoll;
+}
+
 }  // namespace
 
 void Think(const Limits& limits) {
-  thinking = {limits, AllowanceFor(limits, g.side, settings.move_overhead), Clock::now()};
+  thinking = {limits, AllowanceFor(limits, g.side, settings.move_overhead), Clock::now(),
+              FirstCount(limits.nodes)};
   interruption = {};
   LegalMoveList();
   if (ListLength() == 0) {
