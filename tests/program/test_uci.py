@@ -357,6 +357,23 @@ def test_what_comes_while_it_thinks_is_done_afterwards(uci):
     assert uci.until("text:")[0][-1] == "text:  rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w QKqk"
 
 
+def test_each_stop_ends_one_search(uci):
+    """All the lines are there at once: the second stop is not for the first search."""
+    uci.send(*["position startpos", "go infinite", "stop", "go infinite", "stop"] * 5, "go depth 2", "isready")
+    uci.until("readyok")
+    assert len([line for line in uci.said if line.startswith("bestmove")]) == 11
+
+
+def test_all_lines_are_obeyed_before_the_end(uci):
+    uci.send("go infinite", "d", "go infinite", "position startpos moves e2e4", "d")
+    assert uci.end() == (0, "")
+    while uci.hear()[0] is not None:
+        pass
+    assert [line.split()[1] for line in uci.said if line.startswith("text")] == [
+        START_TEXT.split()[0], "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR"]
+    assert len([line for line in uci.said if line.startswith("bestmove")]) == 2
+
+
 def test_searchmoves(start, tmp_path):
     output = tmp_path / "results.lrn"
     uci = start("Seed=1", f"Learn Output={output}")

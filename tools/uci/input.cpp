@@ -97,8 +97,8 @@ void HearLine(std::string line) {
 
 void Hear(int milliseconds) {
   Read(milliseconds);
-  while (!input.fresh.empty()) HearLine(TakeFirst(input.fresh));
-  if (input.ended) interruption = {true, true};
+  while (!input.fresh.empty() && !interruption.stop) HearLine(TakeFirst(input.fresh));
+  if (input.ended) interruption.stop = true;
 }
 
 }  // namespace

@@ -14,13 +14,13 @@ bool NextLine(std::string& line);
 
 // What has been asked for since the last search began.
 struct Interruption {
-  bool stop = false;  // "stop", "quit" or the end of the input
-  bool quit = false;  // one of the last two
+  bool stop = false;  // by "stop", "quit" or the end of the input
+  bool quit = false;  // by "quit"
 };
 extern Interruption interruption;
 
-// Obeys the lines that have come: "isready" is answered, "stop" and "quit" are noted, all others
-// are kept for NextLine. Never waits.
+// Obeys the lines that have come, up to one that stops the search: "isready" is answered, "stop" and
+// "quit" are noted, all others are kept for NextLine. Never waits.
 void HearWhileThinking();
 
 // The same, but waits until `interruption.stop` is set.
