@@ -3,6 +3,7 @@
 // One request a line, one JSON answer a line:
 //   new          a new game
 //   move e2e4    a move by its two squares, with a letter for a promotion (a7a8q)
+//   undo         takes the last move back
 // Answers: {"legal": moves of the side to move, "board": FEN without en passant and counters,
 // "over": "" or why the game has ended}; or {"refused": the move}, after which nothing has changed.
 
@@ -29,6 +30,10 @@ function answer(line) {
   const [request, text] = line.split(" ");
   if (request === "new") {
     game.reset();
+    return state();
+  }
+  if (request === "undo") {
+    game.undo();
     return state();
   }
   try {
