@@ -31,13 +31,19 @@ def referee(tmp_path_factory):
 def test_a_hundred_fast_games(workbench, referee, tmp_path):
     environment = engine_environment() | {"HOME": str(tmp_path)}
     dice = random.Random(1)
-    ends, least, flags, half_moves = collections.Counter(), [], 0, 0
+    ends, least, flags, half_moves, outside = collections.Counter(), [], 0, 0, []
+
+    def note(_, thought):
+        """What the engine does not see of its time: waiting for the processor, and on the way."""
+        if thought.lines:
+            outside.append(thought.seconds * 1000 - thought.lines[-1].time)
+
     with UciEngine([workbench, "uci"], env=environment) as one, UciEngine([workbench, "uci"], env=environment) as two:
         for number in range(GAMES):
             for player in (one, two):
                 player.ask(f"setoption name Style value knowledge{number % 3 + 1}")
             players = [one, two] if number % 2 == 0 else [two, one]
-            game = play(players, referee, dice, Clock([1.0, 1.0], 0.01))
+            game = play(players, referee, dice, Clock([1.0, 1.0], 0.01), note)
             ends[game.over] += 1
             least.append(game.clock.least)
             flags += game.clock.flags
@@ -45,7 +51,7 @@ def test_a_hundred_fast_games(workbench, referee, tmp_path):
         assert one.quit() == two.quit() == (0, "")
     print(f"{GAMES} games, {half_moves} half-moves, no illegal one; losses on time: {flags}; "
           f"least time ever left: {min(least) * 1000:.0f} ms (median of the games {statistics.median(least) * 1000:.0f})")
-    print("ends:", dict(ends))
+    print(f"ends: {dict(ends)}; on the way: median {statistics.median(outside):.1f} ms, worst {max(outside):.0f} ms")
     assert flags == 0
     assert ends["checkmate"] > GAMES / 4, "they play to win"
 

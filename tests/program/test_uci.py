@@ -342,7 +342,8 @@ def test_over_is_over(uci):
 @pytest.mark.parametrize("limits", ["infinite", "", "depth 3 infinite", "ponder wtime 100 btime 100"])
 def test_an_infinite_search_waits_for_stop(uci, limits):
     uci.send(f"position {MATE_IN_ONE}", f"go {limits}".strip())
-    while not uci.silent(0.2):
+    uci.until("info")
+    while not uci.silent(0.3):
         assert not uci.said[-1].startswith("bestmove")
     assert uci.ask() == [], "and answers isready meanwhile"
     assert uci.thought(uci.send("stop")).move == "a1a8"

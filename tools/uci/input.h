@@ -19,8 +19,8 @@ struct Interruption {
 };
 extern Interruption interruption;
 
-// Obeys the lines that have come, up to one that stops the search: "isready" is answered, "stop" and
-// "quit" are noted, all others are kept for NextLine. Never waits.
+// Obeys the lines that have come, up to one that stops the search: "isready" is answered, "stop"
+// and "quit" are noted, all others are kept for NextLine. Never waits.
 void HearWhileThinking();
 
 // The same, but waits until `interruption.stop` is set.

@@ -13,7 +13,7 @@ struct Settings {
   std::string book_file;     // "": none, also for the next two
   std::string learn_file;    // read at the start of a game, never written
   std::string learn_output;  // gets a record of every result
-  int move_overhead = 30;    // milliseconds that a move loses on its way
+  int move_overhead = 10;    // milliseconds that a move loses on its way
   unsigned seed = 0;         // of the random generator; 0: the time
 };
 extern Settings settings;

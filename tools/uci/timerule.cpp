@@ -17,10 +17,12 @@ Allowance ForLastMove(std::int64_t left) {
   return {left / 2, std::max<std::int64_t>(left * 9 / 10, 1)};
 }
 
-// An even share of the clock and most of the increment. An iteration takes a multiple of the one
-// before, so a late one is not begun; one that has begun may overdraw, but never to half the clock.
-Allowance ByClock(std::int64_t left, std::int64_t moves, std::int64_t increment) {
-  const std::int64_t share = left / moves + increment * 3 / 4;
+// An even share of the clock and most of the increment, less what every move loses on its way. An
+// iteration takes a multiple of the one before, so a late one is not begun; one that has begun may
+// overdraw, but never to half the clock.
+Allowance ByClock(std::int64_t left, std::int64_t moves, std::int64_t increment,
+                  std::int64_t overhead) {
+  const std::int64_t share = std::max<std::int64_t>(left / moves + increment * 3 / 4 - overhead, 0);
   return {share * 6 / 10, std::max<std::int64_t>(std::min(share * 2, left / 2), 1)};
 }
 
@@ -33,7 +35,8 @@ Allowance AllowanceFor(const Limits& limits, int side, std::int64_t overhead) {
     const std::int64_t moves = limits.moves_to_go > 0
                                    ? std::min<std::int64_t>(limits.moves_to_go, kMovesAhead)
                                    : kMovesAhead;
-    allowance = moves == 1 ? ForLastMove(left) : ByClock(left, moves, limits.increment[side]);
+    allowance =
+        moves == 1 ? ForLastMove(left) : ByClock(left, moves, limits.increment[side], overhead);
   }
   if (limits.move_time >= 0) {
     const Allowance exact = ForMove(limits.move_time, overhead);
