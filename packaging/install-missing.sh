@@ -18,6 +18,8 @@ present() {
     xvfb)                 command -v xvfb-run ;;
     xboard | fairymax | pgn-extract) command -v "$1" || test -x "/usr/games/$1" ;;
     chromium-driver)      command -v chromedriver ;;
+    xboard | fairymax | polyglot | stockfish)
+                          command -v "$1" || test -x "/usr/games/$1" ;;
     libgtest-dev)         has_header gtest/gtest.h ;;
     libcli11-dev)         has_header CLI/CLI.hpp ;;
     libbenchmark-dev)     has_header benchmark/benchmark.h ;;

@@ -429,8 +429,9 @@ def test_stop_and_isready_are_obeyed_at_once(uci):
         asked = uci.send("isready")
         readies.append(uci.until("readyok")[1] - asked)
         stops.append(uci.thought(uci.send("stop")).seconds)
-    assert statistics.median(stops) < 0.02 * SLOW
-    assert statistics.median(readies) < 0.02 * SLOW
+    # A build with checks visits few nodes between two looks at the input; long_uci_games.py is stricter.
+    assert statistics.median(stops) < 0.25
+    assert statistics.median(readies) < 0.25
 
 
 # --- options ----------------------------------------------------------------------------------------------
