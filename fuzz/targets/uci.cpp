@@ -8,9 +8,12 @@
 #include <cctype>
 
 #include "fuzz/engine.h"
+#include "search/clock.h"
 #include "tools/uci/loop.h"
 
 namespace {
+
+constexpr std::uint64_t kNodesPerSearch = 200;  // until the end of the input is seen
 
 // Left out: files would be written, large tables allocated, and many positions searched.
 bool IsLeftOut(std::string text) {
@@ -30,6 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (IsLeftOut(std::string(text))) return 0;
   StartOnce();
   FreshProcess();
+  tarvyle::world.first_count = tarvyle::kNodesPerPoll - kNodesPerSearch;
   MemoryFile input;
   input.Fill(text);
   static const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);

@@ -173,6 +173,7 @@ void SayGameIsOver() {
 
 // The clock is read every so many nodes: lets it be read at the last node that is allowed.
 std::uint64_t FirstCount(std::uint64_t nodes) {
+  if (nodes == 0) return world.first_count;
   return (kNodesPerPoll - nodes % kNodesPerPoll) % kNodesPerPoll;
 }
 
