@@ -1,7 +1,8 @@
 """A hundred games of `tarv uci` at one second and a hundredth a move, and how soon it obeys while it thinks.
 
 The referee is chess.js under Node.js, fetched by npm when this test first runs. What is measured is printed: pytest
-shows it with -rA or -s.
+shows it with -rA or -s. The games want two processors that are idle otherwise: a player that waits for
+one for half a second has lost on time.
 """
 
 import collections
