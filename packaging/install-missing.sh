@@ -16,9 +16,8 @@ present() {
     dpkg-dev)             command -v dpkg-shlibdeps ;;
     nodejs)               command -v node ;;
     xvfb)                 command -v xvfb-run ;;
-    xboard | fairymax | pgn-extract) command -v "$1" || test -x "/usr/games/$1" ;;
     chromium-driver)      command -v chromedriver ;;
-    xboard | fairymax | polyglot | stockfish)
+    xboard | fairymax | pgn-extract | polyglot | stockfish)
                           command -v "$1" || test -x "/usr/games/$1" ;;
     libgtest-dev)         has_header gtest/gtest.h ;;
     libcli11-dev)         has_header CLI/CLI.hpp ;;

@@ -37,13 +37,15 @@ void FillKeysOnce() {
   FillKeys(Black);
 }
 
-std::size_t TableBytes(int entries) {
-  return static_cast<std::size_t>(entries) * sizeof(HashEntry);
-}
-
-// Size and alignment of a large page; every table is a multiple of it.
+// Size and alignment of a large page.
 constexpr std::size_t kLargePage = std::size_t{2} << 20;
-static_assert(kMinEntries * sizeof(HashEntry) % kLargePage == 0);
+
+// Bytes of one table: whole large pages, which only tables smaller than any configured one do not
+// fill.
+std::size_t TableBytes(int entries) {
+  const std::size_t bytes = static_cast<std::size_t>(entries) * sizeof(HashEntry);
+  return (bytes + kLargePage - 1) / kLargePage * kLargePage;
+}
 
 // Large pages save address look-ups. Refused, the small ones serve as well.
 HashEntry* AllocateTable(int entries) {
