@@ -21,6 +21,7 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "search/hash.h"
+#include "search/root.h"
 #include "search/state.h"
 
 namespace tarvyle {
@@ -134,6 +135,24 @@ void LearnLookOfKnown(benchmark::State& state) {
   }
 }
 
+// All that a search does before its first node, with tables of as many entries as the argument
+// says; no iteration follows.
+void BeginSearch(benchmark::State& state) {
+  StartOnce();
+  if (!HashAllocate(static_cast<int>(state.range(0)))) {
+    state.SkipWithError("not enough memory");
+    return;
+  }
+  ply = 0;
+  InitGame(kPositions[1]);
+  LearnReset();
+  root_hooks.max_depth = 1;
+  Move move = 0;
+  for (auto _ : state) benchmark::DoNotOptimize(SearchMove(move));
+  root_hooks = {};
+  HashAllocate(0x80000);
+}
+
 constexpr int kLastPosition = static_cast<int>(std::size(kPositions)) - 1;
 
 BENCHMARK(EvaluateAfresh)->DenseRange(0, kLastPosition);
@@ -147,6 +166,7 @@ BENCHMARK(MakeAndUnmake)->DenseRange(0, kLastPosition);
 BENCHMARK(HashStoreAndProbe)->DenseRange(0, kLastPosition);
 BENCHMARK(LearnLookOfUnknown)->DenseRange(0, kLastPosition);
 BENCHMARK(LearnLookOfKnown)->DenseRange(0, kLastPosition);
+BENCHMARK(BeginSearch)->Arg(1 << 19)->Arg(1 << 25);
 
 }  // namespace
 

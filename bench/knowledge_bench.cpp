@@ -32,6 +32,8 @@ namespace tarvyle {
 
 namespace {
 
+// A size for trying that a benchmark works, and the size that counts.
+constexpr int kFew = 1000;
 constexpr int kMillion = 1000000;
 constexpr int kGameLength = 60;  // half-moves of a random game
 constexpr int kLineLength = 20;  // of a book line
@@ -104,7 +106,7 @@ std::string BookFile(int half_moves) {
 
 void LoadLearnFile(benchmark::State& state) {
   StartOnce();
-  const std::string path = LearnFile(kMillion);
+  const std::string path = LearnFile(static_cast<int>(state.range(0)));
   for (auto _ : state) {
     LearnReset();
     if (!LoadLearnTable(path.c_str())) state.SkipWithError("learn file refused");
@@ -114,7 +116,7 @@ void LoadLearnFile(benchmark::State& state) {
 
 void WriteLearnFile(benchmark::State& state) {
   StartOnce();
-  Learn(kMillion);
+  Learn(static_cast<int>(state.range(0)));
   const std::string path = TemporaryFile("bench-written.lrn");
   for (auto _ : state) {
     if (!SaveLearnTable(path.c_str())) state.SkipWithError("learn file not written");
@@ -124,7 +126,7 @@ void WriteLearnFile(benchmark::State& state) {
 
 void ReadBook(benchmark::State& state) {
   StartOnce();
-  const std::string path = BookFile(kMillion);
+  const std::string path = BookFile(static_cast<int>(state.range(0)));
   for (auto _ : state) {
     LearnReset();
     if (!ReadLibFile(path.c_str())) state.SkipWithError("book refused");
@@ -156,9 +158,9 @@ void SearchBesideLearnTable(benchmark::State& state) {
       benchmark::Counter(static_cast<double>(nodes), benchmark::Counter::kIsRate);
 }
 
-BENCHMARK(LoadLearnFile)->Unit(benchmark::kMillisecond);
-BENCHMARK(WriteLearnFile)->Unit(benchmark::kMillisecond);
-BENCHMARK(ReadBook)->Unit(benchmark::kMillisecond);
+BENCHMARK(LoadLearnFile)->Arg(kFew)->Arg(kMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK(WriteLearnFile)->Arg(kFew)->Arg(kMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadBook)->Arg(kFew)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(SearchBesideLearnTable)->Arg(0)->Arg(kMillion)->Unit(benchmark::kMillisecond);
 
 }  // namespace

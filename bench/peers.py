@@ -1,0 +1,138 @@
+#!/usr/bin/env python3
+"""Nodes per second of tarv and of other engines, each from its own thinking lines.
+
+    bench/peers.py [--seconds N] [--positions FILE] [--tsv FILE] [ENGINE...]
+
+Every engine searches every position of the file (FEN, then a tab and anything) for the given time
+in a process of its own, one thread, 64 MB of hash where it can be told. Engines that are not
+installed are left out. Counts of different engines do not mean the same thing: some count a node
+for each move made, some for each position entered.
+"""
+
+import argparse
+import os
+import re
+import shutil
+import statistics
+import subprocess
+import sys
+import threading
+import time
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+ENGINES = {
+    "tarv": (["tarv", "uci"], "uci"),
+    "tarv-pgo": (["tarv-pgo", "uci"], "uci"),
+    "hoichess": (["hoichess", "--xboard"], "xboard"),
+    "phalanx": (["phalanx", "-b+", "-l-"], "xboard"),
+    "fairymax": (["setarch", "-R", "fairymax"], "xboard"),
+    "gnuchess": (["gnuchess", "--uci"], "uci"),
+    "stockfish": (["stockfish"], "uci"),
+}
+BUILDS = {"tarv": "build/release/bin/tarv", "tarv-pgo": "build/pgo/bin/tarv"}
+
+
+def program(name):
+    if name in BUILDS:
+        path = os.path.join(ROOT, BUILDS[name])
+        return path if os.path.exists(path) else None
+    return shutil.which(name, path=os.environ["PATH"] + ":/usr/games")
+
+
+def command(name):
+    words = list(ENGINES[name][0])
+    at = words.index(name) if name in words else 0
+    words[at] = program(name) or ""
+    return words if words[at] else None
+
+
+def uci_lines(fen, seconds):
+    return ["uci", "setoption name Hash value 64", "ucinewgame", "isready",
+            f"position fen {full_fen(fen)}", f"go movetime {int(seconds * 1000)}"]
+
+
+def xboard_lines(fen, seconds):
+    return ["xboard", "protover 2", "new", "post", "easy", "force",
+            f"setboard {full_fen(fen)}", f"st {int(seconds)}", "go"]
+
+
+def full_fen(fen):
+    words = fen.split()
+    return " ".join(words[:4] + ["-"] * (4 - len(words[:4])) + ["0", "1"])
+
+
+def uci_rate(line):
+    found = re.search(r"^info .*\bnodes (\d+) .*\btime (\d+)|^info .*\btime (\d+).*\bnodes (\d+)", line)
+    if not found:
+        return None
+    nodes = int(found[1] or found[4])
+    return nodes, int(found[2] or found[3]) / 1000
+
+
+def xboard_rate(line):
+    found = re.match(r"\s*\d+[.+&]?\s+-?\d+\s+(\d+)\s+(\d+)(\s|$)", line)
+    return (int(found[2]), int(found[1]) / 100) if found else None
+
+
+def measure(name, fen, seconds):
+    """Nodes and seconds of the last thinking line that took at least half of the time, or None."""
+    protocol = ENGINES[name][1]
+    lines = (uci_lines if protocol == "uci" else xboard_lines)(fen, seconds)
+    engine = subprocess.Popen(command(name), stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, text=True, bufsize=1)
+    rate = uci_rate if protocol == "uci" else xboard_rate
+    ends = ("bestmove",) if protocol == "uci" else ("move ", "1-0", "0-1", "1/2")
+    best = None
+    late = threading.Timer(4 * seconds + 5, engine.kill)
+    late.start()
+    try:
+        for line in lines:
+            engine.stdin.write(line + "\n")
+            engine.stdin.flush()
+            time.sleep(0.05)
+        for line in engine.stdout:
+            best = rate(line) or best
+            if line.startswith(ends):
+                break
+    except BrokenPipeError:
+        return None
+    finally:
+        late.cancel()
+        engine.kill()
+        engine.wait()
+    return best if best and best[1] > 0 else None
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
+    parser.add_argument("--seconds", type=float, default=3)
+    parser.add_argument("--positions", default=os.path.join(ROOT, "bench", "middlegames.tsv"))
+    parser.add_argument("--tsv", help="writes nodes per second by engine and position here")
+    parser.add_argument("engines", nargs="*", metavar="ENGINE", default=list(ENGINES))
+    options = parser.parse_args()
+    with open(options.positions) as file:
+        fens = [line.split("\t")[0].strip() for line in file if line.strip()]
+    rows = []
+    print(f"{'engine':12} {'median':>12} {'least':>12} {'most':>12}  nodes per second")
+    for name in options.engines:
+        if command(name) is None:
+            print(f"{name:12} not installed", file=sys.stderr)
+            continue
+        rates = []
+        for number, fen in enumerate(fens, 1):
+            found = measure(name, fen, options.seconds)
+            if found:
+                rates.append(found[0] / found[1])
+                rows.append((name, number, rates[-1]))
+        if rates:
+            print(f"{name:12} {statistics.median(rates):12,.0f} {min(rates):12,.0f} {max(rates):12,.0f}"
+                  f"  ({len(rates)} positions)", flush=True)
+        else:
+            print(f"{name:12} gave no thinking lines", flush=True)
+    if options.tsv:
+        with open(options.tsv, "w") as file:
+            file.writelines(f"{name}\t{number}\t{rate:.0f}\n" for name, number, rate in rows)
+
+
+if __name__ == "__main__":
+    main()
