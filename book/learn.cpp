@@ -72,8 +72,10 @@ LearnNode* FindCurrentNode() {
 }
 
 std::uint32_t StrHashKey(const char* text) {
+  // With the length known, many bytes are added at once.
+  const std::size_t length = std::strlen(text);
   std::uint32_t sum = 0;
-  for (; *text != '\0'; ++text) sum += static_cast<unsigned char>(*text);
+  for (std::size_t i = 0; i < length; ++i) sum += static_cast<unsigned char>(text[i]);
   return sum;
 }
 

@@ -77,11 +77,12 @@ bool MeasureNodes(const FileBytes& content, std::size_t& block_size) {
   return true;
 }
 
-// Copies every record into its node of the block and links it.
+// Copies every record, known to be sound, into its node of the block and links it.
 void LinkNodes(const FileBytes& content, char* block) {
   for (std::size_t at = 0; at < content.size;) {
     auto* node = reinterpret_cast<LearnNode*>(block);
-    const std::size_t length = SoundRecordLength(content.bytes.get() + at, content.size - at);
+    std::memcpy(block + kBeforeRecord, content.bytes.get() + at, kLearnHeader);
+    const auto length = static_cast<std::size_t>(node->length);
     std::memcpy(block + kBeforeRecord, content.bytes.get() + at, length);
     LinkLearnNode(node);
     block += NodeStride(length);
