@@ -51,6 +51,7 @@ std::size_t SoundRecordLength(const char* record, std::size_t bytes_left) {
   if (bytes_left < kLearnHeader + 1) return 0;
   LearnNode header;
   std::memcpy(&header.key_lo, record, kLearnHeader);
+  // cppcheck-suppress uninitvar  ; it does not see that memcpy fills all members up to the text
   if (header.length < kMinLearnRecord) return 0;
   const auto length = static_cast<std::size_t>(header.length);
   if (length > bytes_left) return 0;

@@ -86,7 +86,7 @@ void ApplyPlayStyle() {
 }  // namespace
 
 unsigned prog_is_run() {
-  std::FILE* listing = popen("ps -e", "r");
+  std::FILE* listing = popen("ps -e", "r");  // NOLINT(cert-env33-c): that `ps` which PATH finds
   if (listing == nullptr) {
     std::perror("# pre_inst_detect: Problems with pipe");
     return 1;

@@ -18,6 +18,7 @@ struct Key64 {
   std::uint32_t low;
   std::uint32_t high;
 
+  // cppcheck-suppress uninitMemberVar  ; as uninitialised as a number is
   Key64() = default;
   constexpr Key64(std::uint64_t key)  // NOLINT: a key is used as the number that it is
       : low(static_cast<std::uint32_t>(key)), high(static_cast<std::uint32_t>(key >> 32)) {}

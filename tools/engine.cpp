@@ -89,6 +89,7 @@ SearchReport SearchToDepth(int depth, unsigned seed) {
   if (SearchMove(move)) result.best_move = MoveToStr(move);
   root_hooks = {};
   status_sink = nullptr;
+  report = nullptr;
   world = outside;
   result.score = search_score;
   result.depth = search_depth;
