@@ -157,6 +157,25 @@ TEST_F(Quiescence, EveryCallCountsANode) {
   EXPECT_EQ(cnt_nodes, 2u);  // itself and the position after the capture, where nothing is left
 }
 
+TEST_F(Quiescence, HopelessCapturesCountAsNodesAndLeaveTheirStamp) {
+  // The queen can be taken, but not even that reaches the bound: what making the move and taking it
+  // back leaves behind is there all the same.
+  GoTo("4k3/pp6/8/3q4/4P3/8/PP6/4K3 b", "e8e7");
+  ASSERT_NE(g.fifty, 77);
+  g.undo[g.game_len + ply].fifty_before = 77;
+  cnt_nodes = 0;
+  EXPECT_EQ(Quies(900000, 900001), 900000);
+  EXPECT_EQ(cnt_nodes, 2u);
+  EXPECT_EQ(g.undo[g.game_len + ply].fifty_before, g.fifty);
+}
+
+TEST_F(Quiescence, CaptureThatLeavesNobodyAbleToWinIsNeverHopeless) {
+  // Three pawns and more behind, White draws by taking the last pawn.
+  GoTo("7k/8/8/4p3/4K3/8/8/n7 b", "0");
+  ASSERT_LT(Evaluate(-kUnbounded, kUnbounded), -3000);
+  EXPECT_EQ(Quies(-500, 500), 0);
+}
+
 TEST_F(Quiescence, DoesNotTouchTheTable) {
   GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
   HashInsert(12345, kUnbounded, 90, Find("e1e2"));
