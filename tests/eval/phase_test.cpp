@@ -60,6 +60,16 @@ TEST(Phase, OfTheMinorPiecesHoldsForMoreThanItsTablesName) {
   EXPECT_EQ(stage_nb_int(Black), 0);
 }
 
+TEST(Phase, OfAnyNumberOfKnightsFromFourOnIsFull) {
+  for (int knights = 4; knights <= 15; ++knights) {
+    std::string men = "k" + std::string(static_cast<std::size_t>(knights), 'n');
+    men.resize(16, 'q');
+    men.insert(8, "/");
+    SetUpRoot(men + "/8/8/8/8/8/K7 w");
+    EXPECT_EQ(stage_nb_int(White), 4) << knights;
+  }
+}
+
 TEST(Phase, EqualsACountOfThePiecesOnTheBoard) {
   support::VisitRandomPositions(7, 1000, [] {
     for (const int colour : {White, Black}) {
