@@ -4,7 +4,7 @@
     bench/peers.py [--seconds N] [--positions FILE] [--tsv FILE] [ENGINE...]
 
 Every engine searches every position of the file (FEN, then a tab and anything) for the given time
-in a process of its own, one thread, 64 MB of hash where it can be told. Engines that are not
+in a process of its own; those that speak UCI are given 64 MB of hash. Engines that are not
 installed are left out. Counts of different engines do not mean the same thing: some count a node
 for each move made, some for each position entered.
 """
@@ -75,7 +75,7 @@ def xboard_rate(line):
 
 
 def measure(name, fen, seconds):
-    """Nodes and seconds of the last thinking line that took at least half of the time, or None."""
+    """Nodes and seconds of the last thinking line, or None."""
     protocol = ENGINES[name][1]
     lines = (uci_lines if protocol == "uci" else xboard_lines)(fen, seconds)
     engine = subprocess.Popen(command(name), stdin=subprocess.PIPE, stdout=subprocess.PIPE,

@@ -6,7 +6,7 @@
 Each run begins in a folder with the shipped configuration and a learn file that the book was read
 into, sends "pos" and waits for the board. Medians of 30 runs, with the machine's own process list
 and with an empty one in its place. Memory is the resident set after the answer, with the smallest
-tables ("hash size" 32: 4 MB) and after a search of the start position.
+tables ("hash size" 32: 4 MB), and after a search of the start position without the book.
 """
 
 import os
@@ -75,15 +75,14 @@ def main():
         print(f"learn file: {size} bytes")
         print(f"to the first answer: {milliseconds(folder, quiet):.1f} ms")
         print(f"with the machine's process list: {milliseconds(folder, dict(os.environ)):.1f} ms")
-        with open(os.path.join(folder, "tarvyle.cfg"), "a") as file:
-            file.write('\nhash size="32"\n')
-        configuration = open(os.path.join(folder, "tarvyle.cfg")).read().replace('"38"', '"32"')
+        with open(os.path.join(folder, "tarvyle.cfg")) as file:
+            configuration = file.read()
         with open(os.path.join(folder, "tarvyle.cfg"), "w") as file:
-            file.write(configuration)
+            file.write(configuration.replace('"38"', '"32"').replace('"auto"', '"never"'))
         engine = start(folder, quiet)
         answer(engine, "pos", "a b c")
         print(f"memory after the start: {resident_kilobytes(engine)} kB, tables included")
-        answer(engine, "book off\nst 1\ngo", "move ")
+        answer(engine, "st 5\ngo", "move ")
         print(f"memory after a search: {resident_kilobytes(engine)} kB, tables included")
         engine.kill()
 

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "base/property.h"
 #include "position/hashkey.h"
@@ -76,8 +77,12 @@ bool HashAllocate(int entries) {
 }
 
 void HashRenew() {
-  // Memory from malloc may have been used before: its pages are dropped, not written.
-  for (HashEntry* table : hash) madvise(table, TableBytes(Hash_Size), MADV_DONTNEED);
+  // Memory from malloc may have been used before: its pages are dropped, and only written where the
+  // system does not let go of them (locked memory).
+  const std::size_t bytes = TableBytes(Hash_Size);
+  for (HashEntry* table : hash) {
+    if (madvise(table, bytes, MADV_DONTNEED) != 0) std::memset(static_cast<void*>(table), 0, bytes);
+  }
 }
 
 void HashInit() {
