@@ -108,21 +108,32 @@ SquareSet Steps(Square from, int first, int last) {
   return seen;
 }
 
-// Fills the part of one square and returns the place behind it.
+// The next subset of `mask` in the order of binary numbers; the empty set after the last.
+constexpr SquareSet NextSubset(SquareSet subset, SquareSet mask) { return (subset - mask) & mask; }
+
+// Fills the part of one square and returns the place behind it. What stands on two of the lines
+// says nothing of the other two, so each half is looked at on its own.
 SquareSet* FillLines(LineTable& table, Square square, int piece, std::uint64_t multiplier,
                      SquareSet* sets) {
   const int first = d_start[piece];
+  const int half = first + 2;
   const int last = d_stop[piece];
-  table.relevant = RelevantSquares(square, first, last);
+  const SquareSet near_mask = RelevantSquares(square, first, half - 1);
+  const SquareSet far_mask = RelevantSquares(square, half, last);
+  table.relevant = near_mask | far_mask;
   table.multiplier = multiplier;
   table.shift = 64 - std::popcount(table.relevant);
   table.sets = sets;
-  // Every subset of the relevant squares, by carry through the mask.
-  SquareSet occupied = 0;
+  SquareSet near = 0;
   do {
-    sets[table.IndexOf(occupied)] = Seen(square, first, last, occupied);
-    occupied = (occupied - table.relevant) & table.relevant;
-  } while (occupied != 0);
+    const SquareSet seen = Seen(square, first, half - 1, near);
+    SquareSet far = 0;
+    do {
+      sets[table.IndexOf(near | far)] = seen | Seen(square, half, last, far);
+      far = NextSubset(far, far_mask);
+    } while (far != 0);
+    near = NextSubset(near, near_mask);
+  } while (near != 0);
   return sets + (std::size_t{1} << std::popcount(table.relevant));
 }
 
