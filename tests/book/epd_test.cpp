@@ -13,6 +13,7 @@
 #include "position/record.h"
 #include "position/text.h"
 #include "tests/support/book_support.h"
+#include "tests/support/data_rows.h"
 #include "tests/support/eval_support.h"
 
 namespace tarvyle {

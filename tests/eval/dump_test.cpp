@@ -12,24 +12,14 @@
 
 #include "eval/scoretable.h"
 #include "tests/support/eval_support.h"
+#include "tests/support/written.h"
 
 namespace tarvyle {
 namespace {
 
 namespace fs = std::filesystem;
 
-// What a procedure writes to a stream.
-template <typename Write>
-std::string Written(Write write) {
-  char* text = nullptr;
-  std::size_t size = 0;
-  std::FILE* stream = open_memstream(&text, &size);
-  write(stream);
-  std::fclose(stream);
-  std::string result(text, size);
-  std::free(text);
-  return result;
-}
+using support::Written;
 
 TEST(PrintArray, WritesAHeaderAndEightRowsOfEightValues) {
   int table[64];

@@ -10,6 +10,7 @@
 #include "eval/scoretable.h"
 #include "position/attack.h"
 #include "position/record.h"
+#include "tests/support/data_rows.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/plain_evaluation.h"
 

@@ -15,9 +15,9 @@
 namespace tarvyle {
 namespace {
 
-class ImageTest : public support::PositionTest {};
+using support::At;
 
-Square At(const char* name) { return StrToSq(name); }
+class ImageTest : public support::PositionTest {};
 
 constexpr int kPlayed = 11;
 constexpr int kRecorded = 14;

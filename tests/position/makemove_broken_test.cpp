@@ -12,6 +12,7 @@ namespace tarvyle {
 namespace {
 
 using support::Aborted;
+using support::At;
 using support::kSilence;
 using support::LegalMove;
 
@@ -26,8 +27,6 @@ struct BrokenRow {
 };
 
 void Nothing() {}
-
-Square At(const char* name) { return StrToSq(name); }
 
 std::vector<BrokenRow> BrokenMoves() {
   return {

@@ -9,14 +9,14 @@
 namespace tarvyle {
 namespace {
 
+using support::At;
+
 class SoundnessTest : public support::PositionTest {};
 
 struct DamageRow {
   const char* what;
   void (*damage)(GameRecord& record);
 };
-
-Square At(const char* name) { return StrToSq(name); }
 
 // Adds a piece with all counters and keys right.
 void Add(GameRecord& record, int piece, int colour, Square square, int slot) {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <cstdio>
 #include <cstring>
 #include <sstream>
 #include <string>
@@ -12,6 +12,7 @@
 #include "position/text.h"
 #include "pv/tree.h"
 #include "tests/support/line_support.h"
+#include "tests/support/written.h"
 
 namespace tarvyle {
 namespace {
@@ -21,14 +22,7 @@ using support::MoveOf;
 using support::NumberedMove;
 
 std::string PrintedTree() {
-  char* text = nullptr;
-  std::size_t size = 0;
-  std::FILE* stream = open_memstream(&text, &size);
-  pvPrint(pv_tree, stream);
-  std::fclose(stream);
-  std::string result(text, size);
-  std::free(text);
-  return result;
+  return support::Written([](std::FILE* stream) { pvPrint(pv_tree, stream); });
 }
 
 // A row of the printed table: the cells in seven characters, "-" for the rest of the ten.

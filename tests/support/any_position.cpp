@@ -12,17 +12,14 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
+#include "tests/support/build_kind.h"
 #include "tests/support/eval_support.h"
 
 namespace tarvyle::support {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(TARVYLE_CHECK_RECORD)
-constexpr int kShare = 10;
-#else
-constexpr int kShare = 1;
-#endif
+constexpr int kShare = kSlowBuild ? 10 : 1;
 
 constexpr int kMovesAboveRoot = 16;
 
@@ -107,7 +104,7 @@ void VisitTrees(unsigned seed, int count, const std::function<void()>& visit) {
       if (!has_moves) break;
       MakeMove(tree[treeCnt[ply] + Below(random, treeCnt[ply + 1] - treeCnt[ply])]);
     }
-    while (ply > 0) UnMakeMove(g.game_moves[g.game_len + ply - 1]);
+    while (ply > 0) UnMakeMove(LastMove());
   }
 }
 

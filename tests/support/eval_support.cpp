@@ -3,28 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <fstream>
 
 #include "eval/evaluate.h"
 #include "eval/scoretable.h"
 #include "position/attack.h"
 #include "position/game.h"
-#include "position/hashkey.h"
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "tests/support/position_support.h"
 
 namespace tarvyle::support {
 
 namespace {
-
-void FillTablesOnce() {
-  if (HashRnd(White, Pawn, A8) != 0) return;
-  InitAtk();
-  FillKeys(White);
-  FillKeys(Black);
-}
 
 void LikeARoot() {
   InitEvaluate();
@@ -58,7 +50,7 @@ Move RandomMove(Random& random) {
 }  // namespace
 
 void SetUpRoot(const std::string& fen) {
-  FillTablesOnce();
+  BuildTables();
   ply = 0;
   ASSERT_TRUE(InitGame(fen.c_str())) << fen;
   LikeARoot();
@@ -88,7 +80,7 @@ std::string RandomBoard(Random& random) {
 }
 
 void PlayRandomGame(Random& random, int moves, const std::function<void()>& visit) {
-  FillTablesOnce();
+  BuildTables();
   ply = 0;
   ASSERT_TRUE(InitNewGame());
   for (int i = 0; i < moves && LegalMoveList() && treeCnt[1] > 0; ++i) {
@@ -116,21 +108,6 @@ void VisitRandomPositions(unsigned seed, int count, const std::function<void()>&
     });
     if (testing::Test::HasFailure()) return;
   }
-}
-
-std::vector<std::vector<std::string>> DataRows(const std::string& file) {
-  std::ifstream in(TESTS_DATA_DIR "/" + file);
-  EXPECT_TRUE(in.is_open()) << file;
-  std::vector<std::vector<std::string>> rows;
-  for (std::string line; std::getline(in, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    std::vector<std::string>& row = rows.emplace_back();
-    for (std::size_t begin = 0, end = 0; end != std::string::npos; begin = end + 1) {
-      end = line.find('\t', begin);
-      row.push_back(line.substr(begin, end - begin));
-    }
-  }
-  return rows;
 }
 
 }  // namespace tarvyle::support

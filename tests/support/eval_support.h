@@ -3,9 +3,8 @@
 #include <functional>
 #include <random>
 #include <string>
-#include <vector>
 
-// Positions for the tests of evaluation and book: set-ups, random boards and games, data files.
+// Positions for the tests of evaluation and book: set-ups, random boards and games.
 
 namespace tarvyle::support {
 
@@ -30,8 +29,5 @@ void PlayRandomGame(Random& random, int moves, const std::function<void()>& visi
 
 // Calls `visit` with `count` positions of both kinds, half of them each, set up like a root.
 void VisitRandomPositions(unsigned seed, int count, const std::function<void()>& visit);
-
-// The tab-separated rows of a file of the test data, comments left out.
-std::vector<std::vector<std::string>> DataRows(const std::string& file);
 
 }  // namespace tarvyle::support

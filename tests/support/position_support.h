@@ -3,10 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstdint>
+#include <cstddef>
 #include <cstring>
-#include <fstream>
-#include <ostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -21,6 +19,7 @@
 #include "position/setup.h"
 #include "position/text.h"
 #include "position/types.h"
+#include "tests/support/data_rows.h"
 
 // Helpers of the tests that need a position.
 
@@ -29,13 +28,15 @@ namespace tarvyle::support {
 // Score of a move that the user entered.
 inline constexpr int kUserMove = 1000001;
 
-// Builds the attack tables and the keys, unless they are there.
+// Fills the attack tables and the keys, unless that has been done.
 inline void BuildTables() {
-  InitAtk();
   if (HashRnd(White, Pawn, A8) != 0) return;
+  InitAtk();
   FillKeys(White);
   FillKeys(Black);
 }
+
+inline Square At(const char* name) { return StrToSq(name); }
 
 // The position part of what a process has right after its start.
 class PositionTest : public testing::Test {
@@ -115,21 +116,6 @@ inline bool SamePosition(const GameRecord& left, const GameRecord& right) {
     return reinterpret_cast<const unsigned char*>(&record) + kFirst;
   };
   return std::memcmp(at(left), at(right), kEnd - kFirst) == 0;
-}
-
-// The rows of a file of tests/data: lines split at tabs, without those that begin with '#'.
-inline std::vector<std::vector<std::string>> DataRows(const std::string& name) {
-  std::ifstream file(std::string(TESTS_DATA_DIR "/") + name);
-  EXPECT_TRUE(file) << name;
-  std::vector<std::vector<std::string>> rows;
-  for (std::string line; std::getline(file, line);) {
-    if (line.empty() || line[0] == '#') continue;
-    std::vector<std::string>& row = rows.emplace_back();
-    std::istringstream fields(line + '\t');
-    for (std::string field; std::getline(fields, field, '\t');) row.push_back(field);
-  }
-  EXPECT_FALSE(rows.empty()) << name;
-  return rows;
 }
 
 }  // namespace tarvyle::support
