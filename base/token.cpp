@@ -1,5 +1,7 @@
 #include "base/token.h"
 
+#include <cstddef>
+
 namespace tarvyle {
 
 std::string_view NextToken(std::string_view& rest, std::string_view delimiters) {

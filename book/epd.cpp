@@ -3,6 +3,7 @@
 #include "position/castling.h"
 #include "position/movegen.h"
 #include "position/record.h"
+#include "position/text.h"
 
 namespace tarvyle {
 
@@ -23,20 +24,11 @@ char* PutRow(char* out, int row) {
   return out;
 }
 
-bool RightStands(int colour, std::uint32_t right, Square rook_home) {
-  return (g.castle & right) != 0 && Holds(kKingHome[colour], King, colour) &&
-         Holds(rook_home, Rook, colour);
-}
-
 char* PutCastling(char* out) {
   const char* const begin = out;
   for (int colour = White; colour <= Black; ++colour) {
-    if (RightStands(colour, LongRight(colour), kLongRookHome[colour])) {
-      *out++ = kPieceLetters[colour][Queen];
-    }
-    if (RightStands(colour, ShortRight(colour), kShortRookHome[colour])) {
-      *out++ = kPieceLetters[colour][King];
-    }
+    if (LongRightStands(colour)) *out++ = kPieceLetters[colour][Queen];
+    if (ShortRightStands(colour)) *out++ = kPieceLetters[colour][King];
   }
   if (out == begin) *out++ = '-';
   return out;
@@ -59,9 +51,7 @@ Square en_pass_to(Move move, int side) {
   const Square to = TargetOf(move);
   const int step = OriginOf(move) - to;
   if (PieceOf(move) != Pawn || (step != 16 && step != -16)) return 0;
-  const bool beside = (FileOf(to) > 0 && Holds(to - 1, Pawn, 1 - side)) ||
-                      (FileOf(to) < 7 && Holds(to + 1, Pawn, 1 - side));
-  return beside ? to - dP[side] : 0;
+  return PawnBeside(to, 1 - side) ? to - dP[side] : 0;
 }
 
 void MakeEpd(char* buffer) {

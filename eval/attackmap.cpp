@@ -19,7 +19,7 @@ void Mark(std::uint32_t* words, int wide, std::uint32_t bit) {
 }
 
 void MarkPawn(std::uint32_t* words, Square from, int colour) {
-  const int ahead = ToWide(from) + 2 * dP[colour];
+  const int ahead = ToWide(from) + 2 * dP[colour];  // in this form a row is 16 wide
   if (!OffBoard(ahead - 1)) Mark(words, ahead - 1, kPawnBit);
   if (!OffBoard(ahead + 1)) Mark(words, ahead + 1, kPawnBit);
 }

@@ -1,5 +1,9 @@
 #include "eval/attacksets.h"
 
+#include "position/piecesets.h"
+#include "position/reach.h"
+#include "position/record.h"
+
 namespace tarvyle {
 
 AttackSets attack_sets[2];

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
-#include "position/record.h"
 #include "position/sets.h"
 #include "position/types.h"
 

@@ -1,8 +1,9 @@
 #include "eval/cache.h"
 
 #include "position/attack.h"
+#include "position/piecesets.h"
 #include "position/record.h"
-#include "position/sets.h"
+#include "position/types.h"
 
 namespace tarvyle {
 

@@ -1,7 +1,11 @@
 #include "eval/evaluate.h"
 
+#include <bit>
+#include <cstdint>
+
 #include "eval/attacksets.h"
 #include "eval/cache.h"
+#include "eval/distance.h"
 #include "eval/kingsafety.h"
 #include "eval/mobility.h"
 #include "eval/pawns.h"
@@ -9,7 +13,10 @@
 #include "eval/side.h"
 #include "eval/tables.h"
 #include "eval/threats.h"
+#include "position/piecesets.h"
 #include "position/record.h"
+#include "position/sets.h"
+#include "position/types.h"
 
 namespace tarvyle {
 
@@ -107,7 +114,9 @@ int Truncated(double phase, int total) {
   return static_cast<int>(10 * (1 - phase) + total) - total;
 }
 
-// For totals of at least this the truncation always adds the same; below, and by sign, it may not.
+// From this total on the truncation adds the same whatever the total. Below, it depends: a negative
+// sum is truncated the other way, and in two phases 10 * (1 - phase) falls short of a whole number
+// by so little that only a sum of 4 or more rounds it up.
 constexpr int kSteadyTotal = 3;
 
 // Walks one side's piece list. The slots come in order, because each rook truncates the sum of all
@@ -119,7 +128,7 @@ class SideSum {
         threats_(FindThreats(side)),
         pawn_terms_(PawnTerms(side, side.own[Pawn])),
         threat_terms_(ThreatTerms(side, threats_, ~SquareSet{0})),
-        steady_(Truncated(side.phase, 4096)) {}
+        steady_(Truncated(side.phase, kSteadyTotal)) {}
 
   int DearestHanging() const { return DearestPiece(side_, threats_.hanging); }
 

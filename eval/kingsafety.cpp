@@ -4,6 +4,11 @@
 #include "eval/phase.h"
 #include "position/attack.h"
 #include "position/castling.h"
+#include "position/piecesets.h"
+#include "position/reach.h"
+#include "position/record.h"
+#include "position/sets.h"
+#include "position/types.h"
 
 namespace tarvyle {
 
@@ -65,15 +70,9 @@ int LostCastling(int colour) {
 
 }  // namespace
 
-bool LeftCastlEnable(int colour) {
-  return Holds(kKingHome[colour], King, colour) && Holds(kLongRookHome[colour], Rook, colour) &&
-         (g.castle & LongRight(colour)) != 0;
-}
+bool LeftCastlEnable(int colour) { return LongRightStands(colour); }
 
-bool RightCastlEnable(int colour) {
-  return Holds(kKingHome[colour], King, colour) && Holds(kShortRookHome[colour], Rook, colour) &&
-         (g.castle & ShortRight(colour)) != 0;
-}
+bool RightCastlEnable(int colour) { return ShortRightStands(colour); }
 
 int KingSFTY(int colour) {
   const double phase = Stage(colour);

@@ -3,8 +3,8 @@
 namespace tarvyle {
 
 // King-safety term of `colour` in 1/1000 pawn, usually 0 or negative; 0 when the opponent has at
-// most one minor piece. Needs the attack words of the position. Hidden input: the direction table
-// in use, whose first knight jump names the ninth square of the king's ring.
+// most one minor piece. Needs the attack sets of the position. Hidden input: the direction table in
+// use, whose first knight jump names the ninth square of the king's ring.
 int KingSFTY(int colour);
 
 // Whether king and a-file rook stand at home and the long castling right is held.

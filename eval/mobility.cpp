@@ -1,9 +1,13 @@
 #include "eval/mobility.h"
 
 #include "eval/attackmap.h"
+#include "eval/attacksets.h"
 #include "eval/tables.h"
 #include "position/attack.h"
+#include "position/piecesets.h"
+#include "position/reach.h"
 #include "position/record.h"
+#include "position/sets.h"
 
 namespace tarvyle {
 
@@ -20,34 +24,15 @@ Square FirstPiece(int& wide, int step, int& empty) {
   return -1;
 }
 
-// Bonus for `behind`, an enemy piece that stands behind `front` on a line of ours.
-int PinBonus(Square front, Square behind, int colour, const std::uint32_t* own_attacks) {
-  const bool king_behind = g.board[behind] == King;
-  if (g.color[front] == colour) return king_behind ? 8 : 5;  // x-ray through an own piece
+// Bonus for an enemy piece behind another one on a slider's line: an x-ray through an own piece, or
+// a pin, which is worth more to the king when the pinned piece is attacked twice.
+// The attacks are counted only when they matter.
+template <typename Count>
+int BonusBehind(bool own_front, bool king_behind, Count attacks_on_front) {
+  if (own_front) return king_behind ? 8 : 5;
   if (!king_behind) return 6;
-  return AttackCount(own_attacks[front]) >= 2 ? 8 : 7;
+  return attacks_on_front() >= 2 ? 8 : 7;
 }
-
-}  // namespace
-
-void Mobile_Pin_XRay(Square square, int piece, int colour, RayScan& result,
-                     const std::uint32_t* opponent_attacks, const std::uint32_t* own_attacks) {
-  result = {0, 0};
-  for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
-    int wide = ToWide(square);
-    const Square front = FirstPiece(wide, dir[d], result.empty);
-    if (front < 0 || g.board[front] == King || g.board[front] == Pawn) continue;
-    int passed = 0;
-    const Square behind = FirstPiece(wide, dir[d], passed);
-    if (behind < 0 || g.color[behind] == colour) continue;
-    // Worth a bonus when it is dearer than the scanning piece, or undefended.
-    if (comp_value[g.board[behind]] > comp_value[piece] || opponent_attacks[behind] == 0) {
-      result.bonus += PinBonus(front, behind, colour, own_attacks);
-    }
-  }
-}
-
-namespace {
 
 // What a slider would see on an empty board.
 SquareSet EmptyBoardLines(int piece, Square square) {
@@ -65,27 +50,43 @@ SquareSet DearerPieces(const Side& side, int piece) {
   return dearer;
 }
 
-int BonusBehind(const Side& side, Square front, Square behind) {
-  const bool king_behind = Contains(side.theirs[King], behind);
-  if (Contains(board_sets.colour[side.colour], front)) return king_behind ? 8 : 5;
-  if (!king_behind) return 6;
-  return AttackCountAt(side.attacks, front) >= 2 ? 8 : 7;
-}
-
 }  // namespace
+
+void Mobile_Pin_XRay(Square square, int piece, int colour, RayScan& result,
+                     const std::uint32_t* opponent_attacks, const std::uint32_t* own_attacks) {
+  result = {0, 0};
+  for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
+    int wide = ToWide(square);
+    const Square front = FirstPiece(wide, dir[d], result.empty);
+    if (front < 0 || g.board[front] == King || g.board[front] == Pawn) continue;
+    int passed = 0;
+    const Square behind = FirstPiece(wide, dir[d], passed);
+    if (behind < 0 || g.color[behind] == colour) continue;
+    // Worth a bonus when it is dearer than the scanning piece, or undefended.
+    if (comp_value[g.board[behind]] > comp_value[piece] || opponent_attacks[behind] == 0) {
+      result.bonus += BonusBehind(g.color[front] == colour, g.board[behind] == King,
+                                  [&] { return AttackCount(own_attacks[front]); });
+    }
+  }
+}
 
 int LineBonus(const Side& side, int piece, Square square) {
   const SquareSet enemies = board_sets.colour[side.opponent];
+  // Undefended or dearer pieces that the slider would see on an empty board but does not see now.
   SquareSet targets = (enemies & ~side.threats.all) | DearerPieces(side, piece);
   targets &= EmptyBoardLines(piece, square) & ~slider_reach[square];
   int bonus = 0;
   while (targets != 0) {
     const Square behind = TakeFirst(targets);
     const SquareSet passed = between_set[square][behind] & Occupied();
-    if ((passed & (passed - 1)) != 0) continue;
+    if (HasSeveral(passed)) continue;
     const SquareSet never_pinned =
         side.own[Pawn] | side.theirs[Pawn] | side.own[King] | side.theirs[King];
-    if ((passed & never_pinned) == 0) bonus += BonusBehind(side, FirstOf(passed), behind);
+    if ((passed & never_pinned) != 0) continue;
+    const bool king_behind = Contains(side.theirs[King], behind);
+    const Square front = FirstOf(passed);
+    bonus += BonusBehind(Contains(board_sets.colour[side.colour], front), king_behind,
+                         [&] { return AttackCountAt(side.attacks, front); });
   }
   return bonus;
 }

@@ -1,7 +1,11 @@
 #include "eval/pawns.h"
 
+#include "eval/attacksets.h"
+#include "eval/distance.h"
 #include "eval/tables.h"
+#include "position/piecesets.h"
 #include "position/record.h"
+#include "position/types.h"
 
 namespace tarvyle {
 

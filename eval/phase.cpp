@@ -2,6 +2,7 @@
 
 #include "eval/tables.h"
 #include "position/record.h"
+#include "position/types.h"
 
 namespace tarvyle {
 

@@ -4,7 +4,7 @@
 
 namespace tarvyle {
 
-inline constexpr int kFullWeight = 40;
+inline constexpr int kFullWeight = 40;  // from here on the phase is 1.0
 
 // Weight of the opponent's pieces, 14 a queen, 6 a rook, 4 a bishop, 3 a knight, uncapped.
 int OpponentWeight(int colour);

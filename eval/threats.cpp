@@ -1,5 +1,9 @@
 #include "eval/threats.h"
 
+#include "eval/attacksets.h"
+#include "position/piecesets.h"
+#include "position/types.h"
+
 namespace tarvyle {
 
 namespace {

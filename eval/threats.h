@@ -1,6 +1,7 @@
 #pragma once
 
 #include "eval/side.h"
+#include "position/sets.h"
 
 namespace tarvyle {
 

@@ -1,8 +1,9 @@
 #include "position/attack.h"
 
 #include "position/castling.h"
+#include "position/piecesets.h"
+#include "position/reach.h"
 #include "position/record.h"
-#include "position/sets.h"
 
 namespace tarvyle {
 
@@ -38,12 +39,21 @@ bool LineIsFree(Square from, Square to, int step) {
   return false;
 }
 
+// Knights, pawns and king of `colour` that attack `square`: those that stand where such a piece of
+// the other colour would reach from there.
+SquareSet Steppers(Square square, int colour) {
+  const SquareSet* own = board_sets.of[colour];
+  return (knight_set[square] & own[Knight]) | (king_set[square] & own[King]) |
+         (pawn_set[1 - colour][square] & own[Pawn]);
+}
+
 }  // namespace
 
 void set_dir(int colour) { dir = colour != White ? dir_black : dir_white; }
 
 void InitAtk() {
-  InitSets();
+  InitReach();
+  FillSlotKeys();
   for (int piece = Knight; piece <= King; ++piece) {
     for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
       if (IsSlider(piece)) {
@@ -63,10 +73,8 @@ bool Attack(int piece, int colour, Square from, Square to) {
 }
 
 bool SqAttack(Square square, int colour) {
+  if (Steppers(square, colour) != 0) return true;
   const SquareSet* own = board_sets.of[colour];
-  const SquareSet steppers = (knight_set[square] & own[Knight]) | (king_set[square] & own[King]) |
-                             (pawn_set[1 - colour][square] & own[Pawn]);
-  if (steppers != 0) return true;
   const SquareSet occupied = Occupied();
   return (BishopSet(square, occupied) & (own[Bishop] | own[Queen])) != 0 ||
          (RookSet(square, occupied) & (own[Rook] | own[Queen])) != 0;
@@ -74,9 +82,7 @@ bool SqAttack(Square square, int colour) {
 
 SquareSet AttackersOf(Square square, int colour, SquareSet occupied) {
   const SquareSet* own = board_sets.of[colour];
-  return (knight_set[square] & own[Knight]) | (king_set[square] & own[King]) |
-         (pawn_set[1 - colour][square] & own[Pawn]) |
-         (BishopSet(square, occupied) & (own[Bishop] | own[Queen])) |
+  return Steppers(square, colour) | (BishopSet(square, occupied) & (own[Bishop] | own[Queen])) |
          (RookSet(square, occupied) & (own[Rook] | own[Queen]));
 }
 

@@ -36,7 +36,7 @@ constexpr int AttackIndex(Square attacker, Square target) {
 // Selects the direction table of a colour: `dir_black` if `colour` is not 0.
 void set_dir(int colour);
 
-// Fills `atk` and `dir_atk`; called once at start-up.
+// Fills `atk` and `dir_atk`, the tables of reach.h, and `slot_rnd`; called once at start-up.
 void InitAtk();
 
 // Whether a piece of that code and colour standing on `from` attacks `to` on the current board.

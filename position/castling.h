@@ -1,26 +1,30 @@
 #pragma once
 
 #include "position/record.h"
+#include "position/types.h"
+
+// What castling needs of the board; attacked squares are another matter (LegalCastl).
 
 namespace tarvyle {
 
-inline bool Holds(Square square, int piece, int colour) {
-  return g.board[square] == piece && g.color[square] == colour;
+// Whether a castling right is held, and king and rook stand at home for it.
+inline bool ShortRightStands(int colour) {
+  return Holds(kKingHome[colour], King, colour) && Holds(kShortRookHome[colour], Rook, colour) &&
+         (g.castle & ShortRight(colour)) != 0;
+}
+inline bool LongRightStands(int colour) {
+  return Holds(kKingHome[colour], King, colour) && Holds(kLongRookHome[colour], Rook, colour) &&
+         (g.castle & LongRight(colour)) != 0;
 }
 
-inline bool IsEmpty(Square square) { return g.color[square] == NoColour; }
-
-// Whether castling is possible by rights, king, rook and empty squares; attacks are not looked at.
+// The same with nothing between the two: castling is listed.
 inline bool ShortCastlingReady(int colour) {
   const Square king = kKingHome[colour];
-  return (g.castle & ShortRight(colour)) != 0 && g.king_sq[colour] == king && IsEmpty(king + 1) &&
-         IsEmpty(king + 2) && Holds(king + 3, Rook, colour);
+  return ShortRightStands(colour) && IsEmpty(king + 1) && IsEmpty(king + 2);
 }
-
 inline bool LongCastlingReady(int colour) {
   const Square king = kKingHome[colour];
-  return (g.castle & LongRight(colour)) != 0 && g.king_sq[colour] == king && IsEmpty(king - 1) &&
-         IsEmpty(king - 2) && IsEmpty(king - 3) && Holds(king - 4, Rook, colour);
+  return LongRightStands(colour) && IsEmpty(king - 1) && IsEmpty(king - 2) && IsEmpty(king - 3);
 }
 
 }  // namespace tarvyle

@@ -1,11 +1,13 @@
 #include "position/image.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 
-#include "position/castling.h"
 #include "position/makemove.h"
 #include "position/movegen.h"
+#include "position/record.h"
+#include "position/types.h"
 
 namespace tarvyle {
 
@@ -17,9 +19,7 @@ bool EnPassantIsSound() {
   if (target == 0) return true;
   const Square pawn = target - dP[g.side];
   if (!OnBoard(target) || !OnBoard(pawn)) return false;
-  const bool right = FileOf(pawn) < 7 && Holds(pawn + 1, Pawn, g.side);
-  const bool left = FileOf(pawn) > 0 && Holds(pawn - 1, Pawn, g.side);
-  if (!right && !left) return true;
+  if (!PawnBeside(pawn, g.side)) return true;
   return IsEmpty(target) && g.color[pawn] == g.xside && g.board[pawn] != King;
 }
 

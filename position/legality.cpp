@@ -1,6 +1,8 @@
 #include "position/legality.h"
 
 #include "position/attack.h"
+#include "position/piecesets.h"
+#include "position/reach.h"
 #include "position/record.h"
 
 namespace tarvyle {
@@ -15,7 +17,7 @@ SquareSet PinnedPieces(int colour, Square king, SquareSet occupied) {
   SquareSet pinned = 0;
   while (pinners != 0) {
     const SquareSet shields = between_set[king][TakeFirst(pinners)] & occupied;
-    if ((shields & (shields - 1)) == 0) pinned |= shields & board_sets.colour[colour];
+    if (!HasSeveral(shields)) pinned |= shields & board_sets.colour[colour];
   }
   return pinned;
 }
@@ -34,8 +36,7 @@ Legality::Legality()
       targets_(~SquareSet{0}) {
   const SquareSet checkers = AttackersOf(king_, 1 - side_, occupied_);
   if (checkers == 0) return;
-  const bool one = (checkers & (checkers - 1)) == 0;
-  targets_ = one ? checkers | between_set[king_][FirstOf(checkers)] : 0;
+  targets_ = HasSeveral(checkers) ? 0 : checkers | between_set[king_][FirstOf(checkers)];
 }
 
 bool Legality::IsLegal(Move move) const {

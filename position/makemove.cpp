@@ -1,6 +1,11 @@
 #include "position/makemove.h"
 
+#include <cstdint>
+
+#include "position/invariant.h"
 #include "position/pieces.h"
+#include "position/piecesets.h"
+#include "position/record.h"
 
 namespace tarvyle {
 

@@ -1,10 +1,14 @@
 #include "position/movegen.h"
 
+#include <bit>
+#include <cstdint>
 #include <initializer_list>
 
 #include "position/attack.h"
 #include "position/castling.h"
 #include "position/movestack.h"
+#include "position/piecesets.h"
+#include "position/reach.h"
 #include "position/record.h"
 #include "position/sets.h"
 
@@ -88,6 +92,9 @@ Move* EmitPieces(Move* cursor) {
   return cursor;
 }
 
+// The full list above walks the lines: nearly every square on them is a move. Captures are few, so
+// below they are looked up as sets and then put into the order in which the walk would meet them.
+
 // Slots of the pawns in a set.
 std::uint32_t SlotsOf(SquareSet pawns) {
   std::uint32_t slots = 0;
@@ -120,7 +127,7 @@ int SortTargets(Square from, SquareSet targets, std::uint32_t* order) {
 
 Move* EmitTargets(Move* cursor, int piece, Square from, SquareSet targets) {
   const Move base = MoveWord(piece, from, 0) | kCapture;
-  if ((targets & (targets - 1)) == 0) {
+  if (!HasSeveral(targets)) {
     *cursor++ = base | static_cast<Move>(FirstOf(targets));
     return cursor;
   }

@@ -15,7 +15,7 @@ inline constexpr int kTreeSize = (kMaxPly + 1) * kMaxListMoves;
 extern Move tree[kTreeSize];
 extern int treeCnt[kMaxPly + 2];
 
-// Ordering value of each entry of `tree`.
+// Ordering value of each entry of `tree`; written by whoever orders a list.
 extern int sort_val[kTreeSize];
 
 }  // namespace tarvyle

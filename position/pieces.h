@@ -1,9 +1,13 @@
 #pragma once
 
+#include <cstdint>
+
 #include "position/hashkey.h"
 #include "position/invariant.h"
+#include "position/piecesets.h"
 #include "position/record.h"
 #include "position/sets.h"
+#include "position/types.h"
 
 // The helpers that do all the bookkeeping of the position: lift, place and move one piece.
 // Whatever is kept incrementally is updated here and nowhere else.

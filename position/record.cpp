@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "position/pieces.h"
+#include "position/piecesets.h"
 
 namespace tarvyle {
 

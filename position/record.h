@@ -59,7 +59,7 @@ struct GameRecord {
   std::uint32_t castle;              // castling rights
   std::int32_t side;                 // colour to move
   std::int32_t xside;                // the other colour
-  std::int32_t castled[2];           // castling moves now made by each colour
+  std::int32_t castled[2];           // castling moves of each colour that are not taken back
   std::int32_t king_sq[2];           // king squares
   std::int32_t ep_sq;                // en-passant target of the set-up text, 0 if none
   Key64 key;                         // XOR of hashRnd over all pieces
@@ -104,8 +104,19 @@ static_assert(offsetof(GameRecord, game_keys) == 3192);
 static_assert(offsetof(GameRecord, undo) == 7192);
 static_assert(offsetof(GameRecord, game_score) == 17192);
 
-// The game. Its position fields are written only in this folder.
+// The game; begun anew by each set-up. Its position fields are written only in this folder.
 extern GameRecord g;
+
+inline bool IsEmpty(Square square) { return g.color[square] == NoColour; }
+inline bool Holds(Square square, int piece, int colour) {
+  return g.board[square] == piece && g.color[square] == colour;
+}
+
+// Whether a pawn of `colour` stands beside a square, on its row.
+inline bool PawnBeside(Square square, int colour) {
+  return (FileOf(square) > 0 && Holds(square - 1, Pawn, colour)) ||
+         (FileOf(square) < 7 && Holds(square + 1, Pawn, colour));
+}
 
 // Distance from the search root, 0 outside the search. Raised by MakeMove, lowered by UnMakeMove.
 extern int ply;
@@ -133,6 +144,7 @@ void RemovePiece(int piece, int colour, Square square, int slot);
 
 // Whether board, piece lists, counters and keys of `record` agree, every index lies inside its
 // table and each colour has exactly one king. Says nothing of the moves of the game.
+// (soundness.cpp)
 bool RecordIsSound(const GameRecord& record);
 
 }  // namespace tarvyle

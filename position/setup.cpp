@@ -1,11 +1,14 @@
 #include "position/setup.h"
 
 #include <cctype>
+#include <cstddef>
+#include <initializer_list>
 #include <string_view>
 
 #include "base/token.h"
 #include "position/record.h"
 #include "position/text.h"
+#include "position/types.h"
 
 namespace tarvyle {
 
@@ -37,6 +40,7 @@ bool ReadBoard(std::string_view field) {
       return false;
     }
   }
+  // From the next free slot to the last one used.
   --g.list_last[White];
   --g.list_last[Black];
   return g.piece_cnt[White][King] == 1 && g.piece_cnt[Black][King] == 1;

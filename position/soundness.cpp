@@ -1,10 +1,12 @@
 // Recomputes everything that the game record keeps incrementally and compares.
 
+#include <cstdint>
 #include <cstring>
 
 #include "position/hashkey.h"
 #include "position/pieces.h"
 #include "position/record.h"
+#include "position/types.h"
 
 namespace tarvyle {
 

@@ -9,6 +9,9 @@
 
 namespace tarvyle {
 
+// Square names, in square order, each of two characters.
+extern const char* const chb[kSquares];
+
 inline constexpr int kMoveTextSize = 32;  // bytes that every move text fits into
 
 // Square named by the first two characters of `text`, or -1.

@@ -39,9 +39,6 @@ inline constexpr Square kKingHome[2] = {E1, E8};
 inline constexpr Square kLongRookHome[2] = {A1, A8};
 inline constexpr Square kShortRookHome[2] = {H1, H8};
 
-// Square names, in square order, each of two characters.
-extern const char* const chb[kSquares];
-
 // Piece letters by colour and piece code; code 0 is a blank.
 inline constexpr char kPieceLetters[2][8] = {" PNBRQK", " pnbrqk"};
 
@@ -55,7 +52,9 @@ constexpr Square FromWide(int wide) { return ((wide & ~7) >> 1) | (wide & 7); }
 constexpr bool OffBoard(int wide) { return (wide & 0x88) != 0; }
 
 // Bishop, rook and queen move along lines.
-constexpr bool IsSlider(int piece) { return ((1 << piece) & 56) != 0; }
+constexpr bool IsSlider(int piece) {
+  return ((1 << piece) & (1 << Bishop | 1 << Rook | 1 << Queen)) != 0;
+}
 
 // A move in one word; 0 is the null move.
 //   bits 0-5 target, 6-11 origin, 12-14 the moving piece (of a promotion: the new piece),

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "position/types.h"
 #include "pv/tree.h"
 
 // The tree of principal variations as a table of lines, for looking at.

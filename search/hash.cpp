@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "book/epd.h"
 #include "position/castling.h"
 #include "position/movegen.h"
 
@@ -50,21 +51,14 @@ int GreatestDepth(const HashEntry* table) {
 }
 
 std::uint32_t EnPassantBits() {
-  const Move last = LastMove();
-  const Square to = TargetOf(last);
-  const int step = OriginOf(last) - to;
-  if (PieceOf(last) != Pawn || (step != 16 && step != -16)) return 0;
-  const bool beside = (FileOf(to) > 0 && Holds(to - 1, Pawn, g.side)) ||
-                      (FileOf(to) < 7 && Holds(to + 1, Pawn, g.side));
-  return beside ? static_cast<std::uint32_t>(to - dP[g.xside]) : 0;
+  return static_cast<std::uint32_t>(en_pass_to(LastMove(), g.xside));
 }
 
 std::uint32_t CastlingBits() {
   std::uint32_t bits = 0;
   for (int colour = White; colour <= Black; ++colour) {
-    if (!Holds(kKingHome[colour], King, colour)) continue;
-    if (Holds(kLongRookHome[colour], Rook, colour)) bits |= g.castle & LongRight(colour);
-    if (Holds(kShortRookHome[colour], Rook, colour)) bits |= g.castle & ShortRight(colour);
+    if (LongRightStands(colour)) bits |= LongRight(colour);
+    if (ShortRightStands(colour)) bits |= ShortRight(colour);
   }
   return bits;
 }

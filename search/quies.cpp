@@ -7,6 +7,7 @@
 #include "position/makemove.h"
 #include "position/movegen.h"
 #include "position/movestack.h"
+#include "position/piecesets.h"
 #include "position/record.h"
 #include "position/sets.h"
 #include "search/clock.h"

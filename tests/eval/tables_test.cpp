@@ -7,8 +7,6 @@
 #include <climits>
 #include <cstdlib>
 
-#include "eval/side.h"
-
 namespace tarvyle {
 namespace {
 
@@ -52,17 +50,6 @@ TEST(EvaluationHelpers, MaxAndMinAreSigned) {
     for (const int b : numbers) {
       EXPECT_EQ(max(a, b), std::max(a, b));
       EXPECT_EQ(min(a, b), std::min(a, b));
-    }
-  }
-}
-
-TEST(EvaluationHelpers, DistancesAreTheKingsAndTheStreetGrids) {
-  for (Square a = 0; a < kSquares; ++a) {
-    for (Square b = 0; b < kSquares; ++b) {
-      const int rows = std::abs(a / 8 - b / 8);
-      const int files = std::abs(a % 8 - b % 8);
-      EXPECT_EQ(Distance(a, b), std::max(rows, files));
-      EXPECT_EQ(Taxi(a, b), rows + files);
     }
   }
 }

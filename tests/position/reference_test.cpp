@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <vector>
 
-#include "position/makemove.h"
+#include "position/perft.h"
+#include "tests/support/build_kind.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {
@@ -17,11 +19,7 @@ using support::DataRows;
 class ReferenceTest : public support::PositionTest {};
 
 // Checking every step makes deep trees slow; such builds count the smaller ones only.
-#if defined(__SANITIZE_ADDRESS__) || defined(TARVYLE_CHECK_RECORD)
-constexpr unsigned long long kMostLeaves = 30'000;
-#else
-constexpr unsigned long long kMostLeaves = 1'000'000'000;
-#endif
+constexpr std::uint64_t kMostLeaves = support::kSlowBuild ? 30'000 : 1'000'000'000;
 
 std::string Hex(std::uint64_t number) {
   char text[24];
@@ -66,29 +64,15 @@ TEST_F(ReferenceTest, MoveListsAreKnownInOrder) {
   }
 }
 
-unsigned long long Leaves(int depth) {
-  if (depth == 0) return 1;
-  LegalMoveList();
-  if (depth == 1) return static_cast<unsigned long long>(ListLength());
-  unsigned long long leaves = 0;
-  for (int i = treeCnt[ply]; i < treeCnt[ply + 1]; ++i) {
-    const Move move = tree[i];
-    MakeMove(move);
-    leaves += Leaves(depth - 1);
-    UnMakeMove(move);
-  }
-  return leaves;
-}
-
 TEST_F(ReferenceTest, LeafCountsAreKnown) {
   int counted = 0;
   for (const auto& row : DataRows("perft.tsv")) {
     ASSERT_EQ(row.size(), 3u);
-    const unsigned long long expected = std::stoull(row[2]);
+    const std::uint64_t expected = std::stoull(row[2]);
     if (expected > kMostLeaves) continue;
     ++counted;
     support::SetUpPosition(row[0]);
-    EXPECT_EQ(Leaves(std::stoi(row[1])), expected) << row[0] << " depth " << row[1];
+    EXPECT_EQ(Perft(std::stoi(row[1])), expected) << row[0] << " depth " << row[1];
   }
   EXPECT_GT(counted, 200);
 }

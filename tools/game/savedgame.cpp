@@ -14,6 +14,7 @@
 #include "position/legal.h"
 #include "position/movegen.h"
 #include "position/record.h"
+#include "position/text.h"
 #include "search/state.h"
 #include "tools/files.h"
 #include "tools/positiontext.h"

@@ -1,4 +1,4 @@
-#include "position/sets.h"
+#include "position/piecesets.h"
 
 #include "position/record.h"
 
@@ -26,6 +26,19 @@ PieceSets SetsOfRecord() {
 }
 
 }  // namespace
+
+// Numbers that only have to differ from one another; they never leave the process.
+void FillSlotKeys() {
+  std::uint64_t state = 0;
+  for (auto& keys : slot_rnd) {
+    for (std::uint64_t& key : keys) {
+      state += 0x9E3779B97F4A7C15;
+      key = (state ^ state >> 30) * 0xBF58476D1CE4E5B9;
+      key = (key ^ key >> 27) * 0x94D049BB133111EB;
+      key ^= key >> 31;
+    }
+  }
+}
 
 void RebuildSets() { board_sets = SetsOfRecord(); }
 

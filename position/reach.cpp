@@ -1,11 +1,8 @@
-// Builds the look-up tables of sets of squares. The multipliers were found by trial: any that sends
-// all occupancies of a square's lines to different places, or to equal sets, would do.
+#include "position/reach.h"
 
 #include <bit>
-#include <cstdint>
 
 #include "position/attack.h"
-#include "position/sets.h"
 
 namespace tarvyle {
 
@@ -19,6 +16,8 @@ LineTable rook_lines[kSquares];
 
 namespace {
 
+// Found by trial: any multipliers that send all occupancies of a square's lines to different
+// places, or to equal sets, would do.
 constexpr std::uint64_t kBishopMultipliers[kSquares] = {
     0x10088108220c0022, 0x0008628800410000, 0x00c418061150a002, 0x2002408500401101,
     0x00b0882028000008, 0x20068610c0040240, 0x001088011010000c, 0xa000802110500407,
@@ -57,7 +56,8 @@ constexpr std::uint64_t kRookMultipliers[kSquares] = {
     0x2d02000804201002, 0x020200040810011e, 0x4000009022080124, 0x0800810400884022,
 };
 
-// Sets of all squares' bishop and rook lines, one after another.
+// One set for each relevant occupancy, square after square: of all bishop lines 5248, of all rook
+// lines 102400.
 SquareSet line_sets[5248 + 102400];
 
 // By direction of White's table and square: the squares of that line up to the edge.
@@ -160,23 +160,9 @@ void FillOrder(Square from) {
   }
 }
 
-// Numbers that only have to differ from one another; they never leave the process.
-void FillSlotKeys() {
-  std::uint64_t state = 0;
-  for (auto& keys : slot_rnd) {
-    for (std::uint64_t& key : keys) {
-      state += 0x9E3779B97F4A7C15;
-      key = (state ^ state >> 30) * 0xBF58476D1CE4E5B9;
-      key = (key ^ key >> 27) * 0x94D049BB133111EB;
-      key ^= key >> 31;
-    }
-  }
-}
-
 }  // namespace
 
-void InitSets() {
-  FillSlotKeys();
+void InitReach() {
   for (int d = 0; d < 8; ++d) {
     for (Square square = 0; square < kSquares; ++square) FillLine(d, square);
   }

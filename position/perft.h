@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "position/types.h"
+
+// Counts the legal leaf nodes below the current position: the test of a move generator.
+
+namespace tarvyle {
+
+inline constexpr int kDeepestPerft = 90;  // plies; the move stack holds a few more
+
+// Asked now and then; true ends the count, which is of no use then.
+using StopQuestion = bool (*)();
+
+// Leaf nodes at that depth, 1 at depth 0. The last ply is counted by the lengths of its lists.
+std::uint64_t Perft(int depth, StopQuestion should_stop = nullptr);
+
+// The same for a depth of 1 or more, telling the leaf nodes below each root move as it goes; those
+// of a count that was ended are not told.
+std::uint64_t DividedPerft(int depth, const std::function<void(Move, std::uint64_t)>& tell,
+                           StopQuestion should_stop = nullptr);
+
+}  // namespace tarvyle
