@@ -25,21 +25,13 @@ Square FirstPiece(int& wide, int step, int& empty) {
 }
 
 // Bonus for an enemy piece behind another one on a slider's line: an x-ray through an own piece, or
-// a pin, which is worth more to the king when the pinned piece is attacked twice.
-// The attacks are counted only when they matter.
+// a pin, which is worth more before the king, and most when the pinned piece is attacked twice. Its
+// attacks are counted only then.
 template <typename Count>
 int BonusBehind(bool own_front, bool king_behind, Count attacks_on_front) {
   if (own_front) return king_behind ? 8 : 5;
   if (!king_behind) return 6;
   return attacks_on_front() >= 2 ? 8 : 7;
-}
-
-// What a slider would see on an empty board.
-SquareSet EmptyBoardLines(int piece, Square square) {
-  SquareSet lines = 0;
-  if (piece != Rook) lines |= bishop_lines[square].sets[0];
-  if (piece != Bishop) lines |= rook_lines[square].sets[0];
-  return lines;
 }
 
 // Enemy pieces that are worth more than the scanning one.
@@ -74,7 +66,7 @@ int LineBonus(const Side& side, int piece, Square square) {
   const SquareSet enemies = board_sets.colour[side.opponent];
   // Undefended or dearer pieces that the slider would see on an empty board but does not see now.
   SquareSet targets = (enemies & ~side.threats.all) | DearerPieces(side, piece);
-  targets &= EmptyBoardLines(piece, square) & ~slider_reach[square];
+  targets &= ReachSet(piece, square, 0) & ~slider_reach[square];
   int bonus = 0;
   while (targets != 0) {
     const Square behind = TakeFirst(targets);

@@ -12,8 +12,8 @@ namespace {
 // Pieces of `colour` that stand alone between its king and an enemy slider.
 SquareSet PinnedPieces(int colour, Square king, SquareSet occupied) {
   const SquareSet* enemy = board_sets.of[1 - colour];
-  SquareSet pinners = (bishop_lines[king].sets[0] & (enemy[Bishop] | enemy[Queen])) |
-                      (rook_lines[king].sets[0] & (enemy[Rook] | enemy[Queen]));
+  SquareSet pinners = (BishopSet(king, 0) & (enemy[Bishop] | enemy[Queen])) |
+                      (RookSet(king, 0) & (enemy[Rook] | enemy[Queen]));
   SquareSet pinned = 0;
   while (pinners != 0) {
     const SquareSet shields = between_set[king][TakeFirst(pinners)] & occupied;

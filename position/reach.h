@@ -47,7 +47,6 @@ void InitReach();
 
 // What bishop and rook see when `occupied` are the occupied squares, the first piece of each line
 // included.
-
 inline SquareSet BishopSet(Square from, SquareSet occupied) {
   const LineTable& table = bishop_lines[from];
   return table.sets[table.IndexOf(occupied)];
