@@ -20,7 +20,7 @@
 #include "position/setup.h"
 #include "search/clock.h"
 #include "search/hash.h"
-#include "search/status.h"
+#include "search/state.h"
 #include "search/style.h"
 
 namespace tarvyle {
@@ -73,6 +73,8 @@ void ApplyTimeSetting() {
   limit_time = std::clamp(hundredths, kLeastTime, kGreatestTime);
 }
 
+void NameSavedGame() { std::strcpy(game_fname, ConCat("tarvyle_save_game.dat")); }
+
 void ApplyPlayStyle() {
   std::puts("# load play style: ");
   if (load_play_style(property_get("play style"))) {
@@ -114,6 +116,21 @@ void ApplySettings() {
   ApplyPlayStyle();
 }
 
+void ResetProcess() {
+  property_clear();
+  ResetEngine();
+  limit_time = kDefaultLimit;
+  is_rnd_search = 0;
+  PLAY_STYLE = kKnowledge3;
+  prev_inst = 0;
+  is_xboard = 0;
+  is_glintview = 0;
+  stop = 0;
+  cnt_warning = 0;
+  NameSavedGame();
+  old_print_fen[0] = '\0';
+}
+
 void StartUp() {
   prev_inst = prog_is_run();
   std::setvbuf(stdout, nullptr, _IONBF, 0);
@@ -124,7 +141,7 @@ void StartUp() {
   InitAllVar();
   InitNewGame();
   LoadKnowledge();
-  std::strcpy(game_fname, ConCat("tarvyle_save_game.dat"));
+  NameSavedGame();
   ApplySettings();
   std::puts("# <help> - help ");
   std::puts("# move: ? ");

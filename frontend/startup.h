@@ -14,6 +14,11 @@ void InitAllVar();
 // style, as far as it is valid; says so on standard output.
 void ApplySettings();
 
+// Makes the whole process, but for its tables, what it is before it reads its files: an empty
+// configuration, default settings, no mode, no learned position, the start position. For tests and
+// tools.
+void ResetProcess();
+
 // Everything before the first command: banner, configuration, tables, start position, learn table
 // or book, settings. Ends the process with status 1 when something needed is missing.
 void StartUp();

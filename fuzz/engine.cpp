@@ -4,33 +4,26 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 
-#include "base/property.h"
-#include "book/learn.h"
 #include "eval/scoretable.h"
-#include "frontend/state.h"
+#include "frontend/startup.h"
 #include "position/attack.h"
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"
 #include "search/clock.h"
 #include "search/hash.h"
-#include "search/root.h"
-#include "search/state.h"
-#include "search/status.h"
 
 namespace tarvyle::fuzz {
 
 namespace {
 
-constexpr int kTableEntries =
-    0x10000;  // the smallest tables there are; emptying them costs nothing
+// The smallest tables there are; emptying them costs nothing.
+constexpr int kTableEntries = 0x10000;
 constexpr int kNodesPerExecution = 3000;
 constexpr int kNodesPerSearch = 1000;
-constexpr int kNodesBetweenLooks = 4096;  // at the clock, as the search has it
 constexpr std::uint32_t kLongerThanAnyAllowance = 1000 * kMillisecondsPerSecond;
 
 int nodes_left = 0;
@@ -41,7 +34,7 @@ std::uint32_t BoundingClock() {
   static std::uint32_t now = 0;
   if (cnt_nodes == 0) {
     const int nodes = std::clamp(nodes_left, 1, kNodesPerSearch);
-    cnt_nodes = static_cast<std::uint64_t>(kNodesBetweenLooks - nodes);
+    cnt_nodes = kNodesPerPoll - static_cast<std::uint64_t>(nodes);
     nodes_left -= nodes;
   }
   return now += kLongerThanAnyAllowance;
@@ -77,21 +70,7 @@ void FreshPosition() {
 }
 
 void FreshProcess() {
-  LearnReset();
-  property_clear();
-  ResetSearchState();
-  ClearRepetitions();
-  FreshPosition();
-  prev_inst = 0;
-  is_xboard = 0;
-  is_glintview = 0;
-  stop = 0;
-  cnt_warning = 0;
-  is_rnd_search = 0;
-  PLAY_STYLE = 2;
-  limit_time = 750;
-  old_print_fen[0] = '\0';
-  std::snprintf(game_fname, sizeof game_fname, "tarvyle_save_game.dat");
+  ResetProcess();
   AllotNodes(kNodesPerExecution);
 }
 

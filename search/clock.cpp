@@ -5,7 +5,7 @@
 
 namespace tarvyle {
 
-int limit_time = 750;
+int limit_time = kDefaultLimit;
 int start_time = 0;
 int curr_time = 0;
 std::uint64_t cnt_nodes = 0;

@@ -6,6 +6,8 @@
 
 namespace tarvyle {
 
+inline constexpr int kDefaultLimit = 750;  // 1/100 s
+
 extern int limit_time;  // allowance for one move, 1/100 s; set by configuration and commands
 extern int start_time;  // clock reading at the start of the search, 1/100 s
 extern int curr_time;   // last clock reading of the search, 1/100 s

@@ -21,7 +21,7 @@ namespace tarvyle {
 namespace {
 
 constexpr int kContempt = -8;        // a draw, for the side that moved at the root
-constexpr int kLearnAbovePly = 4;    // learned scores are looked up below this ply
+constexpr int kLearnedFromPly = 5;   // learned scores count from this ply on
 constexpr int kDepthsToHorizon = 3;  // plies per iteration depth, extensions included
 
 bool Settle(NodeEntry& entry, int score) {
@@ -58,7 +58,7 @@ bool SettledAtEntry(NodeEntry& entry, int alpha, int beta, bool in_check) {
     cut_forse[ply] = kDrawByRule;
     return Settle(entry, g.side == root_side ? kContempt : 0);
   }
-  return ply > kLearnAbovePly && LearnLook(entry.depth, alpha, beta, entry.score);
+  return ply >= kLearnedFromPly && LearnLook(entry.depth, alpha, beta, entry.score);
 }
 
 bool SettledByGeneration(int& score) {

@@ -16,15 +16,15 @@ namespace {
 
 constexpr std::uint32_t kLastGeneration = 255;  // the field's greatest
 
-constexpr int kPawn = 1000;  // unit of material in an entry
+constexpr int kMaterialUnit = 1000;  // of an entry: a pawn
 
 bool IsOccupied(const HashEntry& entry) { return entry.generation == hash_generation; }
 
 // The position key nearly always decides; the extra key, which costs most, is asked last.
 bool IsCurrentPosition(const HashEntry& entry) {
   return entry.key == g.key && entry.white_key == g.color_key[White] && IsOccupied(entry) &&
-         static_cast<int>(entry.white_pawns) * kPawn == g.material[White] &&
-         static_cast<int>(entry.black_pawns) * kPawn == g.material[Black] &&
+         static_cast<int>(entry.white_pawns) * kMaterialUnit == g.material[White] &&
+         static_cast<int>(entry.black_pawns) * kMaterialUnit == g.material[Black] &&
          entry.ext_key == pos_ext_key();
 }
 
@@ -96,14 +96,13 @@ void HashInsert(int score, int beta, int depth, Move move) {
   entry.ext_key = pos_ext_key() & 0x3FFFFF;
   entry.bound = static_cast<std::uint32_t>(bound) & 3;
   entry.generation = hash_generation & 0xFF;
-  entry.white_pawns = static_cast<std::uint32_t>(g.material[White] / kPawn) & 0x7FF;
-  entry.black_pawns = static_cast<std::uint32_t>(g.material[Black] / kPawn) & 0x7FF;
+  entry.white_pawns = static_cast<std::uint32_t>(g.material[White] / kMaterialUnit) & 0x7FF;
+  entry.black_pawns = static_cast<std::uint32_t>(g.material[Black] / kMaterialUnit) & 0x7FF;
   entry.depth = static_cast<std::uint32_t>(depth) & 0x3FF;
 }
 
-// All halvings at once: each pass over large tables takes its time, and nobody looks at the clock
-// meanwhile.
-// Halving again and again is one shift; two passes take the time of two, however deep the entries.
+// Halving again and again is one shift: two passes over the tables, however deep the entries. Each
+// takes its time when they are large, and nobody looks at the clock meanwhile.
 void HashDepthLow() {
   const int greatest = std::max(GreatestDepth(hash[White]), GreatestDepth(hash[Black]));
   int halvings = 1;

@@ -5,14 +5,13 @@
 #include <cstring>
 
 #include "position/record.h"
+#include "search/state.h"
 
 namespace tarvyle {
 
 int history[1024];
 
 namespace {
-
-constexpr int kMateAlpha = 999901;
 
 void CompressHistory() {
   std::int64_t sum = 0;
@@ -35,7 +34,7 @@ void CompressHistory() {
 
 void SaveHist(Move move, int alpha, int beta) {
   const bool cut = alpha >= beta;
-  const bool mate = alpha >= kMateAlpha;
+  const bool mate = alpha > kMateWindow;
   const int reward = mate ? (cut ? 5 : 6) : (cut ? 1 : 2);
   int& counter = History(g.side, move);
   counter = std::min(counter + reward, MAX_HIST);

@@ -15,15 +15,16 @@
 #include "search/order.h"
 #include "search/result.h"
 #include "search/state.h"
+#include "search/style.h"
 
 namespace tarvyle {
 
 namespace {
 
-constexpr int kVerifyFrom1 = 6;    // "knowledge2" verifies children of at least this depth
-constexpr int kVerifyAbove = 5;    // "knowledge3" verifies at nodes deeper than this
-constexpr int kTwoProbesFrom = 3;  // "knowledge1" probes twice from this child depth on
-constexpr int kHintDepth = 1;      // depth stored with a move that is meant as a hint only
+constexpr int kVerifyChildFrom = 6;  // "knowledge2" verifies children of at least this depth
+constexpr int kVerifyNodeFrom = 6;   // "knowledge3" verifies at nodes of at least this depth
+constexpr int kTwoProbesFrom = 3;    // "knowledge1" probes twice from this child depth on
+constexpr int kHintDepth = 1;        // depth stored with a move that is meant as a hint only
 
 // One move of the loop, already made; `reply` is the opponent's best answer found so far.
 struct Child {
@@ -76,7 +77,7 @@ int SearchByKnowledge1(Child& child) {
 
 int SearchByKnowledge2(Child& child) {
   int score = Probe(child, child.depth, 0);
-  if (score <= child.alpha && child.depth >= kVerifyFrom1 && child.reply != 0) {
+  if (score <= child.alpha && child.depth >= kVerifyChildFrom && child.reply != 0) {
     score = Verify(child, child.depth, 0);
   }
   return score > child.alpha ? SearchFully(child) : score;
@@ -92,9 +93,9 @@ int SearchByKnowledge3(Child& child, bool verifies) {
 
 int SearchChild(Child child, bool verifies) {
   switch (PLAY_STYLE) {
-    case 0: return SearchByKnowledge1(child);
-    case 1: return SearchByKnowledge2(child);
-    case 2: return SearchByKnowledge3(child, verifies);
+    case kKnowledge1: return SearchByKnowledge1(child);
+    case kKnowledge2: return SearchByKnowledge2(child);
+    case kKnowledge3: return SearchByKnowledge3(child, verifies);
     default:
       std::puts("#----> main_search(); unknow style");
       (assert)(false);
@@ -134,11 +135,12 @@ int main_search(int alpha, int beta, int depth, int in_check, Move* line, int /*
     if (!MakeIfLegal(move, in_check != 0)) continue;
     ++count;
     const bool gives_check = Check();
+    // The root's own moves, which lead to ply 1, are never extended.
     const bool extends =
         ply > 1 && (gives_check || to_seventh || (in_check != 0 && entry.single_reply));
     score = SearchChild({alpha, beta, depth - 1 + (extends ? 1 : 0), gives_check ? 1 : 0,
                          picker.from_pv ? 1 : 0, child_line, 0},
-                        in_check == 0 && depth > kVerifyAbove);
+                        in_check == 0 && depth >= kVerifyNodeFrom);
     UnMakeMove(move);
     if (is_stop_search != 0) return 0;
     if (ply == 0) sort_val[picker.next - 1] = score;
@@ -157,7 +159,7 @@ int main_search(int alpha, int beta, int depth, int in_check, Move* line, int /*
   // Step 6. Remember the best move. But for "knowledge2", nodes of the principal variation leave a
   // hint only: later iterations shall search them anew.
   if (best != 0) {
-    if (ply >= 1) HashInsert(alpha, beta, PLAY_STYLE == 1 ? depth : kHintDepth, best);
+    if (ply >= 1) HashInsert(alpha, beta, PLAY_STYLE == kKnowledge2 ? depth : kHintDepth, best);
     SaveHist(best, alpha, beta);
   }
   return alpha;

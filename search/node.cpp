@@ -16,6 +16,7 @@
 #include "search/order.h"
 #include "search/result.h"
 #include "search/state.h"
+#include "search/style.h"
 
 namespace tarvyle {
 
@@ -37,7 +38,8 @@ bool NullMoveIsPromising(int beta, int depth) {
          Evaluate(beta - kNullMargin - 1, beta - kNullMargin) >= beta - kNullMargin;
 }
 
-// Lets the opponent move twice. No null move follows at once, but deeper down one may.
+// Lets the opponent move twice. No null move follows at once, but deeper down one may. The line
+// found goes into the node's own, where a new best move overwrites it.
 NullOutcome TryNullMove(int beta, int depth, Move* line) {
   const int outer = doNull;
   doNull = 1;
@@ -60,8 +62,8 @@ bool HasStoredContinuation() {
   return link != nullptr && *link != nullptr;
 }
 
-// Finds a move to try first by a shallower search of the same node. The node's move list stays in
-// the order that this search leaves.
+// Finds a move to try first by a shallower search of the same node. The node's move list and line
+// stay as this search leaves them.
 Move DeepenInternally(int alpha, int beta, int depth, int in_check, Move* line, int on_pv,
                       Move excluded_move) {
   const Move outer = gl_find_move[ply];
@@ -151,7 +153,7 @@ int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_prob
   Move move = 0;
   while (alpha < beta && NextMove(picker, move)) {
     if (move == excluded_move) {
-      ++count;
+      ++count;  // there is a move: neither mate nor stalemate
       continue;
     }
     const bool to_seventh = IsPawnToSeventh(move);
@@ -159,7 +161,7 @@ int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_prob
     const bool gives_check = Check();
     const bool extends =
         gives_check || to_seventh || mate_threat || (in_check != 0 && entry.single_reply);
-    const bool reduces = PLAY_STYLE != 0 && !gives_check && !to_seventh;
+    const bool reduces = PLAY_STYLE != kKnowledge1 && !gives_check && !to_seventh;
     score = SearchChild({alpha, beta, depth - 1 + (extends ? 1 : 0), gives_check ? 1 : 0,
                          picker.from_pv ? 1 : 0, reduces, ++count},
                         child_line);

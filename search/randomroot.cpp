@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <limits>
 
-#include "book/learn.h"
 #include "position/attack.h"
 #include "position/legal.h"
 #include "position/makemove.h"
@@ -16,7 +15,7 @@
 #include "search/hash.h"
 #include "search/node.h"
 #include "search/order.h"
-#include "search/root.h"
+#include "search/rootentry.h"
 #include "search/state.h"
 
 namespace tarvyle {
@@ -25,7 +24,6 @@ namespace {
 
 constexpr int kDeepestStage1 = 39;
 constexpr int kCandidateMargin = 2000;  // two pawns below the best move
-constexpr int kMateFound = 999900;
 constexpr int kNearEqual = 5;
 constexpr int kMaxPlayoutPly = 97;
 constexpr int kLeastValue = std::numeric_limits<int>::min() + 2;
@@ -33,9 +31,9 @@ constexpr int kGreatestValue = std::numeric_limits<int>::max() - 2;
 
 // What stage 1 found; no move when the clock stopped before any was resolved.
 struct BestMove {
-  Move move = 0;
-  int score = 0;
-  int depth = 0;
+  Move move;
+  int score;
+  int depth;
 };
 
 double Seconds(int hundredths) { return hundredths / 100.0; }
@@ -62,13 +60,12 @@ int SearchRoot(int alpha, int depth) {
   return score;
 }
 
+// The last root result that was published counts, be it of an interrupted iteration.
 BestMove FindBestMove() {
-  BestMove best;
   for (int depth = 2; depth <= kDeepestStage1 && StopSearch() == 0; ++depth) {
     SearchRoot(-kInfinity, depth);
-    if (search_depth == depth) best = {search_mv, search_score, search_depth};
   }
-  return best;
+  return {search_mv, search_score, search_depth};
 }
 
 // One pass over the remaining moves. True when it has set a candidate aside.
@@ -90,20 +87,18 @@ bool FindCandidate(const BestMove& best, int floor) {
 void FindCandidates(const BestMove& best) {
   std::printf("#----> search kandidate's moves ...  time = %02f \n", Seconds(limit_time));
   const int floor = std::max(best.score - kCandidateMargin, -kInfinity);
-  while (is_stop_search == 0 && RemainingMoves() > 0) {
-    if (!FindCandidate(best, floor)) return;
+  while (RemainingMoves() > 0 && FindCandidate(best, floor)) {
   }
 }
 
-// Random play-outs after each of the first `count` root moves in turn, while the time lasts.
+// Random play-outs after each of the first `count` root moves in turn, while the time lasts. Those
+// that the stop cuts short change nothing: their result is 0.
 void AddPlayouts(int count) {
   while (StopSearch() == 0) {
     for (int i = 0; i < count; ++i) {
       MakeMove(tree[i]);
-      const int result = RndSearch();
+      sort_val[i] -= RndSearch();
       UnMakeMove(tree[i]);
-      if (is_stop_search != 0) break;
-      sort_val[i] -= result;
       if (sort_val[i] < kLeastValue || sort_val[i] > kGreatestValue) return;
     }
   }
@@ -136,7 +131,7 @@ void ChooseAmong(const BestMove& best, int allowance) {
   SetAside(best.move, best.score);
   std::printf("#----> find best move %s,    score %d, depth %d\n", MoveToStr(best.move), best.score,
               best.depth);
-  if (best.score > kMateFound) return;
+  if (best.score > kMateWindow) return;
   FindCandidates(best);
   const int count = treeCnt[0];
   if (count == 1) {

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 
+#include "book/learn.h"
+#include "position/attack.h"
+#include "position/setup.h"
 #include "pv/tree.h"
 #include "search/history.h"
+#include "search/rootentry.h"
 
 namespace tarvyle {
 
@@ -16,7 +20,8 @@ int doNull = 0;
 int doReduction = 0;
 int search_tree_width_null_move_cut = 1;
 
-int PLAY_STYLE = 2;
+int is_rnd_search = 0;
+
 int s_depth = 0;
 int root_side = White;
 int root_mtl[2];
@@ -45,9 +50,20 @@ void ResetSearchState() {
   search_score = 0;
   search_depth = 0;
   search_start_pos_key = 0;
-  while (pv_table != nullptr) LineFree(reinterpret_cast<Move*>(pvt_pop_first(&pv_table)));
+  DropLines();
   pvReset(pv_tree);
   HistoryInit(true);
+}
+
+void ResetEngine() {
+  LearnReset();
+  ResetSearchState();
+  ClearRepetitions();
+  set_dir(White);
+  ply = 0;
+  treeCnt[0] = 0;
+  treeCnt[1] = 0;
+  InitNewGame();
 }
 
 }  // namespace tarvyle

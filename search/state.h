@@ -42,7 +42,8 @@ extern int doReduction;  // reduction of the current child; nothing reads it
 // 0 switches the null move off: set before every machine move, 1 when both sides have a queen.
 extern int search_tree_width_null_move_cut;
 
-extern int PLAY_STYLE;   // 0 "knowledge1", 1 "knowledge2", 2 "knowledge3"
+extern int is_rnd_search;  // 1: the randomised root search is on; set by configuration and "rnd"
+
 extern int s_depth;      // depth of the current iteration
 extern int root_side;    // side to move at the root
 extern int root_mtl[2];  // material at the root by colour; nothing reads it
@@ -58,7 +59,11 @@ extern Key64 search_start_pos_key;  // key of the root that the last result belo
 extern Move pv_line[kLineSize];  // the root's principal variation, index 0 = the root move
 extern Queue pv_table;           // lines found during one iteration, oldest first
 
-// Resets what a fresh process has: all of the above but style and settings. For tests and tools.
+// Resets what a fresh process has: all of the above but the kind of search. For tests and tools.
 void ResetSearchState();
+
+// That, and everything else up to the search as it is right after a start: the start position, no
+// learned position, no repetition counted. Style, allowance and tables stay. For tests and tools.
+void ResetEngine();
 
 }  // namespace tarvyle

@@ -4,10 +4,10 @@
 
 #include "position/movestack.h"
 #include "position/text.h"
+#include "search/state.h"
 
 namespace tarvyle {
 
-int is_rnd_search = 0;
 void (*status_sink)(const SearchStatus&) = nullptr;
 
 namespace {

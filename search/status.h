@@ -7,8 +7,6 @@
 
 namespace tarvyle {
 
-extern int is_rnd_search;  // 1: the randomised root search is on
-
 // One new best line at the root.
 struct SearchStatus {
   int depth;

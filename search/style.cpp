@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-#include "search/state.h"
-
 namespace tarvyle {
+
+int PLAY_STYLE = kKnowledge3;
 
 const char* const play_style_str[3] = {"knowledge1", "knowledge2", "knowledge3"};
 

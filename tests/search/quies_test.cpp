@@ -7,13 +7,12 @@
 #include "eval/evaluate.h"
 #include "position/movegen.h"
 #include "search/order.h"
+#include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle::tests {
 
 namespace {
-
-constexpr int kUnbounded = kInfinity;
 
 // Three queens among a queen and pawns: twenty-one captures for White, and one less.
 constexpr const char* kTwentyOne = "k7/8/1pppppp1/1pQqQpQ1/1pppppp1/8/8/K7 b";
@@ -24,7 +23,7 @@ constexpr const char* kTwenty = "k7/8/1pppppp1/1pQqQpQ1/1ppppp2/8/8/K7 b";
 int plain_budget = 0;
 
 int PlainQuies() {
-  int best = Evaluate(-kUnbounded, kUnbounded);
+  int best = Evaluate(-kInfinity, kInfinity);
   if (ply > 96 || --plain_budget < 0) return best;
   if (!GenerateCaptures()) return kCaptureKing - ply;
   for (int i = treeCnt[ply]; i < treeCnt[ply + 1]; ++i) {
@@ -42,8 +41,8 @@ using Quiescence = SearchTest;
 
 TEST_F(Quiescence, QuietPositionIsWorthItsEvaluationAndNeverLessThanAlpha) {
   GoTo("4k3/2p5/8/8/8/8/3P4/4K3 b", "e8e7");
-  const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
-  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), stand_pat);
+  const int stand_pat = Evaluate(-kInfinity, kInfinity);
+  EXPECT_EQ(Quies(-kInfinity, kInfinity), stand_pat);
   EXPECT_EQ(Quies(stand_pat - 1, stand_pat + 1), stand_pat);
   EXPECT_EQ(Quies(stand_pat + 1, stand_pat + 2), stand_pat + 1);
   EXPECT_EQ(Quies(stand_pat + 100, stand_pat + 200), stand_pat + 100);
@@ -51,7 +50,7 @@ TEST_F(Quiescence, QuietPositionIsWorthItsEvaluationAndNeverLessThanAlpha) {
 
 TEST_F(Quiescence, WithStandPatAtBetaNoMovesAreGenerated) {
   GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
-  const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
+  const int stand_pat = Evaluate(-kInfinity, kInfinity);
   for (const int beta : {stand_pat, stand_pat - 1}) {
     treeCnt[2] = 77;
     EXPECT_EQ(Quies(beta - 100, beta), stand_pat);
@@ -76,8 +75,8 @@ TEST_F(Quiescence, ResolvesExchanges) {
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.what);
     GoTo(row.root, "0");
-    const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
-    const int score = Quies(-kUnbounded, kUnbounded);
+    const int stand_pat = Evaluate(-kInfinity, kInfinity);
+    const int score = Quies(-kInfinity, kInfinity);
     EXPECT_GE(score - stand_pat, row.gain_from);
     EXPECT_LE(score - stand_pat, row.gain_to);
     Ascend();
@@ -87,33 +86,33 @@ TEST_F(Quiescence, ResolvesExchanges) {
 TEST_F(Quiescence, SideInCheckMayStandPat) {
   GoTo("4k3/8/8/8/8/8/q7/4K3 b", "a2a1");  // no capture gets White out of check
   ASSERT_TRUE(Check());
-  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), Evaluate(-kUnbounded, kUnbounded));
+  EXPECT_EQ(Quies(-kInfinity, kInfinity), Evaluate(-kInfinity, kInfinity));
 }
 
 TEST_F(Quiescence, GivesNoChecks) {
   GoTo("6k1/5ppp/8/8/8/8/8/R6K b", "g8h8");  // a rook's move to a8 would mate
-  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), Evaluate(-kUnbounded, kUnbounded));
+  EXPECT_EQ(Quies(-kInfinity, kInfinity), Evaluate(-kInfinity, kInfinity));
 }
 
 TEST_F(Quiescence, KingThatCanBeCapturedEndsItAboveTheRootOnly) {
   GoTo("4k3/8/8/8/8/8/4R3/4K3 b", "0");
-  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), 1000000 - 1);
+  EXPECT_EQ(Quies(-kInfinity, kInfinity), 1000000 - 1);
   Ascend();
   GoTo("4k3/8/8/8/8/8/4R3/4K3 b", "0 0 0");
-  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), 1000000 - 3);
+  EXPECT_EQ(Quies(-kInfinity, kInfinity), 1000000 - 3);
 }
 
 TEST_F(Quiescence, AtTheRootTheListIsUsedAsItStands) {
   GoTo("3q1q2/4k3/4P3/8/8/8/8/3RK3 w");
   treeCnt[1] = 0;
-  const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
-  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), stand_pat) << "an empty list";
+  const int stand_pat = Evaluate(-kInfinity, kInfinity);
+  EXPECT_EQ(Quies(-kInfinity, kInfinity), stand_pat) << "an empty list";
   tree[0] = Find("d1d8");
   treeCnt[1] = 1;
-  EXPECT_GT(Quies(-kUnbounded, kUnbounded), stand_pat);
+  EXPECT_GT(Quies(-kInfinity, kInfinity), stand_pat);
   tree[0] = Find("e1e2");  // even a quiet move
   treeCnt[1] = 1;
-  Quies(-kUnbounded, kUnbounded);
+  Quies(-kInfinity, kInfinity);
   EXPECT_EQ(treeCnt[1], 1);
   EXPECT_EQ(sort_val[0], 0);
 }
@@ -123,37 +122,35 @@ TEST_F(Quiescence, EnPassantCaptureOfTheRootListWinsAPawn) {
   GoTo("4k3/8/8/8/4p3/8/P2P3P/K7 w - - moves d2d4");
   tree[0] = Find("e4d3");
   treeCnt[1] = 1;
-  const int alpha = Evaluate(-kUnbounded, kUnbounded) + 700;
+  const int alpha = Evaluate(-kInfinity, kInfinity) + 700;
   EXPECT_GT(Quies(alpha, alpha + 1), alpha);
 }
 
 TEST_F(Quiescence, NodeAtPly97IsNotSearched) {
   const std::string root = "4k3/8/8/3q4/4P3/8/8/4K3 b";
-  std::string nulls;
-  for (int i = 0; i < 96; ++i) nulls += "0 ";
-  GoTo("4k3/8/8/3q4/4P3/8/8/4K3 w", nulls);
-  const int stand_pat = Evaluate(-kUnbounded, kUnbounded);
-  EXPECT_GT(Quies(-kUnbounded, kUnbounded), stand_pat) << "ply 96 still searches";
+  GoTo("4k3/8/8/3q4/4P3/8/8/4K3 w", Nulls(96));
+  const int stand_pat = Evaluate(-kInfinity, kInfinity);
+  EXPECT_GT(Quies(-kInfinity, kInfinity), stand_pat) << "ply 96 still searches";
   Ascend();
-  GoTo(root, nulls + "0");
+  GoTo(root, Nulls(97));
   ASSERT_EQ(ply, 97);
   treeCnt[98] = 77;
-  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), stand_pat);
-  EXPECT_EQ(Quies(stand_pat + 50, kUnbounded), stand_pat + 50);
+  EXPECT_EQ(Quies(-kInfinity, kInfinity), stand_pat);
+  EXPECT_EQ(Quies(stand_pat + 50, kInfinity), stand_pat + 50);
   EXPECT_EQ(treeCnt[98], 77);
 }
 
 TEST_F(Quiescence, AfterTheStopEveryCallReturns0) {
   GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
   is_stop_search = 1;
-  EXPECT_EQ(Quies(-kUnbounded, kUnbounded), 0);
+  EXPECT_EQ(Quies(-kInfinity, kInfinity), 0);
   EXPECT_EQ(Quies(100, 200), 0);
 }
 
 TEST_F(Quiescence, EveryCallCountsANode) {
   GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
   cnt_nodes = 0;
-  Quies(-kUnbounded, kUnbounded);
+  Quies(-kInfinity, kInfinity);
   EXPECT_EQ(cnt_nodes, 2u);  // itself and the position after the capture, where nothing is left
 }
 
@@ -172,14 +169,14 @@ TEST_F(Quiescence, HopelessCapturesCountAsNodesAndLeaveTheirStamp) {
 TEST_F(Quiescence, CaptureThatLeavesNobodyAbleToWinIsNeverHopeless) {
   // Three pawns and more behind, White draws by taking the last pawn.
   GoTo("7k/8/8/4p3/4K3/8/8/n7 b", "0");
-  ASSERT_LT(Evaluate(-kUnbounded, kUnbounded), -3000);
+  ASSERT_LT(Evaluate(-kInfinity, kInfinity), -3000);
   EXPECT_EQ(Quies(-500, 500), 0);
 }
 
 TEST_F(Quiescence, DoesNotTouchTheTable) {
   GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
-  HashInsert(12345, kUnbounded, 90, Find("e1e2"));
-  EXPECT_NE(Quies(-kUnbounded, kUnbounded), 12345);
+  HashInsert(12345, kInfinity, 90, Find("e1e2"));
+  EXPECT_NE(Quies(-kInfinity, kInfinity), 12345);
   MakeMove(Find("e4d5"));
   EXPECT_EQ(StoredEntry(), nullptr);
 }
@@ -208,7 +205,7 @@ TEST_F(Quiescence, TwentyOneCapturesWithHopeAreTriedFromTheHighestValueDown) {
   // Hope means: greatest victim and material balance together reach the value to beat.
   GoTo(kTwentyOne, "0");
   const int reach = 10000 + g.material[White] - g.material[Black];
-  ASSERT_GT(reach, Evaluate(-kUnbounded, kUnbounded)) << "the value to beat is alpha";
+  ASSERT_GT(reach, Evaluate(-kInfinity, kInfinity)) << "the value to beat is alpha";
   for (const auto& [alpha, hopeless] : {std::pair{reach, false}, std::pair{reach + 1, true}}) {
     Quies(alpha, alpha + 1);
     const std::vector<int> values = ListValues();
@@ -221,9 +218,8 @@ TEST_F(Quiescence, IsWorthAPlainSearchOfAllCaptures) {
   // let it do: the two may differ by a little, but not by a piece.
   constexpr int kLittle = 500;
   int checked = 0;
-  for (const std::string& line : Lines("movelists.tsv")) {
-    if (line.empty() || line[0] == '#') continue;
-    ASSERT_TRUE(SetUpRoot(Fields(line)[0]));
+  for (const auto& row : support::DataRows("movelists.tsv")) {
+    ASSERT_TRUE(SetUpRoot(row[0]));
     InitEvaluate();
     set_dir(g.side);
     treeCnt[1] = 0;
@@ -231,8 +227,7 @@ TEST_F(Quiescence, IsWorthAPlainSearchOfAllCaptures) {
     plain_budget = 5000;
     const int wanted = PlainQuies();
     if (plain_budget >= 0) {
-      EXPECT_NEAR(Quies(-kUnbounded, kUnbounded), wanted, kLittle)
-          << line.substr(0, line.find('\t'));
+      EXPECT_NEAR(Quies(-kInfinity, kInfinity), wanted, kLittle) << row[0];
       ++checked;
     }
     UnMakeMove(0);

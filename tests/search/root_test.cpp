@@ -1,4 +1,4 @@
-// The root search: preparation, book, iterations, result.
+// The root search: preparation, iterations, result.
 
 #include "search/root.h"
 
@@ -17,12 +17,6 @@
 namespace tarvyle::tests {
 
 namespace {
-
-constexpr const char* kMiddleGame =
-    "r1bq1rk1/ppp2ppp/2np1n2/2b1p3/2B1P3/2NP1N2/PPP2PPP/R1BQ1RK1 w - -";
-
-// Both sides have so many captures that no move of depth 2 is resolved within 4096 nodes.
-constexpr const char* kQueens = "qqqqkqqq/qqqqqqqq/8/8/8/8/QQQQQQQQ/QQQQKQQQ w";
 
 std::vector<int> Depths(const Report& report) {
   std::vector<int> depths;
@@ -64,72 +58,6 @@ TEST_F(RootSearch, PositionWithoutLegalMovesGivesNone) {
     EXPECT_EQ(move, 77u);
     EXPECT_EQ(search_mv, 0u);
     EXPECT_EQ(FindCurrentNode(), nullptr) << "nothing is learned";
-  }
-}
-
-TEST_F(RootSearch, StartsFromAFreshState) {
-  GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b");
-  std::fill_n(killer, kPlyArray, 7);
-  std::fill_n(pv_killer, kPlyArray, 7);
-  std::fill_n(pv_line, kLineSize, 7);
-  search_mv = 7;
-  search_score = search_depth = 7;
-  root_side = White;
-  cnt_nodes = 99;
-  is_stop_search = 1;
-  set_dir(White);
-  HashInsert(1, 2, 3, 4);
-  test_clock.milliseconds = 5000;
-  start_time = 0;
-  root_hooks.max_depth = 1;  // no iteration
-  Move move = 0;
-  EXPECT_FALSE(SearchMove(move));
-  EXPECT_TRUE(std::all_of(killer, killer + kPlyArray, [](Move m) { return m == 0; }));
-  EXPECT_TRUE(std::all_of(pv_killer, pv_killer + kPlyArray, [](Move m) { return m == 0; }));
-  EXPECT_TRUE(std::all_of(pv_line, pv_line + kLineSize, [](Move m) { return m == 0; }));
-  EXPECT_EQ(search_mv, 0u);
-  EXPECT_EQ(search_score, 0);
-  EXPECT_EQ(search_depth, 0);
-  EXPECT_EQ(root_side, Black);
-  EXPECT_EQ(root_mtl[White], 1001000);
-  EXPECT_EQ(root_mtl[Black], 1010000);
-  EXPECT_EQ(cnt_nodes, 0u);
-  EXPECT_EQ(is_stop_search, 0);
-  EXPECT_EQ(start_time, 500);
-  EXPECT_EQ(dir, dir_black);
-  EXPECT_EQ(StoredEntry(), nullptr) << "the table is empty";
-}
-
-TEST_F(RootSearch, EvaluationTablesAreThoseOfTheRoot) {
-  GoTo("4k3/8/8/8/8/8/4P3/4K3 w");
-  const int right = score_table[White][King][E1];
-  ASSERT_TRUE(InitGame(kStart.data()));
-  InitEvaluate();
-  ASSERT_NE(score_table[White][King][E1], right);
-  ASSERT_TRUE(InitGame("4k3/8/8/8/8/8/4P3/4K3 w"));
-  SearchToDepth(2);
-  EXPECT_EQ(score_table[White][King][E1], right);
-}
-
-TEST_F(RootSearch, NullMoveIsOnWhenBothSidesHaveAQueen) {
-  struct Row {
-    const char* root;
-    int allowed;
-  };
-  constexpr Row kRows[] = {{"3qk3/8/8/8/8/8/8/3QK3 w", 1},
-                           {"4k3/8/8/8/8/8/8/3QK3 w", 0},
-                           {"3qk3/8/8/8/8/8/8/4K3 w", 0},
-                           {"3rk3/8/8/8/8/8/8/3RK3 w", 0},
-                           {"2qqk3/8/8/8/8/8/8/2QQK3 b", 1}};
-  for (const Row& row : kRows) {
-    for (const int before : {0, 1}) {
-      GoTo(row.root);
-      search_tree_width_null_move_cut = before;
-      root_hooks.max_depth = 1;
-      Move move = 0;
-      SearchMove(move);
-      EXPECT_EQ(search_tree_width_null_move_cut, row.allowed) << row.root;
-    }
   }
 }
 
@@ -183,70 +111,6 @@ TEST_F(RootSearch, BookMovesGetHigherOrderingValues) {
   EXPECT_EQ(greatest_other, 19);
   EXPECT_EQ(greatest_book, 49);
 }
-
-// --- book ----------------------------------------------------------------------------------------
-
-TEST_F(RootSearch, BookAnswersInHalfOfTheCallsWhenAuto) {
-  ASSERT_TRUE(HashAllocate(0x10000));  // each search clears the tables
-  ASSERT_TRUE(FreshProcess(DataFile("book.bk")));
-  property_add("book move", "auto");
-  root_hooks.max_depth = 1;
-  const std::set<std::string> book = {"e2e4", "d2d4", "c2c4", "g1f3"};
-  std::set<std::string> played;
-  int answers = 0;
-  for (unsigned seed = 1; seed <= 400; ++seed) {
-    test_clock.seed = seed;
-    std::srand(seed);
-    for (int i = 0; i < 20; ++i) std::rand();  // the ordering values
-    const bool draws_low = std::rand() % 101 < 51;
-    Move move = 0;
-    ASSERT_EQ(SearchMove(move), draws_low) << seed;
-    if (!draws_low) continue;
-    ++answers;
-    EXPECT_EQ(search_mv, move);
-    EXPECT_EQ(search_score, 0);
-    EXPECT_EQ(search_depth, 0);
-    EXPECT_EQ(cnt_nodes, 0u);
-    EXPECT_EQ(book.count(MoveToStr(move)), 1u) << MoveToStr(move);
-    played.insert(MoveToStr(move));
-  }
-  EXPECT_GT(answers, 150);
-  EXPECT_LT(answers, 250);
-  EXPECT_EQ(played, book);
-  EXPECT_EQ(FindCurrentNode(), nullptr) << "a book move teaches nothing";
-}
-
-TEST_F(RootSearch, AnyOtherValueNeverConsultsTheBook) {
-  ASSERT_TRUE(HashAllocate(0x10000));
-  ASSERT_TRUE(FreshProcess(DataFile("book.bk")));
-  root_hooks.max_depth = 1;
-  for (const char* text : {"", "Auto", "auto ", " auto", "on", "enable", "automatic"}) {
-    property_clear();
-    property_add("book move", text);
-    for (unsigned seed = 1; seed <= 20; ++seed) {
-      test_clock.seed = seed;
-      std::srand(seed);
-      for (int i = 0; i < 20; ++i) std::rand();
-      const int next = std::rand();
-      Move move = 0;
-      ASSERT_FALSE(SearchMove(move)) << text;
-      ASSERT_EQ(std::rand(), next) << "no number is drawn";
-    }
-  }
-  property_clear();
-  Move move = 0;
-  EXPECT_FALSE(SearchMove(move)) << "no such key";
-}
-
-TEST_F(RootSearch, WithoutABookPositionItSearches) {
-  property_add("book move", "auto");
-  for (unsigned seed = 1; seed <= 5; ++seed) {
-    test_clock.seed = seed;
-    EXPECT_EQ(Depths(SearchToDepth(2)), UpTo(2));
-  }
-}
-
-// --- history and predicted line ------------------------------------------------------------------
 
 TEST_F(RootSearch, HistoryIsCompressedForTheSameRootAndClearedForAnother) {
   for (const bool same : {true, false}) {
@@ -313,8 +177,7 @@ TEST_F(RootSearch, PredictionOfAnEarlierRootIsNotUsedAfterTheGameWentOn) {
   EXPECT_EQ((*pvFindMove(&pv_tree.root, predicted[2]))->child, nullptr);
 }
 
-// --- iterations
-// ------------------------------------------------------------------------------------
+// --- iterations ----------------------------------------------------------------------------------
 
 TEST_F(RootSearch, Depth90IsTheDeepestIteration) {
   EXPECT_EQ(kMaxIteration, 90);
@@ -477,8 +340,7 @@ TEST_F(RootSearch, WithoutAResolvedRootMoveThereIsNone) {
   EXPECT_EQ(FindCurrentNode(), nullptr) << "nothing is learned";
 }
 
-// --- result
-// ----------------------------------------------------------------------------------------
+// --- result --------------------------------------------------------------------------------------
 
 TEST_F(RootSearch, ResultGoesToTheLearnTable) {
   GoTo(kMiddleGame);
@@ -520,9 +382,7 @@ TEST_F(RootSearch, LeavesTheGameAsItWas) {
   std::vector<std::uint32_t> repetitions(std::begin(repetition_set), std::end(repetition_set));
   SearchToDepth(5);
   EXPECT_EQ(ply, 0);
-  GameRecord after = g;
-  for (int i = g.game_len; i < kRecordMoves; ++i) after.undo[i] = before.undo[i];
-  EXPECT_EQ(std::memcmp(&after, &before, sizeof before), 0);
+  EXPECT_TRUE(IsSameGame(before));
   EXPECT_TRUE(std::equal(repetitions.begin(), repetitions.end(), repetition_set));
 }
 
@@ -554,114 +414,6 @@ TEST_F(RootSearch, GameOf400MovesIsSearched) {
   EXPECT_TRUE(report.found);
   EXPECT_EQ(g.game_len, kMaxGameMoves);
   EXPECT_EQ(LineLen(search_list), kMaxGameMoves + std::min(4, LineLen(pv_line)));
-}
-
-// --- small operations ----------------------------------------------------------------------------
-
-TEST_F(RootSearch, InitSearchResetsTheWholeState) {
-  GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b");
-  std::fill_n(killer, kPlyArray, 7);
-  std::fill_n(pv_killer, kPlyArray, 7);
-  std::fill_n(pv_line, kLineSize, 7);
-  std::fill_n(sort_val, kTreeSize, 7);
-  std::fill(std::begin(history), std::end(history), 7);
-  search_mv = 7;
-  search_score = search_depth = 7;
-  treeCnt[0] = 3;
-  treeCnt[1] = 9;
-  pvInsertToFront(pv_tree, &pv_tree.root, pvNewNode(pv_tree, 77));
-  HashInsert(1, 2, 3, 4);
-  set_dir(White);
-  cnt_nodes = 9;
-  is_stop_search = 1;
-  root_side = White;
-  search_tree_width_null_move_cut = 1;
-  test_clock.seed = 11;
-  init_search();
-  EXPECT_TRUE(std::all_of(killer, killer + kPlyArray, [](Move m) { return m == 0; }));
-  EXPECT_TRUE(std::all_of(pv_killer, pv_killer + kPlyArray, [](Move m) { return m == 0; }));
-  EXPECT_TRUE(std::all_of(pv_line, pv_line + kLineSize, [](Move m) { return m == 0; }));
-  EXPECT_TRUE(std::all_of(sort_val, sort_val + kTreeSize, [](int v) { return v == 0; }));
-  EXPECT_TRUE(std::all_of(std::begin(history), std::end(history), [](int c) { return c == 0; }));
-  EXPECT_EQ(search_mv, 0u);
-  EXPECT_EQ(search_score, 0);
-  EXPECT_EQ(search_depth, 0);
-  EXPECT_EQ(treeCnt[0], 0);
-  EXPECT_EQ(treeCnt[1], 0);
-  EXPECT_EQ(pv_tree.root, nullptr);
-  EXPECT_EQ(pv_tree.used, 0);
-  EXPECT_EQ(StoredEntry(), nullptr);
-  EXPECT_EQ(dir, dir_black);
-  EXPECT_EQ(cnt_nodes, 0u);
-  EXPECT_EQ(is_stop_search, 0);
-  EXPECT_EQ(root_side, Black);
-  EXPECT_EQ(root_mtl[White], 1001000);
-  EXPECT_EQ(root_mtl[Black], 1010000);
-  EXPECT_EQ(search_tree_width_null_move_cut, 0);
-  const int drawn = std::rand();
-  std::srand(11);
-  EXPECT_EQ(std::rand(), drawn) << "the generator is seeded";
-}
-
-TEST_F(RootSearch, CountsSlidingPieces) {
-  struct Row {
-    const char* root;
-    int white;
-    int black;
-  };
-  constexpr Row kRows[] = {{kStart.data(), 5, 5},
-                           {"4k3/8/8/8/8/8/8/4K3 w", 0, 0},
-                           {"rbqnk3/pppp4/8/8/8/8/8/QQ2KNN1 w", 2, 3}};
-  for (const Row& row : kRows) {
-    ASSERT_TRUE(InitGame(row.root));
-    EXPECT_EQ(SweepCnt(White), row.white) << row.root;
-    EXPECT_EQ(SweepCnt(Black), row.black) << row.root;
-  }
-}
-
-TEST_F(RootSearch, RepetitionHookDoesNothing) {
-  GoTo(std::string(kStart) + " moves e2e4");
-  const GameRecord before = g;
-  std::vector<std::uint32_t> repetitions(std::begin(repetition_set), std::end(repetition_set));
-  set_rep();
-  EXPECT_EQ(std::memcmp(&g, &before, sizeof g), 0);
-  EXPECT_TRUE(std::equal(repetitions.begin(), repetitions.end(), repetition_set));
-}
-
-TEST_F(RootSearch, PhaseRecordIsResetButForItsAmount) {
-  PhaseInfo phase;
-  std::memset(&phase, 0x55, sizeof phase);
-  EXPECT_EQ(tree_is_good(phase), 0x55555555);
-  PhaseInfoReset(phase, 42);
-  for (const int counter : phase.counters) EXPECT_EQ(counter, 0);
-  for (const int counter : phase.more_counters) EXPECT_EQ(counter, 0);
-  EXPECT_EQ(phase.flags[0], 0);
-  EXPECT_EQ(phase.flags[1], 0);
-  EXPECT_EQ(phase.amount, 42);
-  EXPECT_EQ(tree_is_good(phase), 0);
-  phase.flags[0] = 1;
-  EXPECT_EQ(tree_is_good(phase), 1);
-}
-
-TEST_F(RootSearch, MergingTakesTheOldestLineFirst) {
-  const Move lines[3][3] = {{1, 2, 0}, {3, 4, 0}, {1, 5, 0}};
-  for (const auto& line : lines) {
-    pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
-  }
-  MergeLines();
-  EXPECT_EQ(pv_table, nullptr);
-  EXPECT_EQ(RootListOfTree(), (std::vector<Move>{1, 3}));
-  EXPECT_EQ(pv_tree.root->child->move, 5u);
-  EXPECT_EQ(pv_tree.root->child->next->move, 2u);
-}
-
-TEST_F(RootSearch, DroppedLinesDoNotReachTheTree) {
-  const Move line[] = {1, 2, 0};
-  pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
-  pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
-  DropLines();
-  EXPECT_EQ(pv_table, nullptr);
-  EXPECT_EQ(pv_tree.root, nullptr);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include "search/state.h"
 
 #include <algorithm>
+#include <cstring>
+#include <numeric>
 
 #include "pv/tree.h"
 #include "search/history.h"
@@ -68,6 +70,25 @@ TEST_F(SearchState, ResetForgetsASearch) {
   EXPECT_EQ(search_score, 0);
   EXPECT_EQ(search_depth, 0);
   EXPECT_EQ(search_start_pos_key, 0u);
+}
+
+TEST_F(SearchState, EngineResetForgetsGameAndKnowledgeToo) {
+  GoTo("4k3/8/8/8/8/8/4P3/4K3 b - - moves e8e7", "e2e4");
+  InsertNodeLearn();
+  killer[1] = 7;
+  treeCnt[0] = 3;
+  ResetEngine();
+  EXPECT_EQ(killer[1], 0u);
+  EXPECT_EQ(treeCnt[0], 0);
+  EXPECT_EQ(treeCnt[1], 0);
+  EXPECT_EQ(ply, 0);
+  EXPECT_EQ(dir, dir_white);
+  EXPECT_EQ(std::accumulate(std::begin(repetition_set), std::end(repetition_set), 0u), 1u)
+      << "the start position";
+  EXPECT_EQ(std::count(std::begin(learn), std::end(learn), nullptr), kLearnBuckets);
+  const GameRecord reset = g;
+  ASSERT_TRUE(InitNewGame());
+  EXPECT_EQ(std::memcmp(&reset, &g, sizeof g), 0);
 }
 
 TEST_F(SearchState, ResetLeavesStyleAndSettingsAlone) {

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "position/types.h"
+
+namespace tarvyle {
+
+inline constexpr int kMaxIteration = 90;
+
+// How tools bound and watch a root search. Left alone, nothing changes.
+struct RootHooks {
+  int max_depth = kMaxIteration;                            // deepest iteration
+  void (*after_iteration)(int depth, int score) = nullptr;  // called at the end of each
+  // The root moves to search, ended by 0, in place of all. What they score is not learned.
+  const Move* only = nullptr;
+};
+extern RootHooks root_hooks;
+
+}  // namespace tarvyle

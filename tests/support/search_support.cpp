@@ -1,0 +1,176 @@
+#include "tests/support/search_support.h"
+
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+namespace tarvyle::tests {
+
+Move Find(std::string_view text) {
+  if (!LegalMoveList()) return 0;
+  for (int i = treeCnt[ply]; i < treeCnt[ply + 1]; ++i) {
+    if (MoveToStr(tree[i]) == text) return tree[i];
+  }
+  return 0;
+}
+
+std::vector<std::string> Words(std::string_view text) {
+  std::istringstream in{std::string(text)};
+  std::vector<std::string> words;
+  for (std::string word; in >> word;) words.push_back(word);
+  return words;
+}
+
+bool SetUpRoot(std::string_view root) {
+  constexpr std::string_view kMoves = " moves ";
+  const std::size_t at = root.find(kMoves);
+  if (!InitGame(std::string(root.substr(0, at)).c_str())) return false;
+  if (at == std::string_view::npos) return true;
+  for (const std::string& text : Words(root.substr(at + kMoves.size()))) {
+    Move move = 0;
+    if (!StrToMove(text, move) || !InsertMoveInGame(move, kTypedMove)) return false;
+  }
+  return true;
+}
+
+bool Descend(std::string_view moves) {
+  for (const std::string& text : Words(moves)) {
+    const Move move = text == "0" ? 0 : Find(text);
+    if (move == 0 && text != "0") return false;
+    treeCnt[ply + 1] = treeCnt[ply];
+    MakeMove(move);
+  }
+  return true;
+}
+
+std::string Nulls(int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += "0 ";
+  return text;
+}
+
+void GoTo(std::string_view root, std::string_view moves) {
+  ASSERT_TRUE(SetUpRoot(root)) << root;
+  root_side = g.side;
+  InitEvaluate();
+  ASSERT_TRUE(Descend(moves)) << moves;
+}
+
+void Ascend() {
+  while (ply > 0) UnMakeMove(g.game_moves[g.game_len + ply - 1]);
+}
+
+bool IsSameGame(const GameRecord& before) {
+  GameRecord after = g;
+  for (int i = g.game_len; i < kRecordMoves; ++i) after.undo[i] = before.undo[i];
+  return std::memcmp(&after, &before, sizeof before) == 0;
+}
+
+bool PlayKnightMoves(int count) {
+  const char* const cycle[4] = {"g1f3", "g8f6", "f3g1", "f6g8"};
+  for (int i = 0; i < count; ++i) {
+    Move move = 0;
+    if (!StrToMove(cycle[i % 4], move) || !InsertMoveInGame(move, kTypedMove)) return false;
+  }
+  return true;
+}
+
+std::uint32_t ReadTestClock() {
+  ++test_clock.readings;
+  return test_clock.milliseconds += test_clock.step;
+}
+unsigned ReadTestSeed() { return test_clock.seed; }
+
+bool FreshProcess(const std::string& book) {
+  ResetEngine();
+  return book.empty() || ReadLibFile(book.c_str());
+}
+
+void Forget() {
+  HashClear();
+  ResetSearchState();
+  s_depth = 50;
+  root_side = ply % 2 == 0 ? g.side : g.xside;
+  TimeReset();
+}
+
+std::string DataFile(std::string_view name) {
+  return std::string(TESTS_DATA_DIR) + "/" + std::string(name);
+}
+
+std::vector<std::string> Lines(std::string_view data_file) {
+  std::ifstream in(DataFile(data_file));
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+std::vector<std::string> Fields(const std::string& line) {
+  std::istringstream in(line);
+  std::vector<std::string> fields;
+  for (std::string field; std::getline(in, field, '\t');) fields.push_back(field);
+  return fields;
+}
+
+void NoteIteration(int depth, int score) {
+  running_report->iterations.push_back({depth, score, cnt_nodes});
+}
+
+void NoteLine(const SearchStatus& status) {
+  std::string line = StatusLine(status.line);
+  if (!line.empty()) line.pop_back();
+  running_report->lines.push_back(std::to_string(status.depth) + " " +
+                                  std::to_string(ShownScore(status.score)) + " " +
+                                  std::to_string(status.nodes) + " " + line);
+}
+
+Report SearchToDepth(int depth) {
+  Report report;
+  running_report = &report;
+  root_hooks = {depth, NoteIteration};
+  status_sink = NoteLine;
+  Move move = 0;
+  report.found = SearchMove(move);
+  if (report.found) report.move = MoveToStr(move);
+  root_hooks = {};
+  status_sink = nullptr;
+  return report;
+}
+
+NodeArguments Depth(int depth) {
+  NodeArguments arguments;
+  arguments.depth = depth;
+  return arguments;
+}
+
+NodeArguments ZeroWindow(int beta, int depth) {
+  NodeArguments arguments = Depth(depth);
+  arguments.alpha = beta - 1;
+  arguments.beta = beta;
+  return arguments;
+}
+
+int SearchOffPv(const NodeArguments& a) {
+  return Search(a.alpha, a.beta, a.depth, Check() ? 1 : 0, node_line, a.is_probe_child, a.on_pv,
+                a.null_allowed, a.first_move, a.excluded_move);
+}
+
+int SearchOnPv(const NodeArguments& a) {
+  return main_search(a.alpha, a.beta, a.depth, Check() ? 1 : 0, node_line, a.is_probe_child,
+                     a.on_pv, a.null_allowed, a.first_move);
+}
+
+const HashEntry* StoredEntry() {
+  const HashEntry& entry = HashSlot(g.side, g.key.low);
+  return entry.generation == hash_generation && entry.key == g.key ? &entry : nullptr;
+}
+
+int StoredDepthAfter(Move move) {
+  MakeMove(move);
+  const HashEntry* entry = StoredEntry();
+  const int depth = entry != nullptr ? static_cast<int>(entry->depth) : -1;
+  UnMakeMove(move);
+  return depth;
+}
+
+}  // namespace tarvyle::tests
