@@ -29,7 +29,8 @@ namespace {
 constexpr std::string_view kSeparators = " \n";  // a tab is part of a token
 constexpr int kUserScore = 1000001;  // above any search score: the machine did not choose the move
 
-// A row looks at the line and returns whether it was its own.
+// One procedure for each row of the table below. It obeys a line and returns true, or finds that
+// the line is not its own.
 
 bool RowGetMoves(Command& command) {
   if (std::strncmp(command.line, "getmoves", 8) != 0) return false;
@@ -45,8 +46,7 @@ bool RowHelp(Command& command) {
   return true;
 }
 
-bool RowXboard(Command& command) {
-  if (command.token != "xboard") return false;
+bool RowXboard(Command& /*command*/) {
   is_xboard = 1;
   // A GUI may interrupt before it has read that it shall not; nothing listens for interrupts here.
   std::signal(SIGINT, SIG_IGN);
@@ -58,25 +58,21 @@ bool RowXboard(Command& command) {
 }
 
 bool RowSt(Command& command) {
-  if (command.token != "st") return false;
   SetTimePerMove(command.NextArgument().c_str());
   return true;
 }
 
 bool RowTime(Command& command) {
-  if (command.token != "time") return false;
   SetTimeByClock(command.NextArgument().c_str());
   return true;
 }
 
-bool RowForce(Command& command) {
-  if (command.token != "force") return false;
+bool RowForce(Command& /*command*/) {
   stop = 1;
   return true;
 }
 
 bool RowRnd(Command& command) {
-  if (command.token != "rnd") return false;
   const std::string argument = command.NextArgument();
   if (argument == "on") {
     is_rnd_search = 1;
@@ -88,45 +84,38 @@ bool RowRnd(Command& command) {
   return true;
 }
 
-bool RowUndo(Command& command) {
-  if (command.token != "undo") return false;
+bool RowUndo(Command& /*command*/) {
   UndoGameMove();
   return true;
 }
 
-bool RowUp(Command& command) {
-  if (command.token != "up") return false;
+bool RowUp(Command& /*command*/) {
   while (g.game_len > 0) UndoGameMove();
   return true;
 }
 
-bool RowRedo(Command& command) {
-  if (command.token != "redo") return false;
+bool RowRedo(Command& /*command*/) {
   RedoGameMove();
   return true;
 }
 
-bool RowEnd(Command& command) {
-  if (command.token != "end") return false;
+bool RowEnd(Command& /*command*/) {
   while (g.game_len < g.game_max) RedoGameMove();
   return true;
 }
 
-bool RowNew(Command& command) {
-  if (command.token != "new") return false;
+bool RowNew(Command& /*command*/) {
   InitNewGame();
   stop = 0;
   return true;
 }
 
-bool RowProtover(Command& command) {
-  if (command.token != "protover") return false;
+bool RowProtover(Command& /*command*/) {
   std::puts("feature done=1");
   return true;
 }
 
 bool RowStyle(Command& command) {
-  if (command.token != "style") return false;
   const std::string name = command.NextArgument();
   if (name.empty()) {
     std::printf("# %s \n", print_play_str());
@@ -137,7 +126,6 @@ bool RowStyle(Command& command) {
 }
 
 bool RowDeb(Command& command) {
-  if (command.token != "deb") return false;
   const int number = std::atoi(command.NextArgument().c_str());
   if (!InitGame(TestPosition(number))) std::fputs("#error\n", stderr);
   return true;
@@ -145,13 +133,11 @@ bool RowDeb(Command& command) {
 
 // A refused position is not reported here: the line goes on and ends as an unknown command.
 bool RowSetboard(Command& command) {
-  if (command.token != "setboard") return false;
   const std::string text(command.rest.substr(0, command.rest.find('\n')));
   return !text.empty() && InitGame(text.c_str());
 }
 
-bool RowGetboard(Command& command) {
-  if (command.token != "getboard") return false;
+bool RowGetboard(Command& /*command*/) {
   print_board();
   return true;
 }
@@ -164,15 +150,13 @@ bool RowMove(Command& command) {
   return true;
 }
 
-bool RowGo(Command& command) {
-  if (command.token != "go") return false;
+bool RowGo(Command& /*command*/) {
   stop = 0;
   move_machine();
   return true;
 }
 
-bool RowPos(Command& command) {
-  if (command.token != "pos") return false;
+bool RowPos(Command& /*command*/) {
   show_board();
   return true;
 }
@@ -188,7 +172,6 @@ void RememberGameFile(const std::string& path) {
 }
 
 bool RowLoad(Command& command) {
-  if (command.token != "load") return false;
   const std::string path = GameFileArgument(command);
   if (LoadGame(path.c_str())) {
     RememberGameFile(path);
@@ -199,7 +182,6 @@ bool RowLoad(Command& command) {
 }
 
 bool RowSave(Command& command) {
-  if (command.token != "save") return false;
   const std::string path = GameFileArgument(command);
   if (SaveGame(path.c_str())) {
     RememberGameFile(path);
@@ -209,21 +191,18 @@ bool RowSave(Command& command) {
   return true;
 }
 
-bool RowScore(Command& command) {
-  if (command.token != "score") return false;
+bool RowScore(Command& /*command*/) {
   InitEvaluate();
   Evaluate(-kInfinity, kInfinity);
   return true;
 }
 
-bool RowBareGetMoves(Command& command) {
-  if (command.token != "getmoves") return false;
+bool RowBareGetMoves(Command& /*command*/) {
   PrintBareMoves();
   return true;
 }
 
-bool RowTest(Command& command) {
-  if (command.token != "test") return false;
+bool RowTest(Command& /*command*/) {
   std::printf("Repetition - %d \n", DrawByRule() ? 1 : 0);
   return true;
 }
@@ -233,16 +212,41 @@ bool RowUnknown(Command& command) {
   return true;
 }
 
-using Row = bool (*)(Command&);
+struct Row {
+  std::string_view word;  // the line's first token; "" asks the procedure whatever the line is
+  bool (*obey)(Command&);
+};
 
 // In the order in which they are asked. Moves come after the words that could never be one, so none
 // of those is read as a move; "getmoves" stands twice, for lines that begin with it and with
 // blanks.
 constexpr Row kRows[] = {
-    RowGetMoves, RowHelp,     RowXboard,       RowSt,   RowTime,    RowForce,    RowRnd,
-    RowUndo,     RowUp,       RowRedo,         RowEnd,  RowNew,     RowProtover, RowStyle,
-    RowDeb,      RowSetboard, RowGetboard,     RowMove, RowGo,      RowPos,      RowLoad,
-    RowSave,     RowScore,    RowBareGetMoves, RowTest, RowUnknown,
+    {"", RowGetMoves},
+    {"", RowHelp},
+    {"xboard", RowXboard},
+    {"st", RowSt},
+    {"time", RowTime},
+    {"force", RowForce},
+    {"rnd", RowRnd},
+    {"undo", RowUndo},
+    {"up", RowUp},
+    {"redo", RowRedo},
+    {"end", RowEnd},
+    {"new", RowNew},
+    {"protover", RowProtover},
+    {"style", RowStyle},
+    {"deb", RowDeb},
+    {"setboard", RowSetboard},
+    {"getboard", RowGetboard},
+    {"", RowMove},
+    {"go", RowGo},
+    {"pos", RowPos},
+    {"load", RowLoad},
+    {"save", RowSave},
+    {"score", RowScore},
+    {"getmoves", RowBareGetMoves},
+    {"test", RowTest},
+    {"", RowUnknown},
 };
 
 }  // namespace
@@ -256,8 +260,8 @@ Command ReadCommand(const char* line) {
 }
 
 void Dispatch(Command& command) {
-  for (const Row row : kRows) {
-    if (row(command)) return;
+  for (const Row& row : kRows) {
+    if ((row.word.empty() || row.word == command.token) && row.obey(command)) return;
   }
 }
 

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "frontend/machine.h"
 #include "frontend/state.h"
 #include "position/record.h"
 #include "position/text.h"

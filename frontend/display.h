@@ -8,6 +8,9 @@ const char* get_board();
 // Announces the position ("position %s") unless it was the last one announced. Returns 0.
 int print_board();
 
+// Number of full moves that `half_moves` make.
+constexpr int use_moves(int half_moves) { return half_moves == 0 ? 0 : (half_moves - 1) / 2 + 1; }
+
 // Prints the board diagram, the number of full moves and the side to move.
 void show_board();
 

@@ -40,8 +40,8 @@ std::string ReserveTemporary() {
   return path;
 }
 
-// Whether nothing or a file stands there. A folder, a device or a link to nowhere is not ours to
-// replace.
+// Whether nothing or a file stands there, be it behind a link. A folder, a device or a link to
+// nowhere is not ours to replace.
 bool IsReplaceable(const std::string& path) {
   std::error_code ignored;
   return !std::filesystem::exists(std::filesystem::symlink_status(path, ignored)) ||

@@ -11,7 +11,4 @@ bool move_machine();
 // each below the one before, and that one not above `limit`. 0 when the run does not even start.
 int Resigns(int index, int limit);
 
-// Number of full moves that `half_moves` make.
-constexpr int use_moves(int half_moves) { return half_moves == 0 ? 0 : (half_moves - 1) / 2 + 1; }
-
 }  // namespace tarvyle

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "frontend/machine.h"
+#include "frontend/display.h"
 #include "frontend/state.h"
 #include "position/record.h"
 #include "search/clock.h"

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "eval/scoretable.h"
-#include "frontend/testpositions.h"
 #include "search/style.h"
 #include "tests/support/frontend_support.h"
 
@@ -14,10 +13,6 @@ namespace tarvyle::tests {
 namespace {
 
 class CommandsTest : public FrontEndTest {};
-
-constexpr const char* kAfterE4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b QKqk";
-
-std::string Position(const std::string& text) { return "position " + text + "\n"; }
 
 TEST(ReadCommandTest, CutsAtBlanksAndNewlinesOnly) {
   Command command = ReadCommand("  save  my\tgame.dat \n");
@@ -71,38 +66,6 @@ TEST_F(CommandsTest, HelpIsFoundAnywhereInTheLine) {
   }
   EXPECT_EQ(g.game_len, 0) << "the help comes before the move";
   EXPECT_EQ(Obey("hel p").err, "# unknow: hel\n");
-}
-
-TEST_F(CommandsTest, HelpText) {
-  EXPECT_EQ(Listen(PrintHelp).out,
-            "#  move                                     \n"
-            "#   <from><to>[promote_piece]               \n"
-            "#    example:                                \n"
-            "#          e2e4,  a6a7q                     \n"
-            "#  <quit>            - exit and save learn. \n"
-            "#  <undo>            - go to back           \n"
-            "#  <redo>            - ---                  \n"
-            "#  <new>             - new game             \n"
-            "#  <force>           - for input moves      \n"
-            "#  <st> <second>     - time per. move       \n"
-            "#  <go>              - get move             \n"
-            "#  <setboard>  <fen_pos> - put position     \n"
-            "#  <getboard>            - get position     \n"
-            "#  <pos>             - show position        \n"
-            "#  <getmoves>        - print all moves      \n"
-            "#  <style> [level]   - knowledge1, knowledge2, knowledge3 \n"
-            "#  ? <rnd> [on] [off]  - new experement. search \n"
-            "#  <save> [file], <load> [file] - save(load) game in binary format \n"
-            "#  examples:                         \n"
-            "#        xboard -fcp ./tarvyle              \n"
-            "#        winboard.exe -fd -fcp tarvyle.exe          \n"
-            "#        glintview.exe C:\\Games\\Tarvyle\\tarvyle.exe chess \n"
-            "#  search  output format:                   \n"
-            "#        depth  score  time(1/100sec.)  pos/sec   pv-line         \n"
-            "#  about:                                   \n"
-            "#       Tarvyle developers  \n"
-            "#       README.md of the project  \n"
-            "#       the project's issue tracker  \n");
 }
 
 TEST_F(CommandsTest, XboardAnswersWithItsFeatures) {
@@ -229,34 +192,10 @@ TEST_F(CommandsTest, StyleShowsAndSelects) {
   EXPECT_STREQ(print_play_str(), "knowledge1");
 }
 
-TEST_F(CommandsTest, DebSetsUpEachTestPosition) {
-  const char* const texts[] = {
-      "r4rk1/4Rp2/6p1/1p1p1bNp/p1qP3P/2P1Q3/P4PP1/4R1K1 b",
-      "r1bq1r1k/ppp2pp1/2nbp2p/6NQ/3P4/2PB4/P1P2PPP/R1B2RK1 b",
-      "2r2b1r/p1qk1ppp/2p1pn2/1B6/Pp6/4PP2/1PQB1P1P/2R2RK1 w",
-      "r5k1/7p/1Rp2rp1/2Pp4/P2Qp3/4PqP1/3R1P1P/6K1 w",
-      "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR b QKqk",
-      "rnbqkbnr/ppp1pppp/8/8/2pP4/8/PP2PPPP/RNBQKBNR w QKqk",
-      "r1b1kb1r/ppp1n3/3q4/4pp2/4Q1p1/3B4/PPPP1PP1/R1B1NRK1 w qk",
-      "4b3/2R3B1/5P2/pk5p/2p2r1P/P1K5/1P6/8 w",
-      "r3kb1r/ppp1pppp/2n2n2/q7/2BP2b1/2N5/PPP1NPPP/R1BQK2R w QKqk",
-      "r3kb1r/ppp1pppp/2n2n2/q4b2/2BP4/2N2P2/PPP1N1PP/R1BQK2R w QKqk",
-      "3k4/8/2K1Q3/8/8/8/8/8 w",
-  };
-  for (int i = 0; i < 11; ++i) {
-    const Said said = Obey("deb " + std::to_string(i + 1), "getboard");
-    EXPECT_EQ(said.out, Position(texts[i]));
-    EXPECT_EQ(said.err, "");
-  }
-}
-
-TEST_F(CommandsTest, TestPositionsKeepTheirTrailingBlanks) {
-  for (int number = 1; number <= 11; ++number) {
-    const bool has_blank = number == 3 || number == 9 || number == 10;
-    EXPECT_EQ(std::string(TestPosition(number)).ends_with(' '), has_blank) << number;
-  }
-  EXPECT_STREQ(TestPosition(0), "");
-  EXPECT_STREQ(TestPosition(12), "");
+TEST_F(CommandsTest, DebSetsUpATestPosition) {
+  const Said said = Obey("deb 11", "getboard");
+  EXPECT_EQ(said.out, Position("3k4/8/2K1Q3/8/8/8/8/8 w"));
+  EXPECT_EQ(said.err, "");
 }
 
 TEST_F(CommandsTest, DebRefusesOtherNumbers) {
@@ -308,9 +247,8 @@ TEST_F(CommandsTest, AMoveIsAnsweredUnlessForced) {
 }
 
 TEST_F(CommandsTest, TheFourHundredAndFirstMoveIsRefused) {
-  static const char* const kMoves[] = {"b1c3", "b8c6", "c3b1", "c6b8"};
   Obey("force");
-  for (int i = 0; i < kMaxGameMoves; ++i) ASSERT_EQ(Obey(kMoves[i % 4]).err, "");
+  for (int i = 0; i < kMaxGameMoves; ++i) ASSERT_EQ(Obey(kKnightMoves[i % 4]).err, "");
   EXPECT_EQ(Obey("b1c3").err, "# unknow: b1c3\n");
   EXPECT_EQ(Obey("go").out, "the end\n");
   EXPECT_EQ(g.game_len, kMaxGameMoves);

@@ -16,7 +16,7 @@ TEST_F(DisplayTest, TextOfThePosition) {
 }
 
 TEST_F(DisplayTest, AnnouncesThePositionOnce) {
-  const std::string line = std::string("position ") + kStartText + "\n";
+  const std::string line = Position(kStartText);
   EXPECT_EQ(Listen([] { EXPECT_EQ(print_board(), 0); }).out, line);
   EXPECT_EQ(Listen([] { EXPECT_EQ(print_board(), 0); }).out, "");
   EXPECT_STREQ(old_print_fen, kStartText);
@@ -28,7 +28,16 @@ TEST_F(DisplayTest, AnnouncesThePositionAgainAfterAChange) {
   EXPECT_EQ(Listen(print_board).out,
             "position rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R b QKqk\n");
   UndoGameMove();
-  EXPECT_EQ(Listen(print_board).out, std::string("position ") + kStartText + "\n");
+  EXPECT_EQ(Listen(print_board).out, Position(kStartText));
+}
+
+TEST_F(DisplayTest, TwoHalfMovesAreAFullMove) {
+  EXPECT_EQ(use_moves(0), 0);
+  EXPECT_EQ(use_moves(1), 1);
+  EXPECT_EQ(use_moves(2), 1);
+  EXPECT_EQ(use_moves(3), 2);
+  EXPECT_EQ(use_moves(4), 2);
+  EXPECT_EQ(use_moves(400), 200);
 }
 
 TEST_F(DisplayTest, DiagramOfTheStartPosition) {

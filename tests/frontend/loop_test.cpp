@@ -7,10 +7,6 @@
 namespace tarvyle::tests {
 namespace {
 
-constexpr const char* kAfterE4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b QKqk";
-
-std::string Position(const std::string& text) { return "position " + text + "\n"; }
-
 class LoopTest : public FrontEndTest {};
 
 TEST_F(LoopTest, EmptyLinesAreIgnored) {

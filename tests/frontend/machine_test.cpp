@@ -9,10 +9,9 @@ class MachineTest : public FrontEndTest {
  protected:
   // Shuffles a knight of each side; every second move, from `first` on, gets the next score.
   static void PlayScores(int first, std::initializer_list<int> scores) {
-    static const char* const kMoves[] = {"b1c3", "b8c6", "c3b1", "c6b8"};
     int index = 0;
     const auto play = [&](int score) {
-      ASSERT_TRUE(Play(kMoves[index % 4], score));
+      ASSERT_TRUE(Play(kKnightMoves[index % 4], score));
       ++index;
     };
     if (first == 1) play(kUser);
@@ -24,15 +23,6 @@ class MachineTest : public FrontEndTest {
 
   static constexpr int kUser = 1000001;
 };
-
-TEST(UseMoves, CountsFullMoves) {
-  EXPECT_EQ(use_moves(0), 0);
-  EXPECT_EQ(use_moves(1), 1);
-  EXPECT_EQ(use_moves(2), 1);
-  EXPECT_EQ(use_moves(3), 2);
-  EXPECT_EQ(use_moves(4), 2);
-  EXPECT_EQ(use_moves(400), 200);
-}
 
 TEST_F(MachineTest, ResignsCountsTheRunOfFalls) {
   PlayScores(0, {-500, -12000, -13000, -14000, -15000, -16000});
@@ -209,8 +199,7 @@ TEST_F(MachineTest, SaysTheEndWithoutAMoveWhenMatedOrStalemated) {
 }
 
 TEST_F(MachineTest, SaysTheEndWhenTheGameRecordIsFull) {
-  static const char* const kMoves[] = {"b1c3", "b8c6", "c3b1", "c6b8"};
-  for (int i = 0; i < kMaxGameMoves; ++i) ASSERT_TRUE(Play(kMoves[i % 4]));
+  for (int i = 0; i < kMaxGameMoves; ++i) ASSERT_TRUE(Play(kKnightMoves[i % 4]));
   EXPECT_EQ(Listen([] { EXPECT_FALSE(move_machine()); }).out, "the end\n");
   EXPECT_EQ(g.game_len, kMaxGameMoves);
 }

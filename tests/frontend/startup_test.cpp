@@ -128,6 +128,28 @@ TEST_F(StartUpTest, InitAllVarBuildsTablesByTheConfiguredSize) {
   EXPECT_EQ(Hash_Size, 1 << 17);
 }
 
+TEST_F(StartUpTest, ResetGoesBackBehindTheStart) {
+  Start("random search?!=\"enable\"\nplay style=\"knowledge1\"\n");
+  Obey("xboard", "force", "e2e4", "getboard", "save " + Path("a.dat"), "time 1");
+  is_glintview = 1;
+  prev_inst = 2;
+  ResetProcess();
+  EXPECT_EQ(dict, nullptr);
+  EXPECT_EQ(limit_time, 750);
+  EXPECT_EQ(is_rnd_search, 0);
+  EXPECT_STREQ(print_play_str(), "knowledge3");
+  EXPECT_EQ(prev_inst, 0u);
+  EXPECT_EQ(is_xboard, 0);
+  EXPECT_EQ(is_glintview, 0);
+  EXPECT_EQ(stop, 0);
+  EXPECT_EQ(cnt_warning, 0u);
+  EXPECT_EQ(game_fname, Path("tarvyle_save_game.dat"));
+  EXPECT_STREQ(old_print_fen, "");
+  EXPECT_EQ(g.game_len, 0);
+  ASSERT_TRUE(Play("e2e4"));
+  EXPECT_EQ(FindCurrentNode(), nullptr) << "the book is forgotten";
+}
+
 TEST_F(StartUpTest, SaysWhatItDoesInThisOrder) {
   const Said said = Start();
   EXPECT_EQ(said.out,
@@ -142,7 +164,7 @@ TEST_F(StartUpTest, SaysWhatItDoesInThisOrder) {
   EXPECT_EQ(said.err, kBookInstead);
   EXPECT_EQ(prev_inst, 0u);
   EXPECT_EQ(game_fname, Path("tarvyle_save_game.dat"));
-  EXPECT_EQ(Obey("getboard").out, std::string("position ") + kStartText + "\n");
+  EXPECT_EQ(Obey("getboard").out, Position(kStartText));
 }
 
 TEST_F(StartUpTest, WarnsOfAnotherInstance) {

@@ -58,9 +58,8 @@ class TimeTest : public FrontEndTest {
   }
 
   static void PlayHalfMoves(int count) {
-    static const char* const kMoves[] = {"b1c3", "b8c6", "c3b1", "c6b8"};
     InitNewGame();
-    for (int i = 0; i < count; ++i) ASSERT_TRUE(Play(kMoves[i % 4]));
+    for (int i = 0; i < count; ++i) ASSERT_TRUE(Play(kKnightMoves[i % 4]));
   }
 };
 

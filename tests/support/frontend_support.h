@@ -32,6 +32,13 @@
 namespace tarvyle::tests {
 
 inline constexpr const char* kStartText = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk";
+inline constexpr const char* kAfterE4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b QKqk";
+
+// Reversible moves from the start position, again and again.
+inline constexpr const char* kKnightMoves[] = {"b1c3", "b8c6", "c3b1", "c6b8"};
+
+// The announcement of a position.
+inline std::string Position(const std::string& text) { return "position " + text + "\n"; }
 
 // What something wrote.
 struct Said {
@@ -73,27 +80,10 @@ class FrontEndTest : public testing::Test {
     std::string pattern = testing::TempDir() + "frontend_XXXXXX";
     folder_ = std::string(mkdtemp(pattern.data())) + "/";
     SetProgDir(folder_.c_str());
-    property_clear();
-    LearnReset();
-    ResetSearchState();
-    ClearRepetitions();
-    set_dir(White);
-    treeCnt[0] = 0;
-    treeCnt[1] = 0;
-    prev_inst = 0;
-    is_xboard = 0;
-    is_glintview = 0;
-    stop = 0;
-    cnt_warning = 0;
-    is_rnd_search = 0;
-    PLAY_STYLE = 2;
-    limit_time = 750;
-    old_print_fen[0] = '\0';
-    std::snprintf(game_fname, sizeof game_fname, "%starvyle_save_game.dat", folder_.c_str());
+    ResetProcess();
     world = {[] { return 0u; }, [] { return 1u; }};
     root_hooks = {3, nullptr};
     status_sink = [](const SearchStatus&) {};
-    InitNewGame();
   }
 
   void TearDown() override {
