@@ -15,7 +15,6 @@ namespace {
 constexpr int kBookSpread = 50;      // range of a book move's random ordering value
 constexpr int kOrdinarySpread = 20;  // range of any other's
 
-constexpr int kMateScore = 999900;
 constexpr int kPlainRange = 21;  // range that a candidate with the least value draws from
 constexpr int kMaxWeight = 70;   // what a good score may add to it
 constexpr int kWorstUsable = -29;

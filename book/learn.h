@@ -27,6 +27,7 @@ struct LearnNode {
 inline constexpr std::size_t kLearnHeader = offsetof(LearnNode, text) - offsetof(LearnNode, key_lo);
 inline constexpr int kMinLearnRecord = static_cast<int>(kLearnHeader) + 2;
 inline constexpr int kLearnBuckets = 65536;
+inline constexpr int kMateScore = 999900;  // scores beyond this, on either side, are mates
 static_assert(kLearnHeader == 24);
 static_assert(offsetof(LearnNode, score) - offsetof(LearnNode, key_lo) == 12);
 static_assert(offsetof(LearnNode, kind) - offsetof(LearnNode, key_lo) == 16);

@@ -313,13 +313,17 @@ TEST(PositionalRemainder, HasTheThousandsRestAndStaysInItsBand) {
   bool right = SaveLearnTable(file.c_str());
   const rlimit none = {1, 1};
   setrlimit(RLIMIT_AS, &none);
-  while (LearnAllocate(1 << 12) != nullptr) {
-  }
-  while (NewLNode("a text to fill what is left") != nullptr) {
-  }
+  const auto use_up = [] {
+    for (const std::size_t bytes : {1 << 12, 1}) {
+      while (LearnAllocate(bytes) != nullptr) {
+      }
+    }
+  };
+  use_up();
   SaveSearchResult(55, 5);
   right = right && FindCurrentNode()->score == 55;
   Play("e2e4");
+  use_up();  // playing has freed what it took
   SaveSearchResult(66, 6);
   InsertNodeLearn();
   LinkLearnNode(NewLNode("text"));
