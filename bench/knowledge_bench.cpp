@@ -24,6 +24,7 @@
 #include "position/text.h"
 #include "search/clock.h"
 #include "search/hash.h"
+#include "search/reset.h"
 #include "search/root.h"
 #include "search/state.h"
 #include "search/status.h"

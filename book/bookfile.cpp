@@ -10,7 +10,9 @@
 #include "book/tokenizer.h"
 #include "position/game.h"
 #include "position/legal.h"
+#include "position/record.h"
 #include "position/setup.h"
+#include "position/types.h"
 
 namespace tarvyle {
 

@@ -1,5 +1,7 @@
 #include "book/epd.h"
 
+#include <cstdint>
+
 #include "position/castling.h"
 #include "position/movegen.h"
 #include "position/record.h"

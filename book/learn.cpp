@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::int16_t kBookKind = 16;
 constexpr std::int16_t kSearchKind = 0;
-constexpr int kBookBand = 15;       // a book position counts as lying within -15..15
+constexpr int kBookBand = 15;  // a book position counts as lying within -15..15
 constexpr int kThousand = 1000;
 
 LearnNode* NewNode(const char* text, std::int16_t kind) {

@@ -16,10 +16,11 @@
 #include "frontend/timecommands.h"
 #include "position/game.h"
 #include "position/legal.h"
+#include "position/record.h"
 #include "position/setup.h"
+#include "position/types.h"
 #include "search/draw.h"
 #include "search/state.h"
-#include "search/status.h"
 #include "search/style.h"
 
 namespace tarvyle {

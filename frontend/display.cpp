@@ -3,9 +3,11 @@
 #include <cstdio>
 #include <cstring>
 
+#include "book/epd.h"
 #include "frontend/state.h"
 #include "position/record.h"
 #include "position/text.h"
+#include "position/types.h"
 
 namespace tarvyle {
 

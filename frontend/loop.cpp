@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "frontend/commands.h"
 #include "frontend/display.h"

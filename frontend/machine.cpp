@@ -7,7 +7,9 @@
 #include "position/attack.h"
 #include "position/game.h"
 #include "position/legal.h"
+#include "position/record.h"
 #include "position/text.h"
+#include "position/types.h"
 #include "search/root.h"
 #include "search/state.h"
 

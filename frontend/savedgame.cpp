@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "position/image.h"
+#include "position/record.h"
 
 namespace tarvyle {
 

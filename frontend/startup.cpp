@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -20,6 +21,7 @@
 #include "position/setup.h"
 #include "search/clock.h"
 #include "search/hash.h"
+#include "search/reset.h"
 #include "search/state.h"
 #include "search/style.h"
 

@@ -1,6 +1,9 @@
 #include "search/draw.h"
 
+#include <cstdint>
+
 #include "position/record.h"
+#include "position/types.h"
 
 namespace tarvyle {
 

@@ -3,12 +3,14 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "base/property.h"
 #include "position/hashkey.h"
+#include "position/types.h"
 #include "search/hash.h"
 
 namespace tarvyle {

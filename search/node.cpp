@@ -7,6 +7,7 @@
 #include "eval/evaluate.h"
 #include "position/attack.h"
 #include "position/makemove.h"
+#include "position/movestack.h"
 #include "position/record.h"
 #include "pv/tree.h"
 #include "search/clock.h"

@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "eval/evaluate.h"
-#include "position/legal.h"
 #include "position/makemove.h"
 #include "position/movegen.h"
 #include "position/movestack.h"
 #include "position/piecesets.h"
 #include "position/record.h"
 #include "position/sets.h"
+#include "position/types.h"
 #include "search/clock.h"
 #include "search/order.h"
 #include "search/state.h"

@@ -1,6 +1,7 @@
 #include "search/randomroot.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>

@@ -1,6 +1,7 @@
 #include "search/result.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "position/movegen.h"
 #include "position/record.h"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/types.h"
@@ -30,7 +28,8 @@ enum CutReason : int {
   kNoMoveLeft,
 };
 
-// By ply, 0 = root. They live on across iterations and moves; the root search clears the killers.
+// By ply, 0 = root; written by the node searches. They live on across iterations and moves; the
+// root searches clear the killers.
 extern Move gl_find_move[kPlyArray];  // best move of the latest search of a node there
 extern Move killer[kPlyArray];        // last move that raised alpha, but no recapture
 extern Move pv_killer[kPlyArray];     // last move that raised alpha without a cut-off
@@ -39,31 +38,26 @@ extern int cut_forse[kPlyArray];      // why the node ended (CutReason); nothing
 extern int doNull;       // 1 while a null-move child is searched
 extern int doReduction;  // reduction of the current child; nothing reads it
 
-// 0 switches the null move off: set before every machine move, 1 when both sides have a queen.
-extern int search_tree_width_null_move_cut;
+// 1: the randomised root search is on; set by the configuration and by "rnd".
+extern int is_rnd_search;
 
-extern int is_rnd_search;  // 1: the randomised root search is on; set by configuration and "rnd"
+// Set by the root searches: the depth for each iteration, the others before the first.
+extern int s_depth;                          // depth of the current iteration
+extern int root_side;                        // side to move at the root
+extern int root_mtl[2];                      // material at the root by colour; nothing reads it
+extern int search_tree_width_null_move_cut;  // 1: the null move is on, for both sides have a queen
 
-extern int s_depth;      // depth of the current iteration
-extern int root_side;    // side to move at the root
-extern int root_mtl[2];  // material at the root by colour; nothing reads it
-
+// The result: cleared by the root searches, set by each root move that raises alpha.
 extern Move search_mv;    // best root move, 0 before there is one
 extern int search_score;  // its score
 extern int search_depth;  // the iteration that found it
 
-// The game's moves followed by the best line, cut after min(depth, 10) moves of it, ended by 0.
+// The prediction, set with the result and kept for the next search: the game's moves followed by
+// the best line, cut after min(depth, 10) moves of it, ended by 0; and the root that it belongs to.
 extern Move search_list[kRecordMoves + 1];
-extern Key64 search_start_pos_key;  // key of the root that the last result belongs to
+extern Key64 search_start_pos_key;
 
 extern Move pv_line[kLineSize];  // the root's principal variation, index 0 = the root move
 extern Queue pv_table;           // lines found during one iteration, oldest first
-
-// Resets what a fresh process has: all of the above but the kind of search. For tests and tools.
-void ResetSearchState();
-
-// That, and everything else up to the search as it is right after a start: the start position, no
-// learned position, no repetition counted. Style, allowance and tables stay. For tests and tools.
-void ResetEngine();
 
 }  // namespace tarvyle

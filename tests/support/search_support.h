@@ -22,6 +22,7 @@
 #include "search/clock.h"
 #include "search/hash.h"
 #include "search/node.h"
+#include "search/reset.h"
 #include "search/root.h"
 #include "search/rootentry.h"
 #include "search/state.h"

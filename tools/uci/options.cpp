@@ -9,6 +9,7 @@
 
 #include "base/property.h"
 #include "search/hash.h"
+#include "search/reset.h"
 #include "search/state.h"
 #include "search/status.h"
 #include "search/style.h"
