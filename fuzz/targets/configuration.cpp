@@ -6,7 +6,7 @@
 #include "frontend/startup.h"
 #include "fuzz/engine.h"
 #include "search/clock.h"
-#include "search/state.h"
+#include "search/style.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "position/setup.h"
 #include "search/root.h"
 #include "search/state.h"
-#include "search/status.h"
+#include "search/style.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tarvyle;

@@ -1,10 +1,8 @@
 #include "frontend/exit.h"
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <set>
 
 #include "tests/support/frontend_support.h"
@@ -111,17 +109,7 @@ TEST_F(ExitTest, ReportsAFolderThatTakesNoFile) {
 TEST_F(ExitTest, ReportsAWriteThatFailsAndDeletesTheHalfFile) {
   WriteFile(learn_file_, "");
   Learn(4);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  rlimit limit = before;
-  limit.rlim_cur = 100;
-  const Said said = Listen([&] {
-    setrlimit(RLIMIT_FSIZE, &limit);
-    WriteLearnFile();
-    setrlimit(RLIMIT_FSIZE, &before);
-  });
-  std::signal(SIGXFSZ, handler);
+  const Said said = Listen([] { WithFileSizeLimit(100, WriteLearnFile); });
   EXPECT_EQ(said.out, "");
   EXPECT_EQ(said.err, "error write learn file\n");
   EXPECT_EQ(Names(), std::multiset<std::string>{"tarvyle.lrn"});

@@ -1,12 +1,10 @@
 #include "frontend/savedgame.h"
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstring>
 #include <iterator>
 #include <vector>
@@ -50,20 +48,6 @@ class SavedGameTest : public FrontEndTest {
 
   std::string path_;
 };
-
-// Runs something with a limit on the size of written files, the signal ignored as in the program.
-template <typename Action>
-void WithFileSizeLimit(rlim_t bytes, Action action) {
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  rlimit limit = before;
-  limit.rlim_cur = bytes;
-  setrlimit(RLIMIT_FSIZE, &limit);
-  action();
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
-}
 
 TEST_F(SavedGameTest, WritesTheTaggedRecord) {
   ASSERT_TRUE(SaveGame(path_.c_str()));

@@ -29,11 +29,15 @@ void InitWith(const std::string& number) {
 }
 
 // For a child process: as much address space as given, all tables included.
-void InitWithin(rlim_t megabytes, const std::string& number) {
+void LimitMemory(rlim_t megabytes) {
   rlimit limit{};
   limit.rlim_cur = megabytes << 20;
   limit.rlim_max = limit.rlim_cur;
   if (setrlimit(RLIMIT_AS, &limit) != 0) std::exit(3);
+}
+
+void InitWithin(rlim_t megabytes, const std::string& number) {
+  LimitMemory(megabytes);
   InitWith(number);
 }
 
@@ -116,10 +120,7 @@ TEST_F(HashInitialisation, RefusedAllocationEndsTheProcess) {
 void AllocateWithin(rlim_t megabytes, int entries) {
   const HashEntry* const before[2] = {hash[White], hash[Black]};
   const int size = Hash_Size;
-  rlimit limit{};
-  limit.rlim_cur = megabytes << 20;
-  limit.rlim_max = limit.rlim_cur;
-  if (setrlimit(RLIMIT_AS, &limit) != 0) std::exit(3);
+  LimitMemory(megabytes);
   if (HashAllocate(entries)) std::exit(4);
   const bool same = hash[White] == before[White] && hash[Black] == before[Black];
   std::exit(same && Hash_Size == size && !HashLookAnywhere() ? 0 : 5);

@@ -182,6 +182,31 @@ TEST_F(PvSearch, EachNewBestRootMoveIsPublished) {
   EXPECT_EQ(search_mv, node_line[0]);
 }
 
+TEST_F(PvSearch, RootMoveAboveBetaHasNoReplyInItsLine) {
+  // No reply gets that move below beta, so there is none to show; what the probe before wrote while
+  // it deepened internally, a little outside the window, must not show either.
+  PLAY_STYLE = kKnowledge2;
+  GoTo(kMiddleGame);
+  const auto search = [](int beta) {
+    Forget();
+    tree[0] = Find("f1e1");
+    treeCnt[1] = 1;
+    NodeArguments arguments = Depth(5);
+    arguments.beta = beta;
+    status_sink = [](const SearchStatus&) {};
+    const int score = SearchOnPv(arguments);
+    DropLines();
+    return score;
+  };
+  const int score = search(kInfinity);
+  ASSERT_NE(node_line[1], 0u) << "inside the window there is one";
+  for (int beta = score - 60; beta <= score; beta += 3) {
+    if (search(beta) < beta) continue;
+    EXPECT_STREQ(MoveToStr(node_line[0]), "f1e1");
+    EXPECT_EQ(node_line[1], 0u) << beta - score;
+  }
+}
+
 // --- extensions ----------------------------------------------------------------------------------
 
 TEST_F(PvSearch, OnlyMovesAboveTheRootsOwnAreExtended) {

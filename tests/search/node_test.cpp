@@ -16,12 +16,6 @@ namespace tarvyle::tests {
 
 namespace {
 
-std::uint64_t NodesOf(const NodeArguments& arguments) {
-  Forget();
-  SearchOffPv(arguments);
-  return cnt_nodes;
-}
-
 using NodeSearch = SearchTest;
 
 // --- transposition table -----------------------------------------------------------------------

@@ -9,12 +9,6 @@ namespace tarvyle::tests {
 
 namespace {
 
-std::uint64_t NodesOf(const NodeArguments& arguments) {
-  Forget();
-  SearchOffPv(arguments);
-  return cnt_nodes;
-}
-
 using NullMove = SearchTest;
 using InternalDeepening = SearchTest;
 

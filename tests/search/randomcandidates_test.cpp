@@ -70,20 +70,28 @@ TEST_F(RandomisedSearch, CandidatesLieWithinTwoPawnsOfTheBestAtItsDepth) {
 }
 
 TEST_F(RandomisedSearch, NothingBecomesACandidateAfterTheStop) {
-  // Clocks of several speeds stop the stage at different places: right after a move of the last
-  // depth has got above the floor, among others.
-  int candidates = 0;
-  for (std::uint32_t step = 700; step <= 9000; step += 300) {
+  // The stage is stopped after any number of nodes: in the last depth, too, when a move has got
+  // above the floor already.
+  for (int nodes = 100; nodes <= 4000; nodes += 100) {
     ASSERT_TRUE(FreshProcess());
     GoTo(kMiddleGame);
     stage_clock = {};
-    stage_clock.steps[1] = step;
+    stage_clock.steps[0] = stage_clock.steps[1] = 100000;
+    stage_clock.nodes[0] = 1500;
+    stage_clock.nodes[1] = nodes;
     const Outcome run = RunSearch();
-    const int taken = static_cast<int>(CandidatesOf(run).size());
-    EXPECT_EQ(1 + taken, stage_clock.set_aside_at_stop) << step;
-    candidates += taken;
+    EXPECT_EQ(1 + static_cast<int>(CandidatesOf(run).size()), stage_clock.set_aside_at_stop)
+        << nodes;
   }
-  EXPECT_GT(candidates, 0);
+}
+
+TEST_F(RandomisedSearch, NoDepthIsBegunAfterTheStop) {
+  GoTo(kMiddleGame);
+  stage_clock.steps[1] = 100000;
+  stage_clock.nodes[1] = 1;
+  const Outcome run = RunSearch();
+  EXPECT_GT(s_depth, 2) << "still that of the stage before";
+  EXPECT_GE(s_depth, BestMoveOf(run).at(0).depth);
 }
 
 TEST_F(RandomisedSearch, AllMovesCanBeCandidates) {

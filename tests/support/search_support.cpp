@@ -160,6 +160,12 @@ int SearchOnPv(const NodeArguments& a) {
                      a.on_pv, a.null_allowed, a.first_move);
 }
 
+std::uint64_t NodesOf(const NodeArguments& arguments) {
+  Forget();
+  SearchOffPv(arguments);
+  return cnt_nodes;
+}
+
 const HashEntry* StoredEntry() {
   const HashEntry& entry = HashSlot(g.side, g.key.low);
   return entry.generation == hash_generation && entry.key == g.key ? &entry : nullptr;

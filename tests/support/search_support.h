@@ -172,6 +172,9 @@ NodeArguments ZeroWindow(int beta, int depth);
 int SearchOffPv(const NodeArguments& a);
 int SearchOnPv(const NodeArguments& a);
 
+// Nodes that a search off the principal variation visits with nothing remembered.
+std::uint64_t NodesOf(const NodeArguments& arguments);
+
 // The table's entry of the current position, or null.
 const HashEntry* StoredEntry();
 
