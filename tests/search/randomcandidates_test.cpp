@@ -72,6 +72,7 @@ TEST_F(RandomisedSearch, CandidatesLieWithinTwoPawnsOfTheBestAtItsDepth) {
 TEST_F(RandomisedSearch, NothingBecomesACandidateAfterTheStop) {
   // The stage is stopped after any number of nodes: in the last depth, too, when a move has got
   // above the floor already.
+  ASSERT_TRUE(HashAllocate(0x10000));
   for (int nodes = 100; nodes <= 4000; nodes += 100) {
     ASSERT_TRUE(FreshProcess());
     GoTo(kMiddleGame);
