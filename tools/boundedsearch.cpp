@@ -4,18 +4,13 @@
 #include <chrono>
 #include <stdexcept>
 
-#include "search/clock.h"
-#include "search/root.h"
 #include "search/state.h"
-#include "search/status.h"
 #include "tools/engine.h"
 #include "tools/positiontext.h"
 
 namespace tarvyle::tools {
 
 namespace {
-
-constexpr int kNoTimeLimit = 20000000;  // 1/100 s; 95 % of it can be formed in an int
 
 struct Leader {
   Move move = 0;
@@ -42,20 +37,18 @@ int Allowance(const SearchBounds& bounds) {
 }
 
 BoundedResult SearchCurrent(const SearchBounds& bounds) {
-  const World outside = world;
-  world.seed = FixedSeed;
-  if (bounds.seconds <= 0) world.milliseconds = [] { return 0u; };
-  limit_time = Allowance(bounds);
-  root_hooks = {bounds.depth, nullptr};
-  status_sink = NoteLeader;
+  SearchSetting setting;
+  setting.world = world;
+  setting.world.seed = FixedSeed;
+  if (bounds.seconds <= 0) setting.world.milliseconds = [] { return 0u; };
+  setting.allowance = Allowance(bounds);
+  setting.hooks = {bounds.depth};
+  setting.on_line = NoteLeader;
   leader = {};
   search_begin = std::chrono::steady_clock::now();
   BoundedResult result;
-  if (!SearchMove(result.move)) result.move = 0;
+  if (!SearchWith(setting, result.move)) result.move = 0;
   result.seconds = SecondsTaken();
-  root_hooks = {};
-  status_sink = nullptr;
-  world = outside;
   result.score = search_score;
   result.depth = search_depth;
   result.nodes = cnt_nodes;

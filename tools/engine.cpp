@@ -2,6 +2,7 @@
 
 #include "base/token.h"
 #include "book/book.h"
+#include "eval/evaluate.h"
 #include "eval/scoretable.h"
 #include "position/attack.h"
 #include "position/game.h"
@@ -9,20 +10,14 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
-#include "search/clock.h"
 #include "search/hash.h"
 #include "search/reset.h"
 #include "search/root.h"
 #include "search/state.h"
-#include "search/status.h"
 
 namespace tarvyle::tools {
 
 namespace {
-
-constexpr int kEntries = 0x80000;
-constexpr int kNoTimeLimit = 20000000;  // 1/100 s; 95 % of it can be formed in an int
-constexpr int kTypedMove = 1000001;
 
 unsigned fixed_seed = 1;
 SearchReport* report = nullptr;  // of the search that runs
@@ -51,7 +46,7 @@ bool PlayMoves(std::string_view moves) {
 
 bool StartEngine() {
   InitAtk();
-  if (!HashAllocate(kEntries)) return false;
+  if (!HashAllocate(kUsualEntries)) return false;
   InitEvaluate();
   return FreshProcess();
 }
@@ -69,21 +64,36 @@ bool SetUpRoot(std::string_view root) {
   return at == std::string_view::npos || PlayMoves(root.substr(at + kMoves.size()));
 }
 
+int StaticScore() {
+  InitEvaluate();
+  set_dir(g.side);
+  return Evaluate(-kInfinity, kInfinity);
+}
+
+bool SearchWith(const SearchSetting& setting, Move& move) {
+  const World outside = world;
+  world = setting.world;
+  limit_time = setting.allowance;
+  root_hooks = setting.hooks;
+  status_sink = setting.on_line;
+  const bool found = SearchMove(move);
+  root_hooks = {};
+  status_sink = nullptr;
+  world = outside;
+  return found;
+}
+
 SearchReport SearchToDepth(int depth, unsigned seed) {
   SearchReport result;
   report = &result;
   fixed_seed = seed;
-  const World outside = world;
-  world = {[] { return 0u; }, [] { return fixed_seed; }, outside.should_stop};
-  limit_time = kNoTimeLimit;
-  root_hooks = {depth, NoteIteration};
-  status_sink = NoteLine;
+  SearchSetting setting;
+  setting.world = {[] { return 0u; }, [] { return fixed_seed; }, world.should_stop};
+  setting.hooks = {depth, NoteIteration};
+  setting.on_line = NoteLine;
   Move move = 0;
-  if (SearchMove(move)) result.best_move = MoveToStr(move);
-  root_hooks = {};
-  status_sink = nullptr;
+  if (SearchWith(setting, move)) result.best_move = MoveToStr(move);
   report = nullptr;
-  world = outside;
   result.score = search_score;
   result.depth = search_depth;
   result.nodes = cnt_nodes;

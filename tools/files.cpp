@@ -8,17 +8,12 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <stdexcept>
 
 namespace tarvyle::tools {
 
 namespace {
-
-constexpr mode_t kNewFileMode = 0666;  // less what the user's mask takes away
-
-[[noreturn]] void Fail(const std::string& what, const std::string& path, int error = errno) {
-  throw std::runtime_error(what + " " + path + ": " + std::strerror(error));
-}
 
 // Closes the descriptor at the end of its life.
 struct Descriptor {
@@ -35,7 +30,7 @@ void WriteAll(int file, std::string_view content, const std::string& path) {
   while (!content.empty()) {
     const ssize_t written = write(file, content.data(), content.size());
     if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) Fail("cannot write", path);
+    if (written <= 0) FailOn("cannot write", path, errno);
     content.remove_prefix(static_cast<std::size_t>(written));
   }
 }
@@ -56,13 +51,13 @@ void WriteTemporary(const std::string& temporary, const std::string& path,
                     std::string_view content) {
   const Descriptor file(
       open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
-  if (file.number < 0) Fail("cannot write", path);
+  if (file.number < 0) FailOn("cannot write", path, errno);
   struct stat old {};
   if (stat(path.c_str(), &old) == 0 && fchmod(file.number, old.st_mode & 07777) != 0) {
-    Fail("cannot write", path);
+    FailOn("cannot write", path, errno);
   }
   WriteAll(file.number, content, path);
-  if (fsync(file.number) != 0) Fail("cannot write", path);
+  if (fsync(file.number) != 0) FailOn("cannot write", path, errno);
 }
 
 // Best effort: the rename itself has succeeded already.
@@ -76,11 +71,11 @@ void SyncFolder(const std::string& folder) {
 std::string ReadWholeFile(const std::string& path) {
   // Asked before it is opened: opening a pipe would wait for its other end.
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) Fail("cannot read", path);
+  if (stat(path.c_str(), &status) != 0) FailOn("cannot read", path, errno);
   if (!S_ISREG(status.st_mode)) throw std::runtime_error("cannot read " + path + ": no plain file");
   std::ifstream file(path, std::ios::binary);
   std::string content(static_cast<std::size_t>(status.st_size), '\0');
-  if (!file || !file.read(content.data(), status.st_size)) Fail("cannot read", path);
+  if (!file || !file.read(content.data(), status.st_size)) FailOn("cannot read", path, errno);
   return content;
 }
 
@@ -91,18 +86,30 @@ void WriteFileAtomically(const std::string& path, std::string_view content) {
     if (!S_ISREG(status.st_mode)) {
       throw std::runtime_error("cannot write " + path + ": no plain file");
     }
-    if (access(target.c_str(), W_OK) != 0) Fail("cannot write", path);
+    if (access(target.c_str(), W_OK) != 0) FailOn("cannot write", path, errno);
   }
   const std::string temporary = target + ".tmp" + std::to_string(getpid());
   unlink(temporary.c_str());
   try {
     WriteTemporary(temporary, target, content);
-    if (std::rename(temporary.c_str(), target.c_str()) != 0) Fail("cannot write", path);
+    if (std::rename(temporary.c_str(), target.c_str()) != 0) FailOn("cannot write", path, errno);
   } catch (...) {
     unlink(temporary.c_str());
     throw;
   }
   SyncFolder(FolderOf(target));
+}
+
+void WriteOutput(const std::string& path, std::string_view content) {
+  if (path.empty()) {
+    std::cout << content;
+  } else {
+    WriteFileAtomically(path, content);
+  }
+}
+
+void FailOn(const std::string& what, const std::string& path, int error) {
+  throw std::runtime_error(what + " " + path + ": " + std::strerror(error));
 }
 
 bool FileExists(const std::string& path) {

@@ -5,6 +5,8 @@
 
 namespace tarvyle::tools {
 
+inline constexpr unsigned kNewFileMode = 0666;  // less what the user's mask takes away
+
 // All bytes of a regular file. Throws std::runtime_error that names the file.
 std::string ReadWholeFile(const std::string& path);
 
@@ -12,6 +14,12 @@ std::string ReadWholeFile(const std::string& path);
 // disk, then renamed, so that the old content or the new one is there at every moment, and the old
 // one after any failure. A link stays a link. Throws std::runtime_error that names the file.
 void WriteFileAtomically(const std::string& path, std::string_view content);
+
+// Writes to the file at `path` in that way, or, for "", to standard output.
+void WriteOutput(const std::string& path, std::string_view content);
+
+// Throws std::runtime_error "<what> <path>: <the system's reason>".
+[[noreturn]] void FailOn(const std::string& what, const std::string& path, int error);
 
 // Whether anything stands at `path`.
 bool FileExists(const std::string& path);

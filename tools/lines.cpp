@@ -7,6 +7,9 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "search/root.h"
+#include "tools/numbers.h"
+
 namespace tarvyle::tools {
 
 namespace {
@@ -44,6 +47,16 @@ std::vector<std::string_view> Fields(std::string_view line) {
     at = tab == std::string_view::npos ? tab : tab + 1;
   }
   return fields;
+}
+
+int DepthOf(std::string_view field, int least) {
+  int depth = 0;
+  if (!ReadInteger(field, depth) || depth < least || depth > kMaxIteration) {
+    throw std::runtime_error("depth " + std::to_string(least) + ".." +
+                             std::to_string(kMaxIteration) + " expected, not \"" +
+                             std::string(field) + "\"");
+  }
+  return depth;
 }
 
 void AnswerLines(const std::string& file,

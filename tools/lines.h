@@ -10,6 +10,10 @@ namespace tarvyle::tools {
 // The tab-separated fields of a line.
 std::vector<std::string_view> Fields(std::string_view line);
 
+// The depth that a field tells: a whole number from `least` to that of the deepest iteration.
+// Throws std::runtime_error for any other text.
+int DepthOf(std::string_view field, int least);
+
 // Reads a file ("" or "-": standard input) line by line. Lines that begin with '#', and empty ones,
 // are copied to standard output; every other one is answered with what `answer` returns for it.
 // `on_comment` is told of every line that begins with '#'. Shows how many lines are done on

@@ -16,9 +16,6 @@ std::string DescribeMoves(std::string_view line);
 // FEN, depth -> FEN, depth, number of legal leaf nodes.
 std::string DescribePerft(std::string_view line);
 
-// Legal leaf nodes below the current position.
-unsigned long long Perft(int depth);
-
 // Prints the leaf nodes below each root move and their sum; or only the sum. Throws
 // std::runtime_error for a refused position.
 void PrintPerft(const std::string& fen, int depth, bool divide);

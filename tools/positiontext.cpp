@@ -1,8 +1,6 @@
 #include "tools/positiontext.h"
 
 #include <cctype>
-#include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 #include "base/token.h"
@@ -13,14 +11,11 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
-#include "search/state.h"
 
 namespace tarvyle::tools {
 
 namespace {
 
-constexpr int kEpdMate = 32767;
-constexpr int kMateAtOnce = -kMated;  // a mate in n plies scores n less
 constexpr std::string_view kBlanks = " \t";
 
 struct PositionFields {
@@ -129,25 +124,6 @@ std::string_view EpdOperations(std::string_view line) {
   (void)FieldsOf(line);
   const std::size_t begin = line.find_first_not_of(kBlanks);
   return begin == std::string_view::npos ? std::string_view() : line.substr(begin);
-}
-
-int EpdScore(int score) {
-  if (score > kMateWindow) return kEpdMate - (kMateAtOnce - score);
-  if (score < -kMateWindow) return -kEpdMate + (kMateAtOnce + score);
-  return score / 10;
-}
-
-std::string ScoreText(int score) {
-  char text[32];
-  if (score > kMateWindow) {
-    std::snprintf(text, sizeof text, "#%d", (kMateAtOnce - score + 1) / 2);
-  } else if (score < -kMateWindow) {
-    std::snprintf(text, sizeof text, "-#%d", (kMateAtOnce + score + 1) / 2);
-  } else {
-    // Not "-0.00".
-    std::snprintf(text, sizeof text, "%+.2f", std::abs(score) < 5 ? 0.0 : score / 1000.0);
-  }
-  return text;
 }
 
 }  // namespace tarvyle::tools

@@ -3,8 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "position/types.h"
-
 // Positions as text: EPD and FEN on one side, the engine's own position text on the other.
 
 namespace tarvyle::tools {
@@ -24,11 +22,5 @@ std::string EpdFields(std::string_view text);
 
 // The rest of an EPD line behind its position fields, without leading blanks.
 std::string_view EpdOperations(std::string_view line);
-
-// A score (1/1000 pawn) in centipawns as EPD has it: mates as 32767 less the plies to it.
-int EpdScore(int score);
-
-// A score as a person reads it: "+0.35", "-#3" (mated in 3).
-std::string ScoreText(int score);
 
 }  // namespace tarvyle::tools

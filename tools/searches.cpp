@@ -1,11 +1,9 @@
 #include "tools/searches.h"
 
-#include <charconv>
 #include <iostream>
 #include <stdexcept>
 
 #include "pv/print.h"
-#include "search/root.h"
 #include "search/style.h"
 #include "tools/engine.h"
 #include "tools/lines.h"
@@ -13,16 +11,6 @@
 namespace tarvyle::tools {
 
 namespace {
-
-int ParseDepth(std::string_view text) {
-  int depth = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), depth);
-  if (error != std::errc() || end != text.data() + text.size() || depth < 2 ||
-      depth > kMaxIteration) {
-    throw std::runtime_error("depth 2..90 expected, not \"" + std::string(text) + "\"");
-  }
-  return depth;
-}
 
 std::string ReportText(const SearchReport& report) {
   std::string text;
@@ -51,7 +39,7 @@ std::string AnswerSearch(const SearchOptions& options, std::string_view line) {
   if (fields.size() < 3) throw std::runtime_error("root, tab, style, tab, depth expected");
   const std::string root(fields[0]);
   const std::string style(fields[1]);
-  const int depth = ParseDepth(fields[2]);
+  const int depth = DepthOf(fields[2], 2);
   if (!load_play_style(style.c_str())) throw std::runtime_error("unknown style " + style);
   if (!options.chain) StartFresh(options);
   if (!SetUpRoot(root)) return root + "\trefused";

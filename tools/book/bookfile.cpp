@@ -14,6 +14,7 @@
 #include "position/legal.h"
 #include "position/setup.h"
 #include "position/text.h"
+#include "tools/book/eco.h"
 #include "tools/positiontext.h"
 
 namespace tarvyle::tools {
@@ -29,11 +30,6 @@ bool IsOpeningLine(const char* line) {
   return *line != '\0' && *line != '\n' && *line != '#';
 }
 
-bool IsCode(std::string_view text) {
-  return text.size() == 3 && text[0] >= 'A' && text[0] <= 'E' &&
-         text.find_first_not_of("0123456789", 1) == std::string_view::npos;
-}
-
 bool NamesGambit(const std::string& name, const std::string& colour) {
   for (const char* word : {"gambit by ", "gambits by ", "sacrifice by ", "sacrifices by "}) {
     if (name.find(word + colour) != std::string::npos) return true;
@@ -46,7 +42,7 @@ bool ReadHeading(std::string_view comment, BookHeading& heading) {
   const std::string_view codes = NextToken(comment, " #\t\r\n");
   heading.first_code = codes.substr(0, 3);
   heading.last_code = codes.size() > 4 ? codes.substr(4) : codes;
-  if (!IsCode(heading.first_code) || !IsCode(heading.last_code)) return false;
+  if (!IsEcoCode(heading.first_code) || !IsEcoCode(heading.last_code)) return false;
   if (codes.size() != 3 && (codes.size() != 7 || codes[3] != '-')) return false;
   const std::size_t end = comment.find_last_not_of(" \t\r\n");
   heading.name = comment.substr(0, end == std::string_view::npos ? 0 : end + 1);
@@ -106,6 +102,10 @@ BookFile ReadBookFile(const std::string& path) {
   }
   InitNewGame();
   return book;
+}
+
+const BookHeading* HeadingOf(const BookFile& book, const BookLine& line) {
+  return line.heading < 0 ? nullptr : &book.headings[static_cast<std::size_t>(line.heading)];
 }
 
 std::string ErrorText(const BookError& error) {

@@ -43,6 +43,9 @@ struct BookFile {
 // Reads a book file. Throws std::runtime_error when it cannot be opened. Changes the current game.
 BookFile ReadBookFile(const std::string& path);
 
+// The heading that a line stands under, or null.
+const BookHeading* HeadingOf(const BookFile& book, const BookLine& line);
+
 // "line 7 (line 31 of the file): e2e5 is no legal move there"
 std::string ErrorText(const BookError& error);
 

@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <iostream>
 #include <unordered_set>
 
 #include "position/record.h"
@@ -65,10 +64,8 @@ struct Soundness {
 
 void JudgeLine(const BookCheckOptions& options, const BookFile& book, const BookLine& line,
                Soundness& counts, Progress& progress) {
-  const BookHeading* heading =
-      line.heading < 0 ? nullptr : &book.headings[static_cast<std::size_t>(line.heading)];
   const double score = EndScore(line.positions.back(), options.depth);
-  const Balance balance = Judge(options, heading, score);
+  const Balance balance = Judge(options, HeadingOf(book, line), score);
   if (balance == Balance::kSound) return;
   ++(balance == Balance::kGambit ? counts.gambits : counts.unsound);
   progress.Clear();

@@ -1,7 +1,6 @@
 #include "tools/book/frompgn.h"
 
 #include <algorithm>
-#include <iostream>
 #include <map>
 #include <stdexcept>
 #include <string_view>
@@ -102,11 +101,7 @@ void BookFromPgn(const FromPgnOptions& options) {
     name = opening;
     text += moves + "\n";
   }
-  if (options.output.empty()) {
-    std::cout << text;
-  } else {
-    WriteFileAtomically(options.output, text);
-  }
+  WriteOutput(options.output, text);
 }
 
 }  // namespace tarvyle::tools

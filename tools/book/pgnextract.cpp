@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "base/token.h"
+#include "tools/book/eco.h"
 #include "tools/files.h"
 
 namespace tarvyle::tools {
@@ -80,11 +81,6 @@ std::string Unquoted(std::string_view text) {
   return plain;
 }
 
-bool IsCode(std::string_view text) {
-  return text.size() == 3 && text[0] >= 'A' && text[0] <= 'E' &&
-         text.find_first_not_of("0123456789", 1) == std::string_view::npos;
-}
-
 struct Tags {
   std::string eco;
   std::string opening;
@@ -106,7 +102,7 @@ void TakeTag(std::string_view line, Tags& tags) {
 
 PgnGame GameOf(const Tags& tags, std::string_view moves) {
   PgnGame game;
-  if (IsCode(tags.eco)) game.eco = tags.eco;
+  if (IsEcoCode(tags.eco)) game.eco = tags.eco;
   game.opening = tags.opening;
   if (!tags.variation.empty() && !tags.opening.empty()) game.opening += ", " + tags.variation;
   for (auto move = NextToken(moves, " "); !move.empty(); move = NextToken(moves, " ")) {

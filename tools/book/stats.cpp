@@ -64,11 +64,10 @@ int CodeNumber(const std::string& code) {
 std::set<int> CodesOf(const BookFile& book) {
   std::set<int> codes;
   for (const BookLine& line : book.lines) {
-    if (line.heading < 0) continue;
-    const BookHeading& heading = book.headings[static_cast<std::size_t>(line.heading)];
-    for (int code = CodeNumber(heading.first_code); code <= CodeNumber(heading.last_code); ++code) {
-      codes.insert(code);
-    }
+    const BookHeading* heading = HeadingOf(book, line);
+    if (heading == nullptr) continue;
+    const int last = CodeNumber(heading->last_code);
+    for (int code = CodeNumber(heading->first_code); code <= last; ++code) codes.insert(code);
   }
   return codes;
 }
@@ -79,9 +78,8 @@ std::string CodeText(const BookHeading& heading) {
 }
 
 std::string VolumeOf(const BookFile& book, const BookLine& line) {
-  return line.heading < 0
-             ? "none"
-             : book.headings[static_cast<std::size_t>(line.heading)].first_code.substr(0, 1);
+  const BookHeading* heading = HeadingOf(book, line);
+  return heading == nullptr ? "none" : heading->first_code.substr(0, 1);
 }
 
 // Prints tables as aligned text or as Markdown.

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "tools/positiontext.h"
+#include "tools/scoretext.h"
 
 namespace tarvyle::tools {
 

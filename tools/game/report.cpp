@@ -2,10 +2,10 @@
 
 #include <string_view>
 
-#include "search/state.h"
 #include "tools/game/pgn.h"
+#include "tools/game/reportpage.h"
 #include "tools/json.h"
-#include "tools/positiontext.h"
+#include "tools/scoretext.h"
 
 namespace tarvyle::tools {
 
@@ -28,8 +28,8 @@ std::string HtmlText(const std::string& text) {
 }
 
 double GraphValue(int score) {
-  if (score > kMateWindow) return kShownMate;
-  return score < -kMateWindow ? -kShownMate : score / kPawn;
+  if (!IsMateScore(score)) return score / kPawn;
+  return score > 0 ? kShownMate : -kShownMate;
 }
 
 std::string PositionFields(const GamePosition& position) {

@@ -10,7 +10,4 @@ namespace tarvyle::tools {
 // scores, and a graph of the scores.
 std::string GameAsPage(const SavedGame& game);
 
-// The page without a game; "@TITLE@" and "@GAME@" (a JSON object) stand where it goes.
-extern const char* const kReportPage;
-
 }  // namespace tarvyle::tools

@@ -1,6 +1,6 @@
 // The web page of a game. Everything is in it: styles, pieces, script.
 
-#include "tools/game/report.h"
+#include "tools/game/reportpage.h"
 
 namespace tarvyle::tools {
 

@@ -16,6 +16,7 @@
 #include "position/record.h"
 #include "position/text.h"
 #include "search/state.h"
+#include "tools/engine.h"
 #include "tools/files.h"
 #include "tools/positiontext.h"
 #include "tools/san.h"
@@ -24,8 +25,7 @@ namespace tarvyle::tools {
 
 namespace {
 
-constexpr int kTypedMove = 1000001;  // score of a move that the engine did not choose
-constexpr int kFiftyMoves = 100;     // in half-moves
+constexpr int kFiftyMoves = 100;  // in half-moves
 constexpr std::string_view kStartText = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk";
 
 std::string WhatIsWrong(const std::string& path) {

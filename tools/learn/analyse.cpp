@@ -7,12 +7,12 @@
 
 #include "book/learn.h"
 #include "position/record.h"
-#include "search/state.h"
 #include "tools/epdfile.h"
 #include "tools/learn/recordlog.h"
 #include "tools/learn/recordset.h"
 #include "tools/positiontext.h"
 #include "tools/progress.h"
+#include "tools/scoretext.h"
 
 namespace tarvyle::tools {
 
@@ -42,8 +42,7 @@ LearnRecord EmptyRecord(const std::string& text) {
 
 bool SearchedEnough(const LearnRecord* known, const SearchBounds& bounds) {
   if (known == nullptr || !known->Learned()) return false;
-  const bool mate = known->score > kMateWindow || known->score < -kMateWindow;
-  return bounds.seconds > 0 || mate || known->depth >= bounds.depth;
+  return bounds.seconds > 0 || IsMateScore(known->score) || known->depth >= bounds.depth;
 }
 
 // Searches the position and writes its record. False when there was no move.

@@ -2,10 +2,16 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <functional>
+#include <iostream>
+#include <stdexcept>
 
-#include "search/state.h"
+#include "position/types.h"
+#include "tools/files.h"
 #include "tools/json.h"
+#include "tools/learn/record.h"
 #include "tools/positiontext.h"
+#include "tools/scoretext.h"
 
 namespace tarvyle::tools {
 
@@ -13,7 +19,33 @@ namespace {
 
 constexpr std::size_t kHistogramWidth = 40;
 
-bool IsMate(int score) { return score > kMateWindow || score < -kMateWindow; }
+// Throws std::runtime_error when the file is damaged: before the first record is handed out.
+void ForEachRecord(const std::string& file,
+                   const std::function<void(const LearnRecord&)>& on_record) {
+  const std::string content = ReadWholeFile(file);
+  const Damage damage = ReadRecords(content, [](const LearnRecord&, std::size_t) {});
+  if (damage) throw std::runtime_error(DamageText(file, damage));
+  (void)ReadRecords(content, [&](const LearnRecord& record, std::size_t) { on_record(record); });
+}
+
+bool Accepts(const RecordFilter& filter, const LearnRecord& record) {
+  return (!filter.book || record.book != 0) && (!filter.learned || record.Learned()) &&
+         record.depth >= filter.min_depth;
+}
+
+// Counts of one file or of several.
+struct Statistics {
+  std::size_t records = 0;
+  std::size_t book = 0;
+  std::size_t learned = 0;
+  std::size_t both = 0;
+  std::size_t mates = 0;
+  std::size_t white = 0;
+  std::size_t bytes = 0;
+  std::vector<std::size_t> by_depth;  // learned records, index = depth
+
+  void Count(const LearnRecord& record);
+};
 
 std::string Row(const char* name, std::size_t count) {
   char text[96];
@@ -29,8 +61,6 @@ std::string DepthRow(std::size_t depth, std::size_t count, std::size_t most) {
   return text;
 }
 
-}  // namespace
-
 std::string RecordAsEpd(const LearnRecord& record) {
   std::string line = EpdFields(record.text);
   if (record.Learned()) {
@@ -41,7 +71,7 @@ std::string RecordAsEpd(const LearnRecord& record) {
   return line;
 }
 
-std::string CsvHead() { return "epd,depth,centipawns,score,book"; }
+constexpr const char* kCsvHead = "epd,depth,centipawns,score,book\n";
 
 std::string RecordAsCsv(const LearnRecord& record) {
   return EpdFields(record.text) + "," + std::to_string(record.depth) + "," +
@@ -57,7 +87,7 @@ std::string RecordAsJson(const LearnRecord& record) {
          ", \"book\": " + (record.book != 0 ? "true" : "false") + "}";
 }
 
-void LearnStatistics::Count(const LearnRecord& record) {
+void Statistics::Count(const LearnRecord& record) {
   ++records;
   bytes += record.bytes.size();
   if (record.book != 0) ++book;
@@ -65,13 +95,13 @@ void LearnStatistics::Count(const LearnRecord& record) {
   if (!record.Learned()) return;
   ++learned;
   if (record.book != 0) ++both;
-  if (IsMate(record.score)) ++mates;
+  if (IsMateScore(record.score)) ++mates;
   const auto depth = static_cast<std::size_t>(record.depth);
   if (by_depth.size() <= depth) by_depth.resize(depth + 1);
   ++by_depth[depth];
 }
 
-std::string StatisticsText(const std::string& title, const LearnStatistics& statistics) {
+std::string StatisticsText(const std::string& title, const Statistics& statistics) {
   std::string text =
       title + "\n" + Row("records", statistics.records) + Row("bytes", statistics.bytes) +
       Row("of the book", statistics.book) + Row("learned", statistics.learned) +
@@ -85,6 +115,39 @@ std::string StatisticsText(const std::string& title, const LearnStatistics& stat
     if (by_depth[depth] > 0) text += DepthRow(depth, by_depth[depth], most);
   }
   return text;
+}
+
+using RowOf = std::string (*)(const LearnRecord&);
+
+RowOf RowOfFormat(const std::string& format) {
+  if (format == "csv") return RecordAsCsv;
+  return format == "json" ? RecordAsJson : RecordAsEpd;
+}
+
+}  // namespace
+
+void ListRecords(const ListOptions& options) {
+  const RowOf row = RowOfFormat(options.format);
+  std::string rows = options.format == "csv" ? kCsvHead : "";
+  for (const std::string& file : options.files) {
+    ForEachRecord(file, [&](const LearnRecord& record) {
+      if (Accepts(options.filter, record)) rows += row(record) + '\n';
+    });
+  }
+  WriteOutput(options.output, rows);
+}
+
+void PrintStatistics(const std::vector<std::string>& files) {
+  Statistics total;
+  for (const std::string& file : files) {
+    Statistics statistics;
+    ForEachRecord(file, [&](const LearnRecord& record) {
+      statistics.Count(record);
+      total.Count(record);
+    });
+    std::cout << StatisticsText(file, statistics);
+  }
+  if (files.size() > 1) std::cout << StatisticsText("all files", total);
 }
 
 }  // namespace tarvyle::tools

@@ -3,9 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/learn/record.h"
-
-// What `tarv learn` prints of the records of learn files.
+// What `tarv learn` prints of the records of learn files. Each of these throws std::runtime_error
+// for a file that cannot be read or is damaged, before it prints anything of that file.
 
 namespace tarvyle::tools {
 
@@ -14,39 +13,21 @@ struct RecordFilter {
   bool book = false;     // only positions of the book
   bool learned = false;  // only positions with a search result
   int min_depth = 0;     // only results of at least that depth
-
-  bool Accepts(const LearnRecord& record) const {
-    return (!book || record.book != 0) && (!learned || record.Learned()) &&
-           record.depth >= min_depth;
-  }
 };
 
-// A record as an EPD line: the position, then "acd" (depth) and "ce" (centipawns for the side to
-// move, mates as EPD counts them) when it was searched, and a comment when it is of the book.
-std::string RecordAsEpd(const LearnRecord& record);
-
-// The same as a row of comma-separated values, and the row of their names.
-std::string RecordAsCsv(const LearnRecord& record);
-std::string CsvHead();
-
-// And as one line of JSON.
-std::string RecordAsJson(const LearnRecord& record);
-
-// Counts of one file or of several.
-struct LearnStatistics {
-  std::size_t records = 0;
-  std::size_t book = 0;
-  std::size_t learned = 0;
-  std::size_t both = 0;
-  std::size_t mates = 0;
-  std::size_t white = 0;
-  std::size_t bytes = 0;
-  std::vector<std::size_t> by_depth;  // learned records, index = depth
-
-  void Count(const LearnRecord& record);
+struct ListOptions {
+  std::vector<std::string> files;
+  RecordFilter filter;
+  std::string format = "epd";  // or "csv", with a row of names, or "json", an object a line
+  std::string output;          // "": standard output
 };
 
-// A table of them for a person.
-std::string StatisticsText(const std::string& title, const LearnStatistics& statistics);
+// Writes a row for each record that the filter takes. As EPD it is the position, then "acd" (depth)
+// and "ce" (centipawns for the side to move, mates as EPD counts them) when it was searched, and a
+// comment when it is of the book.
+void ListRecords(const ListOptions& options);
+
+// Prints a table of counts for each file and, of several, for all together.
+void PrintStatistics(const std::vector<std::string>& files);
 
 }  // namespace tarvyle::tools

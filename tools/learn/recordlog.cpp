@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -16,13 +15,7 @@ namespace tarvyle::tools {
 
 namespace {
 
-constexpr mode_t kNewFileMode = 0666;  // less what the user's mask takes away
-
-[[noreturn]] void Fail(const std::string& path) {
-  throw std::runtime_error("cannot write " + path + ": " + std::strerror(errno));
-}
-
-// Opens, takes the lock, and tells the size.
+// Takes the lock and tells the size.
 bool Hold(int file, std::size_t& size) {
   struct stat status {};
   if (flock(file, LOCK_EX | LOCK_NB) != 0 || fstat(file, &status) != 0) return false;
@@ -36,7 +29,7 @@ RecordLog::RecordLog(std::string path)
     : path_(std::move(path)),
       file_(open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK,
                  kNewFileMode)) {
-  if (file_ < 0) Fail(path_);
+  if (file_ < 0) FailOn("cannot write", path_, errno);
   if (Hold(file_, size_)) return;
   const int error = errno;
   close(file_);
@@ -44,23 +37,21 @@ RecordLog::RecordLog(std::string path)
     throw std::runtime_error("another process writes " + path_ +
                              "; give every process an output of its own and merge them at the end");
   }
-  errno = error;
-  Fail(path_);
+  FailOn("cannot write", path_, error);
 }
 
 RecordLog::~RecordLog() { close(file_); }
 
 void RecordLog::Append(std::string_view bytes) {
+  errno = 0;
   const ssize_t written = write(file_, bytes.data(), bytes.size());
   if (written == static_cast<ssize_t>(bytes.size()) && fdatasync(file_) == 0) {
     size_ += bytes.size();
     return;
   }
-  if (written >= 0 && errno == 0) errno = ENOSPC;
-  const int error = errno;
+  const int error = errno != 0 ? errno : ENOSPC;  // a part of it was written
   (void)!ftruncate(file_, static_cast<off_t>(size_));
-  errno = error;
-  Fail(path_);
+  FailOn("cannot write", path_, error);
 }
 
 void RecordLog::Close(const RecordSet& all) {

@@ -7,14 +7,12 @@
 #include <tuple>
 #include <utility>
 
-#include "book/learn.h"
 #include "tools/files.h"
+#include "tools/learntable.h"
 
 namespace tarvyle::tools {
 
 namespace {
-
-constexpr std::int16_t kBookKind = 16;
 
 auto FileOrder(const LearnRecord& record) {
   return std::tuple(record.key_lo & 0xFFFF, record.Key(), record.side, record.text);
@@ -31,12 +29,10 @@ void Unite(LearnRecord& known, const LearnRecord& other) {
 
 std::string EngineRecords() {
   std::string content;
-  for (const LearnNode* head : learn) {
-    for (const LearnNode* node = head; node != nullptr; node = node->next) {
-      content.append(reinterpret_cast<const char*>(node) + offsetof(LearnNode, key_lo),
-                     static_cast<std::size_t>(node->length));
-    }
-  }
+  VisitLearnTable([&content](const LearnNode& node) {
+    content += RecordOf(node);
+    return true;
+  });
   return content;
 }
 

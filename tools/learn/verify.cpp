@@ -1,16 +1,23 @@
 #include "tools/learn/verify.h"
 
 #include <cstdlib>
+#include <iostream>
 
 #include "book/learn.h"
 #include "position/record.h"
 #include "search/root.h"
 #include "search/state.h"
+#include "tools/failure.h"
+#include "tools/files.h"
+#include "tools/learn/record.h"
+#include "tools/learn/recordset.h"
 #include "tools/positiontext.h"
 
 namespace tarvyle::tools {
 
 namespace {
+
+constexpr std::size_t kProblemsShown = 20;  // of a file; the others are counted
 
 std::string FieldProblem(const LearnRecord& record) {
   if (record.side != White && record.side != Black) {
@@ -39,11 +46,42 @@ std::string PositionProblem(const LearnRecord& record) {
   return "";
 }
 
-}  // namespace
-
 std::string RecordProblem(const LearnRecord& record) {
   const std::string problem = FieldProblem(record);
   return problem.empty() ? PositionProblem(record) : problem;
+}
+
+// Returns how many problems there are; prints the first of them.
+std::size_t VerifyFile(const std::string& file) {
+  std::size_t problems = 0;
+  std::size_t records = 0;
+  RecordSet seen;
+  const auto tell = [&](const std::string& text) {
+    if (++problems <= kProblemsShown) std::cout << text << '\n';
+  };
+  const std::string content = ReadWholeFile(file);
+  const Damage damage = ReadRecords(content, [&](const LearnRecord& record, std::size_t number) {
+    records = number;
+    std::string problem = RecordProblem(record);
+    if (problem.empty() && seen.Find(record) != nullptr) problem = "its position was there before";
+    seen.Add(record);
+    if (!problem.empty()) tell(file + ": record " + std::to_string(number) + ": " + problem);
+  });
+  if (damage) tell(DamageText(file, damage));
+  if (problems > kProblemsShown) {
+    std::cout << file << ": " << problems - kProblemsShown << " more\n";
+  }
+  std::cout << file << ": " << records << " records, " << problems << " problems\n";
+  return problems;
+}
+
+}  // namespace
+
+void VerifyFiles(const std::vector<std::string>& files) {
+  std::size_t problems = 0;
+  for (const std::string& file : files) problems += VerifyFile(file);
+  std::cout.flush();
+  if (problems > 0) throw CheckFailed("the learn files have problems");
 }
 
 }  // namespace tarvyle::tools

@@ -11,6 +11,7 @@
 #include "tools/positiontext.h"
 #include "tools/progress.h"
 #include "tools/san.h"
+#include "tools/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -7,7 +7,7 @@
 #include "pv/line.h"
 #include "search/hash.h"
 #include "tools/uci/output.h"
-#include "tools/uci/scoretext.h"
+#include "tools/uci/score.h"
 
 namespace tarvyle::tools {
 
@@ -39,7 +39,7 @@ std::string EffortText(const Effort& effort) {
 
 void SayLine(const SearchStatus& status, const Effort& effort) {
   std::string text = "info depth " + std::to_string(status.depth) + " score " +
-                     ScoreText(status.score, LineLen(status.line)) + EffortText(effort) + " pv";
+                     UciScore(status.score, LineLen(status.line)) + EffortText(effort) + " pv";
   for (const Move* move = status.line; *move != 0; ++move)
     text += std::string(" ") + MoveToStr(*move);
   Say(text);

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <utility>
 
-#include "base/token.h"
 #include "tools/uci/output.h"
+#include "tools/uci/words.h"
 
 namespace tarvyle::tools {
 
@@ -83,7 +83,7 @@ std::string TakeFirst(std::deque<std::string>& lines) {
 
 void HearLine(std::string line) {
   std::string_view rest = line;
-  const std::string_view word = NextToken(rest, " \t\r");
+  const std::string_view word = NextWord(rest);
   if (word == "isready") {
     Say("readyok");
   } else if (word == "stop" || word == "ponderhit") {

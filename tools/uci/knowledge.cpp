@@ -5,13 +5,14 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 
 #include "book/book.h"
 #include "book/learn.h"
 #include "book/learnfile.h"
+#include "tools/files.h"
+#include "tools/learntable.h"
 #include "tools/uci/options.h"
 #include "tools/uci/output.h"
 
@@ -37,12 +38,12 @@ fs::path UserFolder() {
 }
 
 bool HoldsBook() {
-  for (const LearnNode* head : learn) {
-    for (const LearnNode* node = head; node != nullptr; node = node->next) {
-      if (node->book != 0) return true;
-    }
-  }
-  return false;
+  bool found = false;
+  VisitLearnTable([&found](const LearnNode& node) {
+    found = node.book != 0;
+    return !found;
+  });
+  return found;
 }
 
 void ReadLearned() {
@@ -63,21 +64,14 @@ void ReadBook() {
 
 // One write for the whole record: programs that share the file do not mix theirs.
 bool Append(const std::string& path, const std::string& record) {
-  const int file = open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);
+  const int file =
+      open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
   if (file < 0) return false;
   struct stat status {};
   const bool written =
       fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
       write(file, record.data(), record.size()) == static_cast<ssize_t>(record.size());
   return close(file) == 0 && written;
-}
-
-std::string RecordOf(const LearnNode& node) {
-  LearnNode header = node;
-  header.link = 0;
-  header.check = static_cast<std::uint8_t>(StrHashKey(node.text));
-  std::string record(reinterpret_cast<const char*>(&header.key_lo), kLearnHeader);
-  return record.append(node.text, static_cast<std::size_t>(node.length) - kLearnHeader);
 }
 
 }  // namespace

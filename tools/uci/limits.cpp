@@ -4,18 +4,17 @@
 #include <array>
 #include <string>
 
-#include "base/token.h"
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"
-#include "tools/uci/numbers.h"
+#include "tools/numbers.h"
 #include "tools/uci/output.h"
+#include "tools/uci/words.h"
 
 namespace tarvyle::tools {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r";
 constexpr std::int64_t kMost = 1'000'000'000'000;  // 31 years in milliseconds
 
 constexpr std::array<std::string_view, 12> kWords = {
@@ -26,7 +25,7 @@ bool IsKeyword(std::string_view word) {
   return std::find(kWords.begin(), kWords.end(), word) != kWords.end();
 }
 
-std::string_view Peek(std::string_view rest) { return NextToken(rest, kBlanks); }
+std::string_view Peek(std::string_view rest) { return NextWord(rest); }
 
 void Put(Limits& limits, std::string_view word, std::int64_t number) {
   const auto count = static_cast<int>(std::clamp<std::int64_t>(number, 0, 1'000'000));
@@ -47,7 +46,7 @@ void ReadNumber(Limits& limits, std::string_view word, std::string_view& rest) {
     SayInfo("a number was expected after " + std::string(word));
     return;
   }
-  NextToken(rest, kBlanks);
+  NextWord(rest);
   Put(limits, word, std::clamp(number, -kMost, kMost));
 }
 
@@ -57,7 +56,7 @@ bool IsListed(Move move) {
 
 void ReadMoves(Limits& limits, std::string_view& rest) {
   for (std::string_view text = Peek(rest); !text.empty() && !IsKeyword(text); text = Peek(rest)) {
-    NextToken(rest, kBlanks);
+    NextWord(rest);
     Move move = 0;
     if (StrToMove(text, move) && IsListed(move)) {
       limits.only.push_back(move);
@@ -76,8 +75,7 @@ bool IsBounded(const Limits& limits) {
 
 Limits ReadLimits(std::string_view words) {
   Limits limits;
-  for (std::string_view word = NextToken(words, kBlanks); !word.empty();
-       word = NextToken(words, kBlanks)) {
+  for (std::string_view word = NextWord(words); !word.empty(); word = NextWord(words)) {
     if (word == "infinite" || word == "ponder") {
       limits.infinite = true;
     } else if (word == "searchmoves") {

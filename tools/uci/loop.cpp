@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "base/token.h"
 #include "tools/engine.h"
 #include "tools/uci/extras.h"
 #include "tools/uci/input.h"
@@ -15,6 +14,7 @@
 #include "tools/uci/output.h"
 #include "tools/uci/place.h"
 #include "tools/uci/think.h"
+#include "tools/uci/words.h"
 
 namespace tarvyle::tools {
 
@@ -74,7 +74,7 @@ constexpr std::array kRows = {
 // False when it was "quit".
 bool Obey(std::string_view line) {
   std::string_view rest = line;
-  const std::string_view word = NextToken(rest, " \t\r");
+  const std::string_view word = NextWord(rest);
   if (word.empty()) return true;
   if (word == "quit") return false;
   const auto* row =

@@ -13,9 +13,11 @@
 #include "search/state.h"
 #include "search/status.h"
 #include "search/style.h"
+#include "tools/engine.h"
+#include "tools/numbers.h"
 #include "tools/uci/knowledge.h"
-#include "tools/uci/numbers.h"
 #include "tools/uci/output.h"
+#include "tools/uci/words.h"
 
 namespace tarvyle::tools {
 
@@ -25,7 +27,6 @@ namespace {
 
 constexpr std::string_view kEmptyText = "<empty>";
 constexpr int kLeastEntries = 0x10000;  // of one table
-constexpr int kUsualEntries = 0x80000;  // the configuration's "hash size" 38
 constexpr int kMostEntries = 0x40000000;
 constexpr int kMostOverhead = 5000;
 constexpr std::int64_t kMostSeed = 2147483647;
@@ -151,7 +152,6 @@ constexpr std::array kOptions = {
 };
 
 std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
   const std::size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "base/token.h"
 #include "book/epd.h"
 #include "position/game.h"
 #include "position/legal.h"
@@ -13,15 +12,15 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
+#include "tools/engine.h"
 #include "tools/uci/output.h"
+#include "tools/uci/words.h"
 
 namespace tarvyle::tools {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r";
-constexpr int kOpponentScore = 1000001;  // above any search score: not a move that was searched
-constexpr int kKeptMoves = 200;          // of a game that goes on for ever without an end in sight
+constexpr int kKeptMoves = 200;  // of a game that goes on for ever without an end in sight
 
 struct Place {
   std::string fen;  // empty: the start position
@@ -31,15 +30,15 @@ Place place;
 
 Place ReadPlace(std::string_view words) {
   Place read;
-  const std::string_view kind = NextToken(words, kBlanks);
+  const std::string_view kind = NextWord(words);
   if (kind != "startpos" && kind != "fen") throw std::runtime_error("startpos or fen expected");
-  std::string_view word = NextToken(words, kBlanks);
-  for (; !word.empty() && word != "moves"; word = NextToken(words, kBlanks)) {
+  std::string_view word = NextWord(words);
+  for (; !word.empty() && word != "moves"; word = NextWord(words)) {
     if (kind == "startpos") throw std::runtime_error("moves expected, not " + std::string(word));
     read.fen += std::string(word) + ' ';
   }
   if (kind == "fen" && read.fen.empty()) throw std::runtime_error("a FEN was expected");
-  for (word = NextToken(words, kBlanks); !word.empty(); word = NextToken(words, kBlanks)) {
+  for (word = NextWord(words); !word.empty(); word = NextWord(words)) {
     read.moves.emplace_back(word);
   }
   return read;
@@ -70,7 +69,7 @@ int MovesToKeep() {
 // The list is what the insertion expects to have been looked at before.
 void Insert(Move move) {
   LegalMoveList();
-  InsertMoveInGame(move, kOpponentScore);
+  InsertMoveInGame(move, kTypedMove);
 }
 
 // Makes room in the full record: the game begins anew at a later position.

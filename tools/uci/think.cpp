@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <string>
+#include <vector>
 
 #include "book/learn.h"
 #include "position/attack.h"
@@ -10,16 +11,14 @@
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/text.h"
-#include "search/clock.h"
-#include "search/root.h"
 #include "search/state.h"
-#include "search/status.h"
+#include "tools/engine.h"
 #include "tools/uci/infolines.h"
 #include "tools/uci/input.h"
 #include "tools/uci/knowledge.h"
 #include "tools/uci/options.h"
 #include "tools/uci/output.h"
-#include "tools/uci/scoretext.h"
+#include "tools/uci/score.h"
 #include "tools/uci/timerule.h"
 
 namespace tarvyle::tools {
@@ -29,7 +28,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int kLeastDepth = 2;              // the first iteration there is
-constexpr int kNoTimeLimit = 20000000;      // 1/100 s; the engine's clock can still reckon with it
 constexpr double kRandomSearchTakes = 1.5;  // of the time that it is given
 
 // The search that runs.
@@ -102,29 +100,25 @@ unsigned SearchSeed() { return settings.seed != 0 ? settings.seed : RealSeed(); 
 
 // The engine's own clock stands still: all limits are kept by ShouldStop. Only the randomised
 // search divides its time by that clock.
-void SetLimits() {
-  world = {[] { return 0u; }, SearchSeed, ShouldStop, thinking.first_count};
-  limit_time = kNoTimeLimit;
-  if (is_rnd_search == 0) return;
-  world.milliseconds = SteadyMilliseconds;
+SearchSetting SettingOf(const std::vector<Move>& only) {
+  const int depth = thinking.limits.depth;
+  SearchSetting setting;
+  setting.world = {[] { return 0u; }, SearchSeed, ShouldStop, thinking.first_count};
+  setting.hooks = {depth > 0 ? std::clamp(depth, kLeastDepth, kMaxIteration) : kMaxIteration,
+                   NoteIteration, only.size() > 1 ? only.data() : nullptr};
+  setting.on_line = NoteLine;
+  if (is_rnd_search == 0) return setting;
   const double planned = static_cast<double>(thinking.allowance.last_start) / kRandomSearchTakes;
-  limit_time = static_cast<int>(std::min(planned / 10, static_cast<double>(kNoTimeLimit)));
+  setting.world.milliseconds = SteadyMilliseconds;
+  setting.allowance = static_cast<int>(std::min(planned / 10, static_cast<double>(kNoTimeLimit)));
+  return setting;
 }
 
 // Runs the search within the limits. False when it found no move.
 bool RunSearch(Move& move) {
-  const World outside = world;
-  SetLimits();
   std::vector<Move> only = thinking.limits.only;
   only.push_back(0);
-  const int depth = thinking.limits.depth;
-  root_hooks = {depth > 0 ? std::clamp(depth, kLeastDepth, kMaxIteration) : kMaxIteration,
-                NoteIteration, only.size() > 1 ? only.data() : nullptr};
-  status_sink = NoteLine;
-  const bool found = SearchMove(move);
-  root_hooks = {};
-  status_sink = nullptr;
-  world = outside;
+  const bool found = SearchWith(SettingOf(only), move);
   PassOnWords(SayInfo);
   return found;
 }

@@ -1,4 +1,4 @@
-#include "tools/uci/scoretext.h"
+#include "tools/uci/score.h"
 
 #include <algorithm>
 
@@ -21,7 +21,7 @@ int MatesIn(int score, int line_length) {
              : (PliesToMate(score >= -kMated ? 0 : -kMated - score, line_length) + 1) / 2;
 }
 
-std::string ScoreText(int score, int line_length) {
+std::string UciScore(int score, int line_length) {
   if (const int moves = MatesIn(score, line_length); moves > 0) {
     // The window ends there: what the mate's length is, the next search of the root will say.
     return "mate " + std::to_string(moves) + (score == kMateWindow ? " lowerbound" : "");

@@ -1,17 +1,15 @@
-#include "tools/uci/uci.h"
-
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <csignal>
 
+#include "tools/commandline.h"
+#include "tools/commands.h"
 #include "tools/uci/loop.h"
 
 namespace tarvyle::tools {
 
-void AddUci(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("uci", "Speaks the Universal Chess Interface to a GUI");
-  command->callback([] {
+void AddUci(const Command& program) {
+  program.AddCommand("uci", "Speaks the Universal Chess Interface to a GUI").Does([] {
     // A GUI that goes away ends the input: that is the end, not a signal.
     std::signal(SIGPIPE, SIG_IGN);
     const int out = dup(STDOUT_FILENO);

@@ -8,7 +8,7 @@ namespace tarvyle::tools {
 // moves, negative when the side to move is mated; from the side to move's point of view.
 // `line_length` is the number of plies of the line that it belongs to: a mate that the table
 // remembers may be farther away than its score says, but never nearer than the line shown.
-std::string ScoreText(int score, int line_length);
+std::string UciScore(int score, int line_length);
 
 // Number of moves in which the side to move mates by such a score, or 0 when it does not.
 int MatesIn(int score, int line_length);

@@ -1,18 +1,16 @@
-#include "tools/game/game.h"
-
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <string>
 
 #include "frontend/display.h"
+#include "tools/commandline.h"
+#include "tools/commands.h"
 #include "tools/files.h"
 #include "tools/game/pgn.h"
 #include "tools/game/report.h"
 #include "tools/game/savedgame.h"
-#include "tools/positiontext.h"
+#include "tools/scoretext.h"
 
 namespace tarvyle::tools {
 
@@ -59,12 +57,7 @@ void Show(const GameOptions& options) {
 }
 
 void WritePgn(const GameOptions& options) {
-  const std::string pgn = GameAsPgn(ReadNamedGame(options));
-  if (options.output.empty()) {
-    std::cout << pgn;
-  } else {
-    WriteFileAtomically(options.output, pgn);
-  }
+  WriteOutput(options.output, GameAsPgn(ReadNamedGame(options)));
 }
 
 void WriteReport(const GameOptions& options) {
@@ -77,36 +70,34 @@ void WriteReport(const GameOptions& options) {
   std::puts(output.c_str());
 }
 
-CLI::App* Subcommand(CLI::App& group, const char* name, const char* what, const char* example,
-                     GameOptions& options) {
-  CLI::App* command = group.add_subcommand(name, what);
-  command->footer(std::string("Example:\n  ") + example);
-  command->add_option("FILE", options.file, "game saved with the engine's \"save\"")->required();
-  command->add_option("--white", options.white, "name of the player of White");
-  command->add_option("--black", options.black, "name of the player of Black");
+Command AddGameCommand(const Command& group, const char* name, const char* what,
+                       const char* example, GameOptions& options) {
+  const Command command = group.AddCommand(name, what, example);
+  command.Add("FILE", options.file, "game saved with the engine's \"save\"").Required();
+  command.Add("--white", options.white, "name of the player of White");
+  command.Add("--black", options.black, "name of the player of Black");
   return command;
 }
 
 }  // namespace
 
-void AddGame(CLI::App& app) {
-  CLI::App* group = app.add_subcommand("game", "Shows saved games, also as PGN and as a web page");
-  group->require_subcommand(1);
-  group->footer("Example:\n  tarv game show tarvyle_save_game.dat");
+void AddGame(const Command& program) {
+  const Command group = program.AddGroup("game", "Shows saved games, also as PGN and as a web page",
+                                         "tarv game show tarvyle_save_game.dat");
   auto options = std::make_shared<GameOptions>();
-  Subcommand(*group, "show", "Prints moves, scores and board",
-             "tarv game show tarvyle_save_game.dat", *options)
-      ->callback([options] { Show(*options); });
-  CLI::App* pgn = Subcommand(*group, "pgn", "Writes PGN with the engine's scores in comments",
-                             "tarv game pgn --white \"A. Player\" tarvyle_save_game.dat", *options);
-  pgn->add_option("-o,--output", options->output, "file to write (default: standard output)");
-  pgn->callback([options] { WritePgn(*options); });
-  CLI::App* report =
-      Subcommand(*group, "report", "Writes a web page to step through, with a graph of the scores",
-                 "tarv game report --output game.html tarvyle_save_game.dat", *options);
-  report->add_option("-o,--output", options->output,
-                     "file to write (default: FILE with the ending .html)");
-  report->callback([options] { WriteReport(*options); });
+  const Command show = AddGameCommand(group, "show", "Prints moves, scores and board",
+                                      "tarv game show tarvyle_save_game.dat", *options);
+  show.Does([options] { Show(*options); });
+  const Command pgn =
+      AddGameCommand(group, "pgn", "Writes PGN with the engine's scores in comments",
+                     "tarv game pgn --white \"A. Player\" tarvyle_save_game.dat", *options);
+  pgn.Add("-o,--output", options->output, "file to write (default: standard output)");
+  pgn.Does([options] { WritePgn(*options); });
+  const Command report = AddGameCommand(
+      group, "report", "Writes a web page to step through, with a graph of the scores",
+      "tarv game report --output game.html tarvyle_save_game.dat", *options);
+  report.Add("-o,--output", options->output, "file to write (default: FILE with the ending .html)");
+  report.Does([options] { WriteReport(*options); });
 }
 
 }  // namespace tarvyle::tools
