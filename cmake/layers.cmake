@@ -22,6 +22,11 @@ function(engine_layer folder)
   add_library(engine_${folder} STATIC ${sources})
   target_include_directories(engine_${folder} PUBLIC ${root})
   target_link_libraries(engine_${folder} PRIVATE project_options)
+  if(BUILD_TESTING AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The test programs are linked without link-time optimisation, which would optimise the engine
+    # once for each of them: so the objects hold machine code as well.
+    target_compile_options(engine_${folder} PRIVATE $<$<CONFIG:Release>:-ffat-lto-objects>)
+  endif()
   if(TARVYLE_COVERAGE)
     target_compile_options(engine_${folder} PRIVATE --coverage)
     target_link_options(engine_${folder} PUBLIC --coverage)
