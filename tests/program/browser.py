@@ -17,10 +17,6 @@ ARGUMENTS = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "-
 KEYS = {"left": "\ue012", "right": "\ue014", "home": "\ue011", "end": "\ue010"}
 
 
-def installed() -> bool:
-    return bool(shutil.which("chromedriver") and shutil.which("chromium"))
-
-
 class Browser:
     """Started with a new, empty profile; to be used in a `with`."""
 

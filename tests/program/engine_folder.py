@@ -37,8 +37,6 @@ START = """\
 """
 BOOK_INSTEAD = "#  learn file notfound, load book-file \n"
 
-START_TEXT = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk"
-
 THINKING = re.compile(r"^[ \d]\d +-?\d+ +-?\d+ +\d+ .*\n", re.MULTILINE)
 
 
@@ -118,8 +116,15 @@ class EngineFolder:
         """Starts the engine under this name. Each look at its clock takes `step_ms`: by default a search ends
         at the first one, after 4096 nodes."""
         pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
-        return subprocess.Popen(
-            [name, *arguments], executable=self.engine, env=self.environment(step_ms), **(pipes | {"cwd": self.path} | options))
+        defaults = pipes | {"cwd": self.path, "env": self.environment(step_ms)}
+        return subprocess.Popen([name, *arguments], executable=self.engine, **(defaults | options))
+
+    def started(self, **options) -> subprocess.Popen:
+        """The same, once it waits for its first line."""
+        process = self.start(**options)
+        lines = [process.stdout.readline() for _ in START.splitlines()]
+        assert "".join(line if isinstance(line, str) else line.decode() for line in lines) == START
+        return process
 
     def run(self, *lines: str, raw: bytes | None = None, **options) -> Run:
         """Runs the engine with these lines as its whole input, or with `raw` as it is."""

@@ -5,14 +5,13 @@ A plain run is recorded first; its calls between two moments of the input are th
 
 import collections
 import dataclasses
-import pathlib
 import re
 import shutil
 import signal
 import subprocess
 
-from conftest import engine_environment, sanitized, skip_or_fail
-from engine_folder import START, TIMEOUT_SECONDS, EngineFolder, Run
+from conftest import engine_environment, require, sanitized, skip_or_fail
+from engine_folder import TIMEOUT_SECONDS, EngineFolder, Run
 
 CALLS = "openat,access,write,fsync,close,rename,unlink,newfstatat,lseek,read,readlink,fcntl"
 CALL = re.compile(r"(\w+)\(")
@@ -41,11 +40,10 @@ class TracedEngine:
         # In one piece: how often a pipe is read must not depend on who is faster.
         folder.write_lister(r"printf '    PID TTY          TIME CMD\n   1000 pts/0    00:00:00 tarvyle\n'")
         self.log = folder.path.parent / "calls.log"
-        strace = shutil.which("strace")
-        trial = [strace, "-o", self.log, "true"]
-        if strace is None or subprocess.run(trial, capture_output=True, check=False).returncode != 0:
-            skip_or_fail("strace is not installed or may not trace")
-        self.strace = strace
+        require("strace")
+        self.strace = shutil.which("strace")
+        if subprocess.run([self.strace, "-o", self.log, "true"], capture_output=True, check=False).returncode != 0:
+            skip_or_fail("strace may not trace")
 
     def run(self, lines: list[str], *options: str) -> Run:
         environment = self.folder.environment(step_ms=10_000)

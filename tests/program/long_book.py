@@ -3,7 +3,6 @@
 import re
 
 from conftest import PROJECT
-from tarv_runs import says, tarv  # noqa: F401  (fixtures)
 
 
 def test_every_line_ends_in_balance_or_in_a_named_gambit(says):

@@ -11,15 +11,15 @@ import shutil
 import subprocess
 
 import pytest
-from conftest import PROJECT, skip_or_fail
+from conftest import PROJECT, require, skip_or_fail
+from positions import OUT_OF_BOOK, OUT_OF_BOOK_TEXT, START
 
 USER = 1000
 HOME = "/home/player"
 FOLDER = HOME + "/.local/share/tarvyle"
 TIMEOUT_SECONDS = 600
 
-OUT_OF_BOOK = "4k3/8/8/8/8/8/PPPP4/4K3 w - - 0 1"
-LEARNED = b"4k3/8/8/8/8/8/PPPP4/4K3 w"  # how the learn file begins the name of that position
+LEARNED = OUT_OF_BOOK_TEXT.encode()
 
 
 def run(*command, **options) -> str:
@@ -35,10 +35,9 @@ def field(package: pathlib.Path, name: str) -> str:
 
 
 @pytest.fixture(scope="module")
-def package(tmp_path_factory) -> pathlib.Path:
+def package() -> pathlib.Path:
     """The package, looked over by lintian."""
-    if shutil.which("dpkg-deb") is None:
-        skip_or_fail("dpkg-deb is not installed")
+    require("dpkg-deb")
     return PROJECT / run(PROJECT / "packaging" / "deb").strip()
 
 
@@ -88,9 +87,7 @@ class System:
 def system(package, tmp_path_factory) -> System:
     if os.geteuid() != 0:
         skip_or_fail("only root can make a system to install in")
-    for program in ("mmdebstrap", "unshare"):
-        if shutil.which(program) is None:
-            skip_or_fail(f"{program} is not installed")
+    require("mmdebstrap", "unshare")
     root = tmp_path_factory.mktemp("system") / "root"
     release = dict(re.findall(r'(?m)^(\w+)="?([^"\n]*)', pathlib.Path("/etc/os-release").read_text()))
     depends = [re.match(r"[^ ]+", one.strip())[0] for one in field(package, "Depends").split(",")]
@@ -117,8 +114,7 @@ def test_the_package_is_installed(system, package):
 
 
 def test_the_workbench_runs(system):
-    start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
-    assert run(*system.inside("tarv", "perft", "--fen", start, "--depth", "3", user=USER)) == "8902\n"
+    assert run(*system.inside("tarv", "perft", "--fen", START, "--depth", "3", user=USER)) == "8902\n"
 
 
 def test_an_ordinary_user_plays(system):

@@ -1,10 +1,9 @@
 """The page of `tarv game report` in a browser: stepped through by keys, buttons and clicks, without an error."""
 
 import pytest
-from browser import Browser, installed
-from conftest import skip_or_fail
+from browser import Browser
+from conftest import require
 from game_files import CASTLING, SCHOLAR, played_game, typed_game
-from tarv_runs import says, tarv  # noqa: F401  (fixtures)
 
 BOARD = """
     const letters = Array(64).fill(" ");
@@ -18,7 +17,12 @@ OUTSIDE = 'return performance.getEntriesByType("resource").map(entry => entry.na
 PLACE = """
     const box = document.querySelector(`#board [data-square="${arguments[0]}"]`).getBoundingClientRect();
     const board = document.getElementById("board").getBoundingClientRect();
-    return [box.x + box.width / 2 - board.x, box.y + box.height / 2 - board.y].map(v => Math.floor(v / board.width * 8));"""
+    return [box.x + box.width / 2 - board.x, box.y + box.height / 2 - board.y]
+        .map(v => Math.floor(v / board.width * 8));"""
+MARKS = """
+    return [...document.querySelectorAll("#board rect")]
+        .filter(r => r.getAttribute("fill") === "var(--check)").map(r => [r.getAttribute("x"), r.getAttribute("y")]);"""
+FORWARD_ONLY = 'return document.getElementById("back").disabled && !document.getElementById("forward").disabled;'
 BRIGHTNESS = """
     const rgb = getComputedStyle(document.body).backgroundColor.match(/\\d+/g).map(Number);
     return rgb[0] + rgb[1] + rgb[2];"""
@@ -26,8 +30,7 @@ BRIGHTNESS = """
 
 @pytest.fixture
 def browser(tmp_path):
-    if not installed():
-        skip_or_fail("chromium and chromedriver are not installed")
+    require("chromium", "chromedriver")
     with Browser(tmp_path / "profile") as running:
         yield running
         assert running.complaints() == []
@@ -69,7 +72,7 @@ def test_buttons_moves_and_graph(browser, page_of, folder):
     browser.open(page_of(typed_game(folder, *CASTLING)))
     moves = browser.run(GAME)["moves"]
     browser.click("#first")
-    assert browser.run('return document.getElementById("back").disabled && !document.getElementById("forward").disabled;')
+    assert browser.run(FORWARD_ONLY)
     browser.click("#forward")
     browser.click("#forward")
     browser.click("#back")
@@ -95,10 +98,9 @@ def test_turning_the_board(browser, page_of, folder):
 def test_check_and_mate(browser, page_of, folder):
     browser.open(page_of(typed_game(folder, *SCHOLAR)))
     assert browser.run('return document.getElementById("result").textContent;') == "1-0, checkmate"
-    marks = 'return [...document.querySelectorAll("#board rect")].filter(r => r.getAttribute("fill") === "var(--check)").map(r => [r.getAttribute("x"), r.getAttribute("y")]);'
-    assert browser.run(marks) == [["400", "0"]]
+    assert browser.run(MARKS) == [["400", "0"]]
     browser.press("left")
-    assert browser.run(marks) == []
+    assert browser.run(MARKS) == []
 
 
 def test_light_and_dark(browser, page_of, folder):

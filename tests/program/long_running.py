@@ -1,12 +1,12 @@
 """Five hundred games in one process: its memory stays flat, no file stays open, and it answers as at first."""
 
-import os
-import pathlib
+import contextlib
 import re
 
 import pytest
 from conftest import DATA, PROJECT, sanitized
-from engine_folder import START, EngineFolder
+from engine_folder import EngineFolder
+from talk import Talk
 
 GAMES = 500
 SETTLED = 100  # games after which the memory counts
@@ -30,58 +30,25 @@ def games() -> list[list[str]]:
     return [game.split() for game in sorted(found)]
 
 
-class Session:
-    """One process that is asked and answers."""
+class Session(Talk):
+    """One process, and what it had open at first."""
 
     def __init__(self, folder: EngineFolder):
-        self.folder = folder
-        self.complaints = (folder.path / "complaints").open("w+")
-        self.process = folder.start(stderr=self.complaints, text=True, encoding="latin-1")
-        for _ in START.splitlines():
-            self.process.stdout.readline()
-        self.ask("xboard")
-        for _ in range(3):  # since "xboard" itself says the line that an answer ends with, as its second
-            self.process.stdout.readline()
+        super().__init__(folder)
         self.open_at_first = self.open_files()
 
-    def ask(self, *lines: str) -> str:
-        """What is said to these lines on standard output; "protover" makes the end of it known."""
-        self.process.stdin.write("".join(f"{line}\n" for line in (*lines, "protover")))
-        self.process.stdin.flush()
-        said = ""
-        while not said.endswith("feature done=1\n"):
-            line = self.process.stdout.readline()
-            assert line, f"the engine ended: {self.process.wait()}"
-            said += line
-        return said.removesuffix("feature done=1\n")
-
-    def probe(self) -> tuple[str, str]:
+    def probe(self) -> tuple[list[str], str]:
         """What is said to the probes, and complained of."""
-        before = self.complaints.seek(0, os.SEEK_END)
-        said = self.ask(*PROBES)
-        self.complaints.seek(before)
-        return said, self.complaints.read()
-
-    def memory_kb(self) -> int:
-        return int(re.search(r"VmRSS:\s+(\d+)", pathlib.Path(f"/proc/{self.process.pid}/status").read_text())[1])
-
-    def open_files(self) -> list[str]:
-        numbers = pathlib.Path(f"/proc/{self.process.pid}/fd")
-        return sorted(f"{number.name} {os.readlink(number)}" for number in numbers.iterdir())
-
-    def leave(self) -> None:
-        self.process.stdin.close()
-        self.process.stdout.read()
-        assert self.process.wait() == 0
-        self.complaints.close()
+        self.complaints()
+        return self.ask(*PROBES), self.complaints()
 
 
-def play(session: Session, moves: list[str]) -> str:
+def play(session: Session, moves: list[str]) -> list[str]:
     """Plays, saves, takes back, replays and loads a game, and lets the engine go on with it."""
     said = session.ask("new", "force", *moves, "getmoves", "save game.dat", "up", "getboard", "end", "getboard")
-    assert said.startswith("moves " + " ".join(moves) + " \n")
+    assert said[0] == "moves " + " ".join(moves) + " "
     loaded = session.ask("new", "load game.dat", "getmoves moves.txt", "load none.dat", "save no/where.dat", "getboard")
-    assert said.endswith(loaded)
+    assert said[-len(loaded):] == loaded
     return said + session.ask("go", "force", "getmoves") + session.ask(*["undo"] * (len(moves) + 1), "getboard")
 
 
@@ -93,24 +60,18 @@ def test_a_million_lines_without_a_pause(folder):
 
 
 @pytest.fixture
-def sessions(folder):
+def sessions(learning):
     """A fresh process each time it is called."""
-    folder.configure(learn_file_write="enable")
-    found = []
+    with contextlib.ExitStack() as found:
 
-    def start() -> Session:
-        folder.file("tarvyle.lrn").unlink(missing_ok=True)
-        found.append(Session(folder))
-        return found[-1]
+        def start() -> Session:
+            learning.file("tarvyle.lrn").unlink(missing_ok=True)
+            return found.enter_context(Session(learning))
 
-    yield start
-    for session in found:
-        if session.process.poll() is None:
-            session.process.kill()
-            session.process.wait()
+        yield start
 
 
-def play_all(session: Session) -> tuple[list[str], list[int]]:
+def play_all(session: Session) -> tuple[list[list[str]], list[int]]:
     """What was said in each game, and the memory after each in kB."""
     said, memory = [], []
     chosen = games()
@@ -126,7 +87,7 @@ def test_five_hundred_games_in_one_process(sessions):
     session = sessions()
     at_first = session.probe()
     said, memory = play_all(session)
-    half_moves = sum(text.split("\n", 1)[0].count(" ") - 1 for text in said)
+    half_moves = sum(lines[0].count(" ") - 1 for lines in said)
     print(f"\n{GAMES} games, {half_moves} half-moves, memory after 1, {SETTLED}, {GAMES} games: "
           f"{memory[0]}, {memory[SETTLED - 1]}, {memory[-1]} kB")
     assert session.probe() == at_first
@@ -140,8 +101,8 @@ def test_the_same_games_in_two_processes(sessions):
     """Nothing depends on where the memory of a process lies or what was in it before: thinking lines too."""
     first, second = play_all(sessions())[0], play_all(sessions())[0]
 
-    def without_speed(text: str) -> str:
-        return re.sub(r"^([ \d]\d +-?\d+) +-?\d+ ", r"\1 ", text, flags=re.MULTILINE)
+    def without_speed(lines: list[str]) -> list[str]:
+        return [re.sub(r"^([ \d]\d +-?\d+) +-?\d+ ", r"\1 ", line) for line in lines]
 
     for number, (one, other) in enumerate(zip(first, second)):
         assert without_speed(one) == without_speed(other), number

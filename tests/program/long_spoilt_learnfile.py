@@ -5,19 +5,12 @@ import time
 
 import learn_records
 import pytest
-from engine_folder import BOOK_INSTEAD, START, EngineFolder
+from engine_folder import BOOK_INSTEAD, EngineFolder
+from learn_records import NOT_OPEN
 
 RECORDS = 100_000
 KILLS = 300
 LEAST_HALF_WRITTEN = 30
-
-NOT_OPEN = "------> error: file_size() - file ./tarvyle.lrn not open\n"
-
-
-@pytest.fixture
-def learning(folder):
-    folder.configure(learn_file_write="enable")
-    return folder
 
 
 # --- killed while it writes -------------------------------------------------------------------------------
@@ -25,9 +18,7 @@ def learning(folder):
 
 def start_and_leave(folder: EngineFolder):
     """A run that has just been told to quit."""
-    process = folder.start()
-    for _ in START.splitlines():
-        process.stdout.readline()
+    process = folder.started()
     process.stdin.write(b"quit\n")
     process.stdin.flush()
     return process
@@ -102,50 +93,45 @@ def assert_survived(folder: EngineFolder, content: bytes, book: list[bytes], wha
     assert run.status == 0, what
     assert run.stderr == ("" if records is not None else BOOK_INSTEAD + NOT_OPEN), what
     after = learn_records.split(folder.file("tarvyle.lrn").read_bytes())
-    assert after is not None and sorted(after) == sorted(book if records is None else records), what
+    assert after is not None and sorted(after) == (book if records is None else sorted(records)), what
     assert folder.names() == ["tarvyle.lrn"], what
     return records is not None
 
 
-@pytest.fixture
-def book(learning) -> list[bytes]:
-    learning.run("quit")
-    return learn_records.split(learning.file("tarvyle.lrn").read_bytes())
-
-
-def test_cut_at_every_byte(learning, book):
-    read = [assert_survived(learning, CONTENT[:size], book, f"{size} bytes") for size in range(len(CONTENT) + 1)]
+def test_cut_at_every_byte(learning, book_records):
+    read = [assert_survived(learning, CONTENT[:size], book_records, f"{size} bytes")
+            for size in range(len(CONTENT) + 1)]
     assert sum(read) == 1 + len(SOUND), "nothing, and whole records"
 
 
 @pytest.mark.parametrize("mask", [0x01, 0x80, 0xFF])
-def test_every_byte_flipped_in_turn(learning, book, mask):
+def test_every_byte_flipped_in_turn(learning, book_records, mask):
     read = 0
     for at in range(len(CONTENT)):
         spoilt = CONTENT[:at] + bytes([CONTENT[at] ^ mask]) + CONTENT[at + 1:]
-        read += assert_survived(learning, spoilt, book, f"byte {at}")
+        read += assert_survived(learning, spoilt, book_records, f"byte {at}")
     assert 0 < read < len(CONTENT) // 2, "a spoilt text, length or check byte is found"
 
 
 @pytest.mark.parametrize("place", range(len(SOUND)))
-def test_every_length(learning, book, place):
+def test_every_length(learning, book_records, place):
     """Negative, zero, too small, too large, and all around the true one."""
     at = sum(map(len, SOUND[:place])) + learn_records.LENGTH_AT
     near = range(len(SOUND[place]) - 40, len(SOUND[place]) + 40)
     for length in sorted({*near, -32768, -1, 0, 1, 24, 25, 26, len(CONTENT), len(CONTENT) + 1, 32767}):
         spoilt = CONTENT[:at] + length.to_bytes(2, "little", signed=True) + CONTENT[at + 2:]
-        assert_survived(learning, spoilt, book, f"length {length}")
+        assert_survived(learning, spoilt, book_records, f"length {length}")
 
 
-def test_texts_without_an_end(learning, book):
+def test_texts_without_an_end(learning, book_records):
     for place in range(len(SOUND)):
         spoilt = [record if i != place else record[:-1] + b"w" for i, record in enumerate(SOUND)]
-        assert not assert_survived(learning, b"".join(spoilt), book, f"record {place}")
+        assert not assert_survived(learning, b"".join(spoilt), book_records, f"record {place}")
 
 
-def test_any_bytes(learning, book):
+def test_any_bytes(learning, book_records):
     dice = random.Random(27)
     for number in range(200):
         parts = [dice.choice([*SOUND, *(dice.randbytes(dice.randrange(40)) for _ in SOUND)])
                  for _ in range(dice.randrange(5))]
-        assert_survived(learning, b"".join(parts), book, f"number {number}")
+        assert_survived(learning, b"".join(parts), book_records, f"number {number}")

@@ -2,10 +2,9 @@
 
 import random
 import struct
-import subprocess
 
 import pytest
-from engine_folder import START
+from talk import Talk
 
 SIZE = 19192
 GAME = ["e2e4", "d7d5", "e4d5", "d8d5", "b1c3", "d5a5", "g1f3", "c8g4", "f1e2", "g4f3", "e2f3"]
@@ -14,10 +13,10 @@ SEARCHED = 20  # a search follows in one accepted game of so many
 KEPT = 3  # taken back before saving
 WORDS = [-1, 0, 1, 63, 64, 255, 0x7FFFFFFF, -0x80000000]
 RANDOM_CHANGES = 5000
-REFUSED = "# error open file bad.dat "
+REFUSED = "# error open file bad.dat \n"
 
 
-class Loader:
+class Loader(Talk):
     """A running engine that is given one spoilt file after the other."""
 
     def __init__(self, folder):
@@ -25,51 +24,36 @@ class Loader:
         folder.run("force", *GAME, *taken_back, "save game.dat")
         self.good = folder.file("game.dat").read_bytes()
         self.bad = folder.file("bad.dat").open("wb", buffering=0)  # kept open: emptying it each time is slow
-        self.process = folder.start(stderr=subprocess.STDOUT)
-        for _ in range(1 + len(START.splitlines())):
-            self.process.stdout.readline()
-        self.says("force")
+        super().__init__(folder, xboard=False)
+        self.ask("force")
         self.accepted = 0
         self.moves = "moves " + " ".join(GAME[:-KEPT]) + " "
 
-    def says(self, *lines: str) -> list[str]:
-        """What is said to these lines, the last one's position included."""
-        self.process.stdin.write("".join(f"{line}\n" for line in (*lines, "getboard")).encode())
-        self.process.stdin.flush()
-        said = []
-        while not said or not said[-1].startswith("position "):
-            line = self.process.stdout.readline().decode("latin-1")
-            assert line, f"the engine ended: {self.process.wait()}"
-            said.append(line.rstrip("\n"))
-        return said
+    def __exit__(self, *_) -> None:
+        super().__exit__()
+        self.bad.close()
 
     def load(self, content: bytes, what: object) -> bool:
         """Whether the file is accepted; an accepted game is taken back, replayed and gone on with."""
         self.bad.seek(0)
         self.bad.write(content)
         self.bad.truncate()
-        said = self.says("load game.dat", "load bad.dat", "getmoves")
-        if REFUSED in said:
+        said = self.ask("load game.dat", "load bad.dat", "getmoves")
+        if REFUSED in self.complaints():
             assert self.moves in said, what
             return False
         self.accepted += 1
         search = ["go", "force"] if self.accepted % SEARCHED == 1 else []
-        self.says("redo", "undo", "up", "pos", "test", "end", "score", NEXT, *search)
+        self.ask("redo", "undo", "up", "pos", "test", "end", "score", NEXT, *search)
         return True
-
-    def leave(self) -> None:
-        self.process.stdin.close()
-        self.process.stdout.read()
-        assert self.process.wait() == 0
-        self.bad.close()
 
 
 @pytest.fixture
 def loader(folder):
-    loader = Loader(folder)
-    assert loader.load(loader.good, "the sound file")
-    yield loader
-    loader.leave()
+    with Loader(folder) as loader:
+        assert loader.load(loader.good, "the sound file")
+        yield loader
+        loader.leave()
 
 
 @pytest.mark.parametrize("mask", [0x01, 0xFF])

@@ -1,43 +1,30 @@
 """Whole games of `tarv uci` behind the programs that people use it with: polyglot, and xboard on a virtual display.
 
-polyglot is asked in the xboard protocol, also to take moves back; its opponent is stockfish at its lowest skill, the
-referee chess.js under Node.js, fetched by npm when this test first runs.
+polyglot is asked in the xboard protocol, also to take moves back; its opponent is stockfish at its lowest skill.
 """
 
-import os
 import random
 import re
 import shutil
 import subprocess
 
 import pytest
-from conftest import engine_environment
-from long_soak import Referee
-from test_xboard import FAIRYMAX, GAMES, XBOARD, require
+from conftest import SEARCH_PATH, engine_environment, require
+from referee import Referee
+from test_xboard import FAIRYMAX, XBOARD
 from uci_engine import UciEngine
 
 LONGEST = 300  # half-moves
 TAKE_BACK_EVERY = 9  # moves of the opponent
 
 OVER = re.compile(r"(?:1-0|0-1|1/2-1/2)")
-COMPLAINT = re.compile(r".*(?:illegal move|invalid move|forfeit|exited unexpectedly|on time|bestmove 0000).*", re.IGNORECASE)
+COMPLAINT = re.compile(r".*(?:illegal move|invalid move|forfeit|exited unexpectedly|on time|bestmove 0000).*",
+                       re.IGNORECASE)
 
 
 @pytest.fixture
 def environment(tmp_path):
-    environment = engine_environment() | {"HOME": str(tmp_path)}
-    environment["PATH"] += os.pathsep + GAMES
-    return environment
-
-
-@pytest.fixture
-def referee(tmp_path):
-    folder = tmp_path / "referee"
-    folder.mkdir()
-    referee = Referee(folder)
-    yield referee
-    referee.process.kill()
-    referee.process.wait()
+    return engine_environment() | {"HOME": str(tmp_path), "PATH": SEARCH_PATH}
 
 
 @pytest.fixture

@@ -1,8 +1,7 @@
 """A hundred games of `tarv uci` at one second and a hundredth a move, and how soon it obeys while it thinks.
 
-The referee is chess.js under Node.js, fetched by npm when this test first runs. What is measured is printed: pytest
-shows it with -rA or -s. The games want two processors that are idle otherwise: a player that waits for
-one for half a second has lost on time.
+What is measured is printed: pytest shows it with -rA or -s. The games want two processors that are idle otherwise: a
+player that waits for one for half a second has lost on time.
 """
 
 import collections
@@ -10,23 +9,13 @@ import random
 import statistics
 import time
 
-import pytest
 from conftest import engine_environment
-from long_soak import Referee
 from uci_engine import UciEngine
 from uci_games import Clock, play
 
 GAMES = 100
 PAUSES = 100
 OBEYED_WITHIN = 0.02  # seconds, as a rule; a busy machine takes longer now and then
-
-
-@pytest.fixture(scope="module")
-def referee(tmp_path_factory):
-    referee = Referee(tmp_path_factory.mktemp("referee"))
-    yield referee
-    referee.process.kill()
-    referee.process.wait()
 
 
 def test_a_hundred_fast_games(workbench, referee, tmp_path):
@@ -51,7 +40,8 @@ def test_a_hundred_fast_games(workbench, referee, tmp_path):
             half_moves += len(game.moves)
         assert one.quit() == two.quit() == (0, "")
     print(f"{GAMES} games, {half_moves} half-moves, no illegal one; losses on time: {flags}; "
-          f"least time ever left: {min(least) * 1000:.0f} ms (median of the games {statistics.median(least) * 1000:.0f})")
+          f"least time ever left: {min(least) * 1000:.0f} ms "
+          f"(median of the games {statistics.median(least) * 1000:.0f})")
     print(f"ends: {dict(ends)}; on the way: median {statistics.median(outside):.1f} ms, worst {max(outside):.0f} ms")
     assert flags == 0
     assert ends["checkmate"] > GAMES / 4, "they play to win"

@@ -3,14 +3,11 @@
 import signal
 
 import pytest
-from engine_folder import BOOK_INSTEAD, START, START_TEXT
+from engine_folder import BOOK_INSTEAD, START
+from positions import AFTER_E4_TEXT, BEFORE_ONE_REPLY, CHECKMATE, MATE_IN_ONE, ONE_REPLY, STALEMATE, START_TEXT
 
 SHUFFLE = ["b1c3", "b8c6", "c3b1", "c6b8"]
 MAX_GAME_MOVES = 400
-
-AFTER_E4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b QKqk"
-MATE_IN_ONE = "6k1/5ppp/8/8/8/8/8/R3K3 w Q -"
-ONE_REPLY = "7k/8/8/8/8/8/1r6/K7 w - -"
 
 BOARD_AFTER_ONE_REPLY = """\
 8  -   -   -   - k 
@@ -75,29 +72,29 @@ def test_time_allowances(folder, command, allowance):
 def test_force_new_and_go(folder):
     run = folder.run("xboard", "force", "e2e4", "getboard", "new", "getboard", f"setboard {ONE_REPLY}", "force", "go")
     features = "feature setboard=1\nfeature done=1\nfeature sigint=0\nfeature sigterm=0\n"
-    assert_says(run, features + position(AFTER_E4) + position(START_TEXT) + "move a1b2\n")
+    assert_says(run, features + position(AFTER_E4_TEXT) + position(START_TEXT) + "move a1b2\n")
 
 
 def test_a_move_is_answered(folder):
     run = folder.run("setboard 7k/8/8/8/8/8/1r6/1K6 b - -", "b2b1")
-    assert run.said == "" and run.complaints == unknown("b2b1", ), "occupied by the king"
-    run = folder.run("setboard 7k/8/8/8/8/1r6/8/K7 b - -", "b3b2")
+    assert run.said == "" and run.complaints == unknown("b2b1"), "occupied by the king"
+    run = folder.run(f"setboard {BEFORE_ONE_REPLY}", "b3b2")
     assert_says(run, BOARD_AFTER_ONE_REPLY + "move a1b2\n")
 
 
 def test_new_leaves_force_mode(folder):
-    run = folder.run("force", "new", "glintview", "setboard 7k/8/8/8/8/1r6/8/K7 b - -", "b3b2")
+    run = folder.run("force", "new", "glintview", f"setboard {BEFORE_ONE_REPLY}", "b3b2")
     assert "move a1b2\n" in run.said
 
 
 def test_glintview_announcements(folder):
     run = folder.run("glintview", "force", "style", "e2e4", "getboard", "undo", "redo", "new", "quit")
-    assert_says(run, position(START_TEXT) + "# knowledge3 \n" + position(AFTER_E4) * 2 + position(START_TEXT)
-                + position(AFTER_E4) + position(START_TEXT))
+    assert_says(run, position(START_TEXT) + "# knowledge3 \n" + position(AFTER_E4_TEXT) * 2 + position(START_TEXT)
+                + position(AFTER_E4_TEXT) + position(START_TEXT))
 
 
 def test_glintview_during_play(folder):
-    run = folder.run("glintview", "setboard 7k/8/8/8/8/1r6/8/K7 b - -", "b3b2")
+    run = folder.run("glintview", f"setboard {BEFORE_ONE_REPLY}", "b3b2")
     assert_says(run, position(START_TEXT) + position("7k/8/8/8/8/1r6/8/K7 b") + position("7k/8/8/8/8/8/1r6/K7 w")
                 + position("7k/8/8/8/8/8/1K6/8 b") + "move a1b2\n")
 
@@ -220,7 +217,7 @@ def test_check_is_told_in_the_console_only(folder):
 
 
 def test_no_move_at_all(folder):
-    run = folder.run("setboard 7k/5Q2/6K1/8/8/8/8/8 b - -", "go", "setboard R5k1/5ppp/8/8/8/8/8/4K3 b - -", "go", "style")
+    run = folder.run(f"setboard {STALEMATE}", "go", f"setboard {CHECKMATE}", "go", "style")
     assert_says(run, "the end\nthe end\n# knowledge3 \n")
 
 
@@ -261,7 +258,7 @@ def test_empty_lines(folder):
 
 def test_carriage_returns_belong_to_the_word(folder):
     run = folder.run(raw=b"force\r\nforce\ne2e4\r\nquit\r\ngetboard\nsetboard 4k3/8/8/8/8/8/8/4K3 w - -\r\nquit\n")
-    assert_says(run, position(AFTER_E4), unknown("force\r", "quit\r", "setboard"))
+    assert_says(run, position(AFTER_E4_TEXT), unknown("force\r", "quit\r", "setboard"))
 
 
 def test_tabs_belong_to_the_word(folder):
@@ -270,7 +267,7 @@ def test_tabs_belong_to_the_word(folder):
 
 def test_a_line_ends_at_its_first_zero(folder):
     run = folder.run(raw=b"force\0xyz\ne2e4\n\0quit\ngetboard\0help\nqu\0it\n")
-    assert_says(run, position(AFTER_E4), unknown("qu"))
+    assert_says(run, position(AFTER_E4_TEXT), unknown("qu"))
 
 
 def test_bytes_beyond_ascii(folder):
@@ -302,7 +299,7 @@ def test_many_lines_without_a_pause(folder):
 
 
 def test_half_a_line_then_the_end(folder):
-    assert_says(folder.run(raw=b"force\ne2e4\ngetboard"), position(AFTER_E4))
+    assert_says(folder.run(raw=b"force\ne2e4\ngetboard"), position(AFTER_E4_TEXT))
     assert_says(folder.run(raw=b"force\ne2e"), "", unknown("e2e"))
     assert_says(folder.run(raw=b"quit"))
 

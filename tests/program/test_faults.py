@@ -8,18 +8,17 @@ import collections
 import pytest
 from engine_folder import BOOK_INSTEAD
 from fault_injection import TracedEngine
+from positions import MATE_IN_ONE
 
-MATE_IN_ONE = "setboard 6k1/5ppp/8/8/8/8/8/R3K3 w Q -"
-LEARN = [MATE_IN_ONE, "go", "quit"]  # adds one record to the learn file
+LEARN = [f"setboard {MATE_IN_ONE}", "go", "quit"]  # adds one record to the learn file
 
 AFTER_D4, AFTER_E4 = "moves d2d4 \n", "moves e2e4 \n"
 
 
 @pytest.fixture
-def traced(folder):
-    folder.configure(learn_file_write="enable")
-    folder.run("quit")
-    return TracedEngine(folder)
+def traced(learning):
+    learning.run("quit")
+    return TracedEngine(learning)
 
 
 def least_calls(moments, **least: int) -> None:

@@ -9,14 +9,12 @@ import shutil
 import subprocess
 
 import pytest
-from conftest import PROJECT, engine_environment, skip_or_fail
+from conftest import PROJECT, engine_environment, require
 from engine_folder import BOOK
+from positions import OUT_OF_BOOK
 
 PREFIX = "opt/chess"
 TIMEOUT_SECONDS = 60
-
-# A position that no opening leads to, so the answer is searched and then learned.
-OUT_OF_BOOK = "setboard 4k3/8/8/8/8/8/PPPP4/4K3 w - - 0 1"
 
 # Lists the processes from the lister itself up to the test that started them all: what `ps -e` lists, without
 # the rest of the machine.
@@ -92,11 +90,15 @@ def test_the_program_and_its_data_stand_together(installed):
     assert {name: found[name] for name in data} == data
 
 
+def help_text(installed: pathlib.Path) -> str:
+    """What the installed workbench says of itself."""
+    return subprocess.run([installed / "games/tarv", "--help"], env=engine_environment(), check=True,
+                          capture_output=True, text=True).stdout
+
+
 def test_the_workbench_is_a_link_to_where_its_data_is(installed):
     assert os.readlink(installed / "games/tarv") == "../lib/tarvyle/tarv"
-    done = subprocess.run([installed / "games/tarv", "--help"], env=engine_environment(), check=True,
-                          capture_output=True, text=True)
-    assert "Usage: tarv" in done.stdout
+    assert "Usage: tarv" in help_text(installed)
 
 
 def test_plugins_name_installed_commands(installed):
@@ -135,7 +137,7 @@ def test_a_second_start_writes_what_was_learned(user):
     """The script must be gone by then: a second process of that name keeps the engine from writing."""
     user.run("quit")
     before = user.file("tarvyle.lrn").read_bytes()
-    done = user.run("xboard", OUT_OF_BOOK, "go", "quit")
+    done = user.run("xboard", f"setboard {OUT_OF_BOOK}", "go", "quit")
     assert "learn file write disable" not in done.stdout
     assert re.search(r"^move \w+$", done.stdout, re.MULTILINE)
     assert f"write learn file {user.folder}/tarvyle.lrn" in done.stdout
@@ -225,12 +227,7 @@ def test_all_tell_the_same_version():
     assert (package, changes[0]) == (project, project)
 
 
-# --- manuals and scripts ----------------------------------------------------------------------------------
-
-
-def require(program: str) -> None:
-    if shutil.which(program) is None:
-        skip_or_fail(f"{program} is not installed")
+# --- manuals ----------------------------------------------------------------------------------
 
 
 @pytest.mark.parametrize("name", ["tarvyle.6", "tarv.6"])
@@ -258,16 +255,7 @@ def test_the_manual_has_every_setting(installed):
 
 
 def test_the_manual_has_every_subcommand(installed):
-    done = subprocess.run([installed / "games/tarv", "--help"], env=engine_environment(), check=True,
-                          capture_output=True, text=True)
-    subcommands = re.findall(r"^  ([a-z]+) ", done.stdout.split("Subcommands:")[1], re.MULTILINE)
+    subcommands = re.findall(r"^  ([a-z]+) ", help_text(installed).split("Subcommands:")[1], re.MULTILINE)
     assert "bench" in subcommands
     manual = (installed / "share/man/man6/tarv.6").read_text()
     assert [name for name in subcommands if not re.search(rf"^\.It Cm {name}\b", manual, re.MULTILINE)] == []
-
-
-def test_scripts_have_no_faults():
-    require("shellcheck")
-    scripts = ["play", "check", ".ci/run", "packaging/deb", "packaging/install-missing.sh", "packaging/start.sh"]
-    done = subprocess.run(["shellcheck", *scripts], cwd=PROJECT, capture_output=True, text=True, check=False)
-    assert (done.stdout, done.returncode) == ("", 0)

@@ -10,25 +10,18 @@ import tempfile
 
 import pytest
 from conftest import sanitized
-from engine_folder import BOOK_INSTEAD, START, THINKING, EngineFolder
+from engine_folder import BOOK_INSTEAD, THINKING, EngineFolder
+from learn_records import NOT_OPEN, NOT_WRITTEN, read, split, written
+from positions import MATE_IN_ONE, MIDDLE_GAME
 
-MATE_IN_ONE = "setboard 6k1/5ppp/8/8/8/8/8/R3K3 w Q -"
-MIDDLE_GAME = "setboard r1bq1rk1/pp2ppbp/2np2p1/2n5/P3PP2/N1P2N2/1PB3PP/R1B1QRK1 b - -"
+SET_MATE_IN_ONE = f"setboard {MATE_IN_ONE}"
+SET_MIDDLE_GAME = f"setboard {MIDDLE_GAME}"
 
-NOT_OPEN = "------> error: file_size() - file ./tarvyle.lrn not open\n"
-NOT_WRITTEN = "error write learn file\n"
 SMALLER = "---->  error write learn file(1), size new file less old file \n"
 NOT_RENAMED = "----> error write learn file(2), ?rename() \n"
 
 NOBODY = 65534
 BOOK_POSITIONS = 5
-
-
-@pytest.fixture
-def learning(folder):
-    """A folder whose engine writes its learn file."""
-    folder.configure(learn_file_write="enable")
-    return folder
 
 
 @pytest.fixture
@@ -39,22 +32,6 @@ def learned(learning):
     return learning
 
 
-def written(size: int) -> str:
-    return f"write learn file ./tarvyle.lrn {size} bytes \n"
-
-
-def records(content: bytes) -> list[bytes]:
-    """The records of a learn file; every byte belongs to one."""
-    found = []
-    while content:
-        length = int.from_bytes(content[18:20], "little", signed=True)
-        assert 26 <= length <= len(content)
-        assert content[length - 1] == 0
-        found.append(content[:length])
-        content = content[length:]
-    return found
-
-
 # --- writing ----------------------------------------------------------------------------------------------
 
 
@@ -62,7 +39,7 @@ def records(content: bytes) -> list[bytes]:
 def test_written_however_the_input_ends(learning, raw):
     run = learning.run(raw=raw)
     content = learning.file("tarvyle.lrn").read_bytes()
-    assert len(records(content)) == BOOK_POSITIONS
+    assert len(split(content)) == BOOK_POSITIONS
     assert run.said.removeprefix("# knowledge3 \n") == written(len(content))
     assert run.complaints == NOT_OPEN
     assert run.status == 0
@@ -75,13 +52,13 @@ def test_read_again_in_place_of_the_book(learned):
     run = learned.run("quit")
     assert run.stderr == ""
     assert run.said == written(len(before))
-    assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(before))
+    assert read(learned.file("tarvyle.lrn")) == sorted(split(before))
 
 
 def test_what_was_searched_is_kept(learned):
-    before = records(learned.file("tarvyle.lrn").read_bytes())
-    run = learned.run(MATE_IN_ONE, "go", "quit")
-    after = records(learned.file("tarvyle.lrn").read_bytes())
+    before = read(learned.file("tarvyle.lrn"))
+    run = learned.run(SET_MATE_IN_ONE, "go", "quit")
+    after = read(learned.file("tarvyle.lrn"))
     assert run.said.endswith(f"move a1a8\nthe end\n{written(sum(map(len, after)))}")
     new = [record for record in after if record[24:] == b"6k1/5ppp/8/8/8/8/8/R3K3 w Q\0"]
     assert len(new) == 1 and len(after) == len(before) + 1
@@ -105,7 +82,7 @@ def test_only_the_whole_word_disables(learning, line):
 def test_a_second_instance_never_writes(learned, instances):
     before = learned.file("tarvyle.lrn").read_bytes()
     learned.list_instances(instances)
-    learned.run(MATE_IN_ONE, "go", "quit")
+    learned.run(SET_MATE_IN_ONE, "go", "quit")
     assert (learned.file("tarvyle.lrn").read_bytes() == before) == (instances >= 2)
     assert learned.names() == ["tarvyle.lrn"]
 
@@ -113,13 +90,13 @@ def test_a_second_instance_never_writes(learned, instances):
 def test_nothing_is_written_without_a_list(learned):
     before = learned.file("tarvyle.lrn").read_bytes()
     learned.without_lister()
-    learned.run(MATE_IN_ONE, "go", "quit")
+    learned.run(SET_MATE_IN_ONE, "go", "quit")
     assert learned.file("tarvyle.lrn").read_bytes() == before
 
 
 def test_nothing_is_written_after_an_abort(learned):
     before = learned.file("tarvyle.lrn").read_bytes()
-    run = learned.run(MATE_IN_ONE, "go", "undo", "e1e2")
+    run = learned.run(SET_MATE_IN_ONE, "go", "undo", "e1e2")
     assert run.status == -signal.SIGABRT
     assert learned.file("tarvyle.lrn").read_bytes() == before
 
@@ -129,9 +106,7 @@ def test_nothing_is_written_after_an_abort(learned):
 
 def run_with_change(folder: EngineFolder, change) -> tuple[str, str]:
     """Runs the engine and changes the folder after its start; what it says at its end, and complains of."""
-    with folder.start() as process:
-        start = "".join(process.stdout.readline().decode() for _ in START.splitlines())
-        assert start == START
+    with folder.started() as process:
         change()
         stdout, stderr = process.communicate(b"quit\n")
     assert process.returncode == 0
@@ -143,7 +118,7 @@ def test_a_larger_old_file_stays(learned):
 
     def grow():
         with learned.file("tarvyle.lrn").open("ab") as file:
-            file.write(before[: len(records(before)[0])])
+            file.write(before[: len(split(before)[0])])
 
     assert run_with_change(learned, grow) == ("", SMALLER)
     assert learned.file("tarvyle.lrn").read_bytes()[: len(before)] == before
@@ -160,7 +135,7 @@ def test_an_old_file_of_the_same_size_is_replaced(learned):
 
     assert run_with_change(learned, garble) == (written(size), "")
     assert learned.file("tarvyle.lrn").stat().st_ino != old, "a new file takes its place"
-    assert len(records(learned.file("tarvyle.lrn").read_bytes())) == BOOK_POSITIONS
+    assert len(read(learned.file("tarvyle.lrn"))) == BOOK_POSITIONS
 
 
 def test_a_folder_that_is_not_empty(learning):
@@ -231,7 +206,7 @@ def test_a_damaged_file_is_replaced_by_the_book(learned, damage):
     run = learned.run("quit")
     assert run.stderr == BOOK_INSTEAD + NOT_OPEN
     assert run.said == written(len(sound))
-    assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(sound))
+    assert read(learned.file("tarvyle.lrn")) == sorted(split(sound))
 
 
 def test_an_empty_file_is_a_learn_file(learning):
@@ -278,9 +253,7 @@ def test_a_folder_that_goes_away(learning):
     said, complaints = run_with_change(learning, lambda: None)
     assert said == written(learning.file("tarvyle.lrn").stat().st_size)
     learning.file("tarvyle.lrn").unlink()
-    with learning.start(name=str(place / "tarvyle")) as process:
-        for _ in START.splitlines():
-            process.stdout.readline()
+    with learning.started(name=str(place / "tarvyle")) as process:
         place.rename(away)
         stdout, stderr = process.communicate(b"quit\n")
     away.rename(place)
@@ -292,12 +265,10 @@ def test_a_folder_that_goes_away(learning):
 
 def think_for_nobody(folder: EngineFolder, when: str) -> subprocess.Popen:
     """Lets the engine think after, or while, nobody reads its output any more."""
-    process = folder.start(step_ms=100, stdin=subprocess.PIPE, bufsize=0)
-    for _ in START.splitlines():
-        process.stdout.readline()
+    process = folder.started(step_ms=100, bufsize=0)
     if when == "before":
         process.stdout.close()
-    process.stdin.write(f"xboard\n{MIDDLE_GAME}\ngo\n".encode())
+    process.stdin.write(f"xboard\n{SET_MIDDLE_GAME}\ngo\n".encode())
     if when == "while":
         while not THINKING.match(process.stdout.readline().decode()):
             pass
@@ -311,17 +282,17 @@ def think_for_nobody(folder: EngineFolder, when: str) -> subprocess.Popen:
 
 @pytest.mark.parametrize("when", ["before", "while"])
 def test_closed_output_while_thinking(learned, when):
-    before = len(records(learned.file("tarvyle.lrn").read_bytes()))
+    before = len(read(learned.file("tarvyle.lrn")))
     assert think_for_nobody(learned, when).returncode == 0
-    assert len(records(learned.file("tarvyle.lrn").read_bytes())) == before + 1, "the search's result is in it"
+    assert len(read(learned.file("tarvyle.lrn"))) == before + 1, "the search's result is in it"
     assert learned.names() == ["tarvyle.lrn"]
 
 
 def test_closed_input_while_thinking(learned):
-    before = len(records(learned.file("tarvyle.lrn").read_bytes()))
-    run = learned.run("xboard", MIDDLE_GAME, "go", step_ms=100)
+    before = len(read(learned.file("tarvyle.lrn")))
+    run = learned.run("xboard", SET_MIDDLE_GAME, "go", step_ms=100)
     assert run.said.count("move ") == 1
-    assert len(records(learned.file("tarvyle.lrn").read_bytes())) == before + 1
+    assert len(read(learned.file("tarvyle.lrn"))) == before + 1
 
 
 def test_both_ends_and_errors_closed_from_the_start(learned):
@@ -330,7 +301,7 @@ def test_both_ends_and_errors_closed_from_the_start(learned):
     with learned.start(**nothing) as process:
         process.wait()
     assert process.returncode == 0
-    assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(sound))
+    assert read(learned.file("tarvyle.lrn")) == sorted(split(sound))
 
 
 @pytest.mark.skipif(sanitized(), reason="the sanitizers need an open standard error")
@@ -341,17 +312,14 @@ def test_without_any_open_stream(learned):
                        stdin=None, stdout=None, stderr=None) as process:
         process.wait()
     assert process.returncode == 0
-    assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(sound))
+    assert read(learned.file("tarvyle.lrn")) == sorted(split(sound))
 
 
 def test_two_instances_end_at_the_same_time(learned):
     """Neither saw the other; whichever is last, a whole file stays."""
     sound = learned.file("tarvyle.lrn").read_bytes()
     for _ in range(5):
-        both = [learned.start(), learned.start()]
-        for process in both:
-            for _ in START.splitlines():
-                process.stdout.readline()
+        both = [learned.started(), learned.started()]
         for process in both:
             process.stdin.close()
         for process in both:
@@ -360,5 +328,5 @@ def test_two_instances_end_at_the_same_time(learned):
             process.stdout.close()
             process.stderr.close()
             assert process.returncode == 0
-        assert sorted(records(learned.file("tarvyle.lrn").read_bytes())) == sorted(records(sound))
+        assert read(learned.file("tarvyle.lrn")) == sorted(split(sound))
         assert learned.names() == ["tarvyle.lrn"]

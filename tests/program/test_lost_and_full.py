@@ -6,33 +6,12 @@ import subprocess
 
 import learn_records
 import pytest
-from engine_folder import BOOK_INSTEAD, START_TEXT
+from engine_folder import BOOK_INSTEAD
+from learn_records import NOT_WRITTEN, read
+from positions import MIDDLE_GAME, START_TEXT
 
-MIDDLE_GAME = "setboard r1bq1rk1/pp2ppbp/2np2p1/2n5/P3PP2/N1P2N2/1PB3PP/R1B1QRK1 b - -"
-NOT_WRITTEN = "error write learn file\n"
+SET_MIDDLE_GAME = f"setboard {MIDDLE_GAME}"
 SMALL_DISK_KB = 128
-
-
-@pytest.fixture
-def learning(folder):
-    folder.configure(learn_file_write="enable")
-    return folder
-
-
-@pytest.fixture
-def book_records(learning):
-    """What a learn file holds that was made from the book alone. The folder is as before."""
-    learning.run("quit")
-    found = learn_records.split(learning.file("tarvyle.lrn").read_bytes())
-    learning.file("tarvyle.lrn").unlink()
-    assert found
-    return sorted(found)
-
-
-def kept(folder) -> list[bytes] | None:
-    """The records of the learn file, sorted; None for a damaged one."""
-    found = learn_records.split(folder.file("tarvyle.lrn").read_bytes())
-    return None if found is None else sorted(found)
 
 
 # --- a full disk ------------------------------------------------------------------------------------------
@@ -70,13 +49,13 @@ def test_a_full_disk_keeps_the_learn_file(small_disk):
     old = learn_records.many(300)
     small_disk.file("tarvyle.lrn").write_bytes(old)
     fill(small_disk, leave=8192)
-    run = small_disk.run(MIDDLE_GAME, "go", "quit")
+    run = small_disk.run(SET_MIDDLE_GAME, "go", "quit")
     assert (run.status, run.complaints) == (0, NOT_WRITTEN)
     assert small_disk.file("tarvyle.lrn").read_bytes() == old
     assert small_disk.names() == ["filler", "tarvyle.lrn"]
     small_disk.file("filler").unlink()
-    assert small_disk.run(MIDDLE_GAME, "go", "quit").complaints == ""
-    assert len(kept(small_disk)) == 301
+    assert small_disk.run(SET_MIDDLE_GAME, "go", "quit").complaints == ""
+    assert len(read(small_disk.file("tarvyle.lrn"))) == 301
 
 
 @pytest.mark.parametrize("leave", [0, 8192])
@@ -103,7 +82,7 @@ def test_a_full_disk_keeps_the_older_game(small_disk, leave):
         "half a line"])
 def test_the_learn_file_is_written_after(learning, book_records, raw):
     assert learning.run(raw=raw).status == 0
-    assert kept(learning) == book_records
+    assert read(learning.file("tarvyle.lrn")) == book_records
     assert learning.names() == ["tarvyle.lrn"]
 
 
@@ -111,9 +90,10 @@ def test_the_learn_file_is_written_after(learning, book_records, raw):
 def test_the_learn_file_is_written_when_output_fails(learning, book_records, streams):
     """A device that is always full takes what the engine says while it thinks."""
     with open("/dev/full", "wb") as full:
-        run = learning.run("xboard", MIDDLE_GAME, "go", "nonsense", "quit", step_ms=100, **dict.fromkeys(streams, full))
+        run = learning.run("xboard", SET_MIDDLE_GAME, "go", "nonsense", "quit", step_ms=100,
+                           **dict.fromkeys(streams, full))
     assert run.status == 0
-    assert len(kept(learning)) == len(book_records) + 1
+    assert len(read(learning.file("tarvyle.lrn"))) == len(book_records) + 1
 
 
 # --- two instances on one folder --------------------------------------------------------------------------
@@ -145,14 +125,14 @@ def test_two_instances_started_at_once(learning, book_records, before):
             learning.file("tarvyle.lrn").write_bytes(sound if before == "sound" else sound[:-1])
         complaints = run_two(learning, "style", "quit")
         assert any(BOOK_INSTEAD in text for text in complaints) == (before != "sound")
-        assert kept(learning) == book_records
+        assert read(learning.file("tarvyle.lrn")) == book_records
         assert learning.names() == ["tarvyle.lrn"]
 
 
 def test_two_instances_that_see_each_other_write_nothing(learning, book_records):
     learning.list_instances(2)
     learning.file("tarvyle.lrn").write_bytes(b"".join(book_records))
-    assert run_two(learning, MIDDLE_GAME, "go", "quit") == ["", ""]
+    assert run_two(learning, SET_MIDDLE_GAME, "go", "quit") == ["", ""]
     assert learning.file("tarvyle.lrn").read_bytes() == b"".join(book_records)
     assert learning.names() == ["tarvyle.lrn"]
 
@@ -165,4 +145,4 @@ def test_duplicated_records_are_kept(learning, book_records):
     learning.file("tarvyle.lrn").write_bytes(twice)
     run = learning.run("getboard", "quit")
     assert (run.complaints, run.status) == ("", 0) and START_TEXT in run.said
-    assert kept(learning) == sorted(book_records * 2)
+    assert read(learning.file("tarvyle.lrn")) == sorted(book_records * 2)

@@ -6,15 +6,13 @@ import struct
 import subprocess
 
 import pytest
-from engine_folder import START, START_TEXT
+from positions import AFTER_D4_TEXT, BEFORE_ONE_REPLY, START_TEXT
 
 SIZE = 19192
 USER_SCORE = 1000001
 
 GAME_LEN, GAME_MAX = 1180, 1184
 MOVES, SCORES = 1192, 17192
-
-AFTER_D4 = "rnbqkbnr/pppppppp/8/8/3P4/8/PPP1PPPP/RNBQKBNR b QKqk"
 
 
 def not_opened(name: str) -> str:
@@ -54,7 +52,7 @@ def test_saving_twice_gives_the_same_bytes(saved):
 
 def test_save_and_load_without_a_name(folder):
     run = folder.run("force", "d2d4", "save", "new", "load", "getboard")
-    assert (run.said, run.complaints) == (f"position {AFTER_D4}\n", "")
+    assert (run.said, run.complaints) == (f"position {AFTER_D4_TEXT}\n", "")
     assert folder.names() == ["tarvyle_save_game.dat"]
 
 
@@ -78,11 +76,11 @@ def test_taken_back_moves_are_saved_with_the_game(folder):
 
 def test_a_loaded_game_goes_on(saved):
     run = saved.run("load game.dat", "force", "d7d5", "up", "getboard", "end", "getmoves", "undo", "getboard")
-    assert run.said == f"position {START_TEXT}\nmoves d2d4 d7d5 \nposition {AFTER_D4}\n"
+    assert run.said == f"position {START_TEXT}\nmoves d2d4 d7d5 \nposition {AFTER_D4_TEXT}\n"
 
 
 def test_the_machine_plays_on_in_a_loaded_game(folder):
-    run = folder.run("force", "setboard 7k/8/8/8/8/1r6/8/K7 b - -", "b3b2", "save", "new", "load", "xboard", "go")
+    run = folder.run("force", f"setboard {BEFORE_ONE_REPLY}", "b3b2", "save", "new", "load", "xboard", "go")
     assert run.said.endswith("move a1b2\n")
 
 
@@ -154,9 +152,7 @@ def test_a_killed_program_leaves_a_whole_game(saved):
     saved.file("first.dat").write_bytes(first)
     saved.file("second.dat").write_bytes(second)
     for kill_after in range(0, 40, 4):
-        with saved.start(stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, bufsize=0) as process:
-            for _ in START.splitlines():
-                process.stdout.readline()
+        with saved.started(stderr=subprocess.DEVNULL, bufsize=0) as process:
             os.set_blocking(process.stdin.fileno(), False)
             process.stdin.write(swap * 200)
             try:

@@ -7,7 +7,9 @@ import shutil
 
 import pytest
 from conftest import PROJECT, sanitized
-from engine_folder import BOOK_INSTEAD, START, START_TEXT, THINKING
+from engine_folder import BOOK_INSTEAD, START, THINKING
+from learn_records import NOT_OPEN
+from positions import ONE_REPLY, START_TEXT
 
 SHIPPED = PROJECT / "data"
 
@@ -59,13 +61,12 @@ def test_other_arguments_are_not_looked_at(folder):
     (0, ""), (1, ""), (2, "# warning: tarvyle(2): learn file write disable \n"),
     (5, "# warning: tarvyle(2): learn file write disable \n"),
 ])
-def test_instances_listed(folder, count, warning):
-    folder.configure(learn_file_write="enable")
-    folder.list_instances(count)
+def test_instances_listed(learning, count, warning):
+    learning.list_instances(count)
     banner, rest = START.split("\n", 1)
-    run = folder.run("quit")
+    run = learning.run("quit")
     assert run.stdout.startswith(banner + "\n" + warning + rest)
-    assert folder.file("tarvyle.lrn").exists() == (count < 2)
+    assert learning.file("tarvyle.lrn").exists() == (count < 2)
 
 
 def assert_unknown_instances(folder, run, complaint: str) -> None:
@@ -76,24 +77,21 @@ def assert_unknown_instances(folder, run, complaint: str) -> None:
     assert folder.names() == []
 
 
-def test_a_missing_lister(folder):
-    folder.configure(learn_file_write="enable")
-    folder.without_lister()
-    assert_unknown_instances(folder, folder.run("quit"), r"sh: .*not found\n")
+def test_a_missing_lister(learning):
+    learning.without_lister()
+    assert_unknown_instances(learning, learning.run("quit"), r"sh: .*not found\n")
 
 
-def test_a_lister_that_cannot_be_run(folder):
-    folder.configure(learn_file_write="enable")
-    folder.search_path = [str(folder.lister)]
-    (folder.lister / "ps").chmod(0o644)
-    assert_unknown_instances(folder, folder.run("quit"), r"sh: .*\n")
+def test_a_lister_that_cannot_be_run(learning):
+    learning.search_path = [str(learning.lister)]
+    (learning.lister / "ps").chmod(0o644)
+    assert_unknown_instances(learning, learning.run("quit"), r"sh: .*\n")
 
 
-def test_a_pipe_that_cannot_be_opened(folder):
+def test_a_pipe_that_cannot_be_opened(learning):
     """Room for one more open file is enough for everything but the pipe to the lister."""
-    folder.configure(learn_file_write="enable")
-    run = folder.run("quit", preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (4, 4)))
-    assert_unknown_instances(folder, run, r"# pre_inst_detect: Problems with pipe: Too many open files\n")
+    run = learning.run("quit", preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (4, 4)))
+    assert_unknown_instances(learning, run, r"# pre_inst_detect: Problems with pipe: Too many open files\n")
 
 
 def test_a_lister_that_says_nothing(folder):
@@ -191,7 +189,7 @@ def test_an_unknown_style(folder):
 
 def test_random_search_needs_quotes(folder):
     """Without them the value keeps its line end; the one reply shows which search is at work."""
-    one_reply = ["xboard", "setboard 7k/8/8/8/8/8/1r6/K7 w - -", "go"]
+    one_reply = ["xboard", f"setboard {ONE_REPLY}", "go"]
     folder.configure(LEAST + "random search?!=enable\n")
     assert "search move ... \n" not in folder.run(*one_reply).stdout
     folder.configure(LEAST + 'random search?!="enable"\n')
@@ -282,7 +280,7 @@ def test_the_shipped_book_is_read_without_an_error(folder):
     run = folder.run("quit")
     assert run.stdout.startswith(START.replace("6815744", str(104 << 19)))
     assert "#error" not in run.stdout
-    assert run.stderr == BOOK_INSTEAD + "------> error: file_size() - file ./tarvyle.lrn not open\n"
+    assert run.stderr == BOOK_INSTEAD + NOT_OPEN
     assert run.status == 0
 
 

@@ -1,42 +1,16 @@
 """The workbench from outside: its answers in the form of the data files, its options and its complaints."""
 
 import json
-import os
 import re
 import subprocess
 
 import pytest
 from conftest import DATA, engine_environment
-
-START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -"
-MATE_IN_ONE = "6k1/5ppp/8/8/8/8/8/R3K3 w Q -"
-ILLEGAL = "4k3/4R3/8/8/8/8/8/4K3 w - -"  # White could take the king
+from positions import ILLEGAL, MATE_IN_ONE, NO_KINGS, STALEMATE, START
+from terminal import Terminal
 
 SEARCH_NODES = 200_000
 PERFT_LEAVES = 200_000
-
-
-@pytest.fixture
-def tarv(workbench, tmp_path):
-    """Runs the workbench; its output, errors and exit status."""
-
-    def run(*arguments, text: str = "") -> subprocess.CompletedProcess:
-        return subprocess.run([workbench, *map(str, arguments)], input=text, text=True, capture_output=True,
-                              cwd=tmp_path, env=engine_environment(), check=False)
-
-    return run
-
-
-@pytest.fixture
-def says(tarv):
-    """Runs the workbench, which must succeed without a complaint; its output."""
-
-    def run(*arguments, text: str = "") -> str:
-        done = tarv(*arguments, text=text)
-        assert (done.stderr, done.returncode) == ("", 0)
-        return done.stdout
-
-    return run
 
 
 def lines_of(name: str) -> list[str]:
@@ -77,7 +51,7 @@ def test_listings_from_standard_input(says, command):
 
 @pytest.mark.parametrize("command", ["positions", "movelists"])
 def test_refused_positions(says, command):
-    refused = ["foo", "8/8/8/8/8/8/8/8 w - -", f"{START[:-1]}e5", "KK6/8/8/8/8/8/8/k7 w - -"]
+    refused = ["foo", NO_KINGS, f"{START[:-1]}e5", "KK6/8/8/8/8/8/8/k7 w - -"]
     assert says(command, text="\n".join(refused)) == "".join(f"{fen}\trefused\n" for fen in refused)
 
 
@@ -166,9 +140,8 @@ def test_the_seed_changes_the_search(says):
 
 
 def test_no_move_and_refused_roots(says):
-    stalemate = "7k/5Q2/6K1/8/8/8/8/8 b - -"
-    text = f"{stalemate}\tknowledge3\t4\nfoo\tknowledge3\t4\n{START} moves e2e4 e7e4\tknowledge3\t4\n"
-    assert says("search", text=text) == (f"{stalemate}\tknowledge3\t4\t\tnone\t\n"
+    text = f"{STALEMATE}\tknowledge3\t4\nfoo\tknowledge3\t4\n{START} moves e2e4 e7e4\tknowledge3\t4\n"
+    assert says("search", text=text) == (f"{STALEMATE}\tknowledge3\t4\t\tnone\t\n"
                                          f"foo\trefused\n{START} moves e2e4 e7e4\trefused\n")
 
 
@@ -285,21 +258,9 @@ def test_bad_lines(tarv, command, line, words):
     assert done.returncode == 2
 
 
-def everything_from(terminal: int) -> str:
-    """What was written to a terminal whose other end is closed by now."""
-    shown = b""
-    while True:
-        try:
-            shown += os.read(terminal, 1000)
-        except OSError:
-            return shown.decode()
-
-
 def test_progress_is_shown_on_a_terminal_only(workbench):
-    terminal, inside = os.openpty()
-    done = subprocess.run([workbench, "positions"], input=f"{START}\n{START}\n", text=True, stdout=subprocess.PIPE,
-                          stderr=inside, env=engine_environment(), check=True)
-    os.close(inside)
-    assert everything_from(terminal).startswith("\r1 lines\r2 lines\r")
-    os.close(terminal)
+    with Terminal() as terminal:
+        done = subprocess.run([workbench, "positions"], input=f"{START}\n{START}\n", text=True, stdout=subprocess.PIPE,
+                              stderr=terminal.inside, env=engine_environment(), check=True)
+        assert terminal.shown().startswith("\r1 lines\r2 lines\r")
     assert done.stdout.count("\n") == 2

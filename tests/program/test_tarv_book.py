@@ -4,9 +4,8 @@ import re
 import shutil
 
 import pytest
-from conftest import PROJECT, engine_environment, skip_or_fail
+from conftest import PROJECT, engine_environment, require
 from engine_folder import START
-from tarv_runs import complains, says, tarv  # noqa: F401  (fixtures)
 
 SHIPPED = PROJECT / "data" / "tarvyle.bk"
 
@@ -64,8 +63,9 @@ def test_balance_at_the_end_of_the_lines(tarv, tmp_path):
         f"# C21 Danish gambit (gambit by Black)\n{danish} c1b2\n")
     done = tarv("book", "check", "--depth", 6, "--limit", 0.5, "a.bk")
     rows = [line.split(":")[:2] for line in done.stdout.splitlines()]
-    assert rows[1:-2] == [["unbalanced", " line 2 (line 4 of the file)"], ["gambit", " line 3 (line 6 of the file)"],
-                          ["unbalanced", " line 4 (line 7 of the file)"], ["unbalanced", " line 5 (line 9 of the file)"]]
+    assert rows[1:-2] == [
+        ["unbalanced", " line 2 (line 4 of the file)"], ["gambit", " line 3 (line 6 of the file)"],
+        ["unbalanced", " line 4 (line 7 of the file)"], ["unbalanced", " line 5 (line 9 of the file)"]]
     assert rows[0] == ["warning", " line 3 (line 6 of the file) adds nothing"]
     assert done.stdout.endswith("depth 6: 3 unbalanced by more than 0.50, 1 more are gambits within 2.50\n")
     assert done.returncode == 1
@@ -80,7 +80,8 @@ def figures(text: str) -> dict[str, str]:
 
 
 def test_stats(says, tmp_path):
-    (tmp_path / "a.bk").write_text("# A04-A05 Reti\ng1f3 d7d5 d2d4\n# D02 Queen's pawn\nd2d4 d7d5 g1f3 g8f6\n# E00 Empty\n")
+    (tmp_path / "a.bk").write_text(
+        "# A04-A05 Reti\ng1f3 d7d5 d2d4\n# D02 Queen's pawn\nd2d4 d7d5 g1f3 g8f6\n# E00 Empty\n")
     answer = says("book", "stats", "--openings", "a.bk")
     assert figures(answer) == {
         "book": "a.bk", "lines": "2", "half-moves in them": "7", "half-moves of a line, shortest": "3",
@@ -113,7 +114,8 @@ def test_every_volume_is_covered(says):
 def test_the_document_holds_the_figures(says):
     """docs/BOOK.md is what the command prints today."""
     document = (PROJECT / "docs" / "BOOK.md").read_text()
-    for table in says("book", "stats", "--markdown", "--openings", "data/tarvyle.bk", cwd=PROJECT).strip().split("\n\n"):
+    tables = says("book", "stats", "--markdown", "--openings", "data/tarvyle.bk", cwd=PROJECT)
+    for table in tables.strip().split("\n\n"):
         assert table in document, "run: tarv book stats --markdown --openings data/tarvyle.bk"
 
 
@@ -149,8 +151,7 @@ ITALIAN = "e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1g1"
 
 @pytest.fixture
 def games(tmp_path):
-    if not (shutil.which("pgn-extract") or shutil.which("/usr/games/pgn-extract")):
-        skip_or_fail("pgn-extract is not installed")
+    require("pgn-extract")
     (tmp_path / "games.pgn").write_text(GAMES)
     return "games.pgn"
 

@@ -1,61 +1,27 @@
 """`tarv learn` from outside: what learn files hold, damaged ones, merging, analysing."""
 
-import dataclasses
 import fcntl
 import json
-import os
+import pathlib
 import resource
 import signal
-import struct
 import subprocess
 import time
 
 import pytest
 from conftest import engine_environment
 from engine_folder import BOOK_INSTEAD
-from tarv_runs import START, complains, says, tarv  # noqa: F401  (fixtures)
+from learn_records import HEADER, Record, parse
+from positions import ILLEGAL, MATE_IN_ONE, NO_KINGS, START, START_TEXT, STALEMATE
+from terminal import Terminal
 
-HEADER = struct.Struct("<IIIihhbbBB")
-START_TEXT = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk"
-MATE_IN_ONE = "6k1/5ppp/8/8/8/8/8/R3K3 w Q -"
 EN_PASSANT = "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6"
 ITALIAN = "r1bqk1nr/pppp1ppp/2n5/2b1p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq -"
 POSITIONS = [START, MATE_IN_ONE, EN_PASSANT, ITALIAN]
 
 
-@dataclasses.dataclass
-class Record:
-    key_lo: int
-    key_hi: int
-    link: int
-    score: int
-    kind: int
-    length: int
-    side: int
-    depth: int
-    book: int
-    check: int
-    text: str
-
-    @staticmethod
-    def all_of(content: bytes) -> list["Record"]:
-        records = []
-        at = 0
-        while at < len(content):
-            fields = HEADER.unpack_from(content, at)
-            text = content[at + HEADER.size : at + fields[5]]
-            assert text.endswith(b"\0") and sum(text.split(b"\0")[0]) % 256 == fields[-1]
-            records.append(Record(*fields, text[:-1].decode()))
-            at += fields[5]
-        return records
-
-    def but(self, **changed) -> "Record":
-        return dataclasses.replace(self, **changed)
-
-    def bytes(self) -> bytes:
-        text = self.text.encode() + b"\0"
-        return HEADER.pack(self.key_lo, self.key_hi, 0, self.score, self.kind, HEADER.size + len(text), self.side,
-                           self.depth, self.book, sum(text.split(b"\0")[0]) % 256) + text
+def records_in(path: pathlib.Path) -> list[Record]:
+    return parse(path.read_bytes())
 
 
 @pytest.fixture
@@ -63,7 +29,7 @@ def learned(says, tmp_path):
     """The records of some positions, searched to depth 3."""
     (tmp_path / "four.epd").write_text("\n".join(POSITIONS) + "\n")
     says("learn", "analyse", "four.epd", "--depth", 3)
-    return Record.all_of((tmp_path / "four.lrn").read_bytes())
+    return records_in(tmp_path / "four.lrn")
 
 
 @pytest.fixture
@@ -73,10 +39,6 @@ def write(tmp_path):
         return name
 
     return write_records
-
-
-def records_in(path) -> list[Record]:
-    return Record.all_of(path.read_bytes())
 
 
 # --- stats, list, export ----------------------------------------------------------------------------------
@@ -153,7 +115,7 @@ DAMAGES = {
 
 
 def len_of_last(content: bytes) -> int:
-    return Record.all_of(content)[-1].length
+    return parse(content)[-1].length
 
 
 def start_of_last(content: bytes) -> int:
@@ -181,8 +143,9 @@ def test_damage_is_told_and_nothing_is_lost(complains, tarv, damaged, tmp_path):
     before = (tmp_path / "bad.lrn").read_bytes()
     good = (tmp_path / "four.lrn").read_bytes()
     (tmp_path / "new.bk").write_text("e2e4\n")
-    for arguments in (["stats", "bad.lrn"], ["list", "bad.lrn"], ["export", "bad.lrn"], ["export", "-o", "four.lrn", "bad.lrn"],
-                      ["merge", "bad.lrn", "four.lrn", "-o", "four.lrn"], ["merge", "four.lrn", "bad.lrn", "-o", "bad.lrn"],
+    for arguments in (["stats", "bad.lrn"], ["list", "bad.lrn"], ["export", "bad.lrn"],
+                      ["export", "-o", "four.lrn", "bad.lrn"], ["merge", "bad.lrn", "four.lrn", "-o", "four.lrn"],
+                      ["merge", "four.lrn", "bad.lrn", "-o", "bad.lrn"],
                       ["add-book", "new.bk", "bad.lrn"], ["analyse", "four.epd", "--depth", "2", "-o", "bad.lrn"]):
         complaint = complains("learn", *arguments)
         assert told in complaint and words in complaint
@@ -245,10 +208,9 @@ def test_verify_finds_a_position_twice(tarv, learned, write):
     assert done.returncode == 1
 
 
-def test_what_the_engine_writes_is_sound(says, folder, tmp_path):
-    folder.configure(learn_file_write="enable")
-    folder.run("st 1", "e2e4", "e7e6", "force", "new", "d2d4", "go", "quit")
-    path = folder.file("tarvyle.lrn")
+def test_what_the_engine_writes_is_sound(says, learning, tmp_path):
+    learning.run("st 1", "e2e4", "e7e6", "force", "new", "d2d4", "go", "quit")
+    path = learning.file("tarvyle.lrn")
     assert says("learn", "verify", path).endswith(" records, 0 problems\n")
     assert len(records_in(path)) > 5
 
@@ -306,7 +268,11 @@ def test_an_output_that_is_none_of_the_files(complains, says, learned, write, tm
 def test_a_full_disk_leaves_the_older_file(complains, learned, write, tmp_path):
     write("a.lrn", learned[0])
     before = (tmp_path / "a.lrn").read_bytes()
-    limit = lambda: (signal.signal(signal.SIGXFSZ, signal.SIG_IGN), resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100)))
+
+    def limit() -> None:
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
+
     complaint = complains("learn", "merge", "a.lrn", write("b.lrn", *learned[1:]), "-o", "a.lrn", preexec_fn=limit)
     assert complaint == "tarv: cannot write a.lrn: File too large\n".replace("a.lrn", str(tmp_path / "a.lrn"))
     assert (tmp_path / "a.lrn").read_bytes() == before
@@ -317,20 +283,20 @@ def test_no_folder_for_the_output(complains, learned):
     assert "none/out.lrn" in complains("learn", "merge", "four.lrn", "-o", "none/out.lrn")
 
 
-def test_the_engine_reads_what_was_merged(says, folder, tmp_path):
+def test_the_engine_reads_what_was_merged(says, learning, tmp_path):
     """Two runs in two folders come together, and the engine goes on with both."""
-    folder.configure(learn_file_write="enable")
-    folder.run("e2e4", "quit")
-    folder.file("tarvyle.lrn").rename(tmp_path / "first.lrn")
-    folder.run("d2d4", "quit")
-    folder.file("tarvyle.lrn").rename(tmp_path / "second.lrn")
-    says("learn", "merge", "first.lrn", "second.lrn", "-o", folder.file("tarvyle.lrn"))
-    merged = {record.text for record in records_in(folder.file("tarvyle.lrn"))}
-    first, second = ({record.text for record in records_in(tmp_path / name)} for name in ("first.lrn", "second.lrn"))
+    learning.run("e2e4", "quit")
+    learning.file("tarvyle.lrn").rename(tmp_path / "first.lrn")
+    learning.run("d2d4", "quit")
+    learning.file("tarvyle.lrn").rename(tmp_path / "second.lrn")
+    says("learn", "merge", "first.lrn", "second.lrn", "-o", learning.file("tarvyle.lrn"))
+    merged = {record.text for record in records_in(learning.file("tarvyle.lrn"))}
+    first, second = ({record.text for record in records_in(tmp_path / name)}
+                     for name in ("first.lrn", "second.lrn"))
     assert merged == first | second and len(first & second) < min(len(first), len(second)) + 1
-    run = folder.run("quit")
+    run = learning.run("quit")
     assert BOOK_INSTEAD not in run.stderr
-    assert {record.text for record in records_in(folder.file("tarvyle.lrn"))} == merged
+    assert {record.text for record in records_in(learning.file("tarvyle.lrn"))} == merged
 
 
 def test_many_records_are_fast(says, learned, tmp_path):
@@ -350,10 +316,9 @@ def test_many_records_are_fast(says, learned, tmp_path):
 # --- add-book ---------------------------------------------------------------------------------------------
 
 
-def test_add_book(says, folder, tmp_path):
-    folder.configure(learn_file_write="enable")
-    folder.run("e2e4", "quit")  # the engine answers: the position after e2e4 is learned, and of the book
-    path = folder.file("tarvyle.lrn")
+def test_add_book(says, learning, tmp_path):
+    learning.run("e2e4", "quit")  # the engine answers: the position after e2e4 is learned, and of the book
+    path = learning.file("tarvyle.lrn")
     before = {record.text: record for record in records_in(path)}
     (tmp_path / "new.bk").write_text("# new\ne2e4 c7c5\nd2d4 d7d5 c2c4\n")
     says("learn", "add-book", "new.bk", path)
@@ -362,7 +327,7 @@ def test_add_book(says, folder, tmp_path):
     for text, record in before.items():
         assert after[text] == record
     assert {record.book for text, record in after.items() if text not in before} == {1}
-    assert BOOK_INSTEAD not in folder.run("quit").stderr
+    assert BOOK_INSTEAD not in learning.run("quit").stderr
 
 
 def test_a_searched_position_becomes_a_book_position(says, learned, write, tmp_path):
@@ -409,11 +374,10 @@ def test_analyse_records_what_a_search_finds(says, learned, tmp_path):
     assert (record.kind, record.book, record.depth) == (0, 0, 3)
 
 
-def test_a_position_has_the_identity_that_it_has_in_a_game(says, folder, tmp_path):
+def test_a_position_has_the_identity_that_it_has_in_a_game(says, learning, tmp_path):
     """Also where en passant is possible: then the engine's own text names the square."""
-    folder.configure(learn_file_write="enable")
-    folder.run("force", "e2e4", "g8f6", "e4e5", "d7d5", "go", "quit")
-    game = {(record.text, record.key_lo, record.key_hi) for record in records_in(folder.file("tarvyle.lrn"))
+    learning.run("force", "e2e4", "g8f6", "e4e5", "d7d5", "go", "quit")
+    game = {(record.text, record.key_lo, record.key_hi) for record in records_in(learning.file("tarvyle.lrn"))
             if record.depth > 0}
     (tmp_path / "one.epd").write_text("rnbqkb1r/ppp1pppp/5n2/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6\n")
     says("learn", "analyse", "one.epd", "--depth", 2)
@@ -455,17 +419,16 @@ def test_analyse_with_a_clock(says, tmp_path):
 
 
 def test_positions_without_a_move(says):
-    text = "7k/5Q2/6K1/8/8/8/8/8 b - -\n"
     assert " 0 searched, 0 known before, 1 without a move; 0 records" in says(
-        "learn", "analyse", "-", "--depth", 4, "-o", "a.lrn", text=text)
+        "learn", "analyse", "-", "--depth", 4, "-o", "a.lrn", text=f"{STALEMATE}\n")
 
 
 @pytest.mark.parametrize("line, words", [
     ("nonsense", "no side to move"),
-    ("8/8/8/8/8/8/8/8 w - -", "no chess position"),
+    (NO_KINGS, "no chess position"),
     ("rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -", "no chess position"),
     ("rnbqkbnr/ppppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -", "no chess position"),
-    ("4k3/4R3/8/8/8/8/8/4K3 w - -", "the side not to move is in check"),
+    (ILLEGAL, "the side not to move is in check"),
     ("4k3/3p4/8/3pP3/8/8/8/4K3 w - d6", "no pawn can have passed over d6"),
 ])
 def test_a_refused_position_stops_before_any_search(complains, tmp_path, line, words):
@@ -522,10 +485,9 @@ def test_two_processes_and_a_merge_equal_one(says, workbench, tmp_path):
 
 
 def test_progress_is_shown_on_a_terminal_only(workbench, tmp_path):
-    terminal, inside = os.openpty()
-    subprocess.run([workbench, "learn", "analyse", "-", "--depth", "2", "-o", "a.lrn"], input=f"{START}\n{ITALIAN}\n",
-                   text=True, cwd=tmp_path, stdout=subprocess.PIPE, stderr=inside, env=engine_environment(), check=True)
-    os.close(inside)
-    shown = os.read(terminal, 1000).decode()
-    os.close(terminal)
+    with Terminal() as terminal:
+        subprocess.run([workbench, "learn", "analyse", "-", "--depth", "2", "-o", "a.lrn"], text=True,
+                       input=f"{START}\n{ITALIAN}\n", cwd=tmp_path, stdout=subprocess.PIPE, stderr=terminal.inside,
+                       env=engine_environment(), check=True)
+        shown = terminal.shown()
     assert "0/2" in shown and "1/2" in shown and shown.endswith("\r\x1b[K")

@@ -1,16 +1,12 @@
-"""`tarv suite` from outside: solved or not, the table, and lines that are refused; and the completion of the
-command line."""
+"""`tarv suite` from outside: solved or not, the table, and lines that are refused."""
 
 import re
-import subprocess
 
 import pytest
-from conftest import DATA, PROJECT, engine_environment
-from tarv_runs import START, complains, says, tarv  # noqa: F401  (fixtures)
+from conftest import DATA, PROJECT
+from positions import MATE_IN_ONE, NO_KINGS, START
 
 BRATKO_KOPEC = PROJECT / "data" / "bratko-kopec.epd"
-MATE_IN_ONE = "6k1/5ppp/8/8/8/8/8/R3K3 w Q -"
-COMPLETION = PROJECT / "packaging" / "completions" / "tarv"
 
 
 def solved(answer: str) -> list[str]:
@@ -47,8 +43,7 @@ def table_of(answer: str) -> list[list[str]]:
 def test_moves_in_algebraic_notation(says):
     """The move that a table tells is understood as the same move when a suite asks for it."""
     rows = [line.split("\t") for line in (DATA / "movelists.tsv").read_text().splitlines() if line[0] != "#"]
-    positions = [(row[0].rsplit(" ", 2)[0] if row[0].count(" ") > 3 else row[0], row[-1].split()) for row in rows if row[-1]]
-    some = [(fen, moves[0]) for fen, moves in positions if moves][:150]
+    some = [(" ".join(row[0].split()[:4]), row[-1].split()[0]) for row in rows if row[-1].strip()][:150]
     found = table_of(says("suite", "-", "--depth", 2, text="".join(f"{fen} am {move};\n" for fen, move in some)))
     assert len(found) == 150 and {ok for _, ok in found} == {"yes", "no"}
     for code, ok in (("bm", "yes"), ("am", "no")):
@@ -58,8 +53,8 @@ def test_moves_in_algebraic_notation(says):
 
 def test_the_same_table_every_time(says):
     first, second = (says("suite", BRATKO_KOPEC, "--depth", 4) for _ in range(2))
-    strip = lambda answer: re.sub(r"[\d.]+ s$", "", answer, flags=re.MULTILINE)
-    assert strip(first) == strip(second)
+    first_rows, second_rows = (re.sub(r"[\d.]+ s$", "", answer, flags=re.MULTILINE) for answer in (first, second))
+    assert first_rows == second_rows
     assert first.count(" bm ") == 24 and "BK.24" in first
     assert int(re.search(r"solved (\d+) of 24\n$", first)[1]) == solved(first).count("yes") >= 4
 
@@ -79,7 +74,7 @@ def test_too_few_solved(tarv):
     (START, "neither bm nor am"),
     (f"{START} bm;", "neither bm nor am"),
     ("nonsense bm e4;", "no side to move"),
-    ("8/8/8/8/8/8/8/8 w - - bm e4;", "no chess position"),
+    (f"{NO_KINGS} bm e4;", "no chess position"),
 ])
 def test_refused_lines(complains, line, words):
     complaint = complains("suite", "-", "--depth", 2, text=f"# first\n{line}\n")
@@ -92,60 +87,3 @@ def test_refused_lines(complains, line, words):
 ])
 def test_bad_arguments(complains, arguments, words):
     assert words in complains("suite", *arguments)
-
-
-# --- the command line -------------------------------------------------------------------------------------
-
-
-def complete(workbench, folder, *words: str) -> list[str]:
-    """What bash offers for the last of these words."""
-    script = f"""
-        source '{COMPLETION}'
-        COMP_WORDS=("$@")
-        COMP_CWORD=$(($# - 1))
-        _tarv
-        printf '%s\\n' "${{COMPREPLY[@]}}"
-    """
-    done = subprocess.run(["bash", "-c", script, "bash", str(workbench), *words], cwd=folder, text=True,
-                          capture_output=True, env=engine_environment(), check=True)
-    assert done.stderr == ""
-    return sorted(done.stdout.split())
-
-
-def commands_of(says, *words: str) -> list[str]:
-    """The subcommands that a help text lists."""
-    _, _, rows = says(*words, "--help").partition("\nSubcommands:\n")
-    return sorted(re.findall(r"^  (\S+)", rows.split("\n\n")[0], re.MULTILINE))
-
-
-def test_every_subcommand_has_help_with_an_example_and_is_completed(says, workbench, tmp_path):
-    groups = {"learn", "book", "game"}
-    assert complete(workbench, tmp_path, "") == commands_of(says)
-    for command in commands_of(says):
-        inner = commands_of(says, command)
-        assert bool(inner) == (command in groups)
-        if inner:
-            assert complete(workbench, tmp_path, command, "") == inner
-        for words in [[command, name] for name in inner] or [[command]]:
-            text = says(*words, "--help")
-            options = sorted(set(re.findall(r"(?<![\w-])--[a-z-]+", text.split("\nOptions:\n")[1].split("\n\n")[0])))
-            assert set(complete(workbench, tmp_path, *words, "--")) <= set(options)
-            assert "--help" in complete(workbench, tmp_path, *words, "--")
-            if command in groups or command == "suite":
-                assert f"Example:\n  tarv {' '.join(words)} " in text
-
-
-def test_completion_of_values_and_files(workbench, tmp_path):
-    for name in ("a.lrn", "b.epd", "c.dat", "d.bk", "e.pgn", "f.txt"):
-        (tmp_path / name).touch()
-    (tmp_path / "folder").mkdir()
-    assert complete(workbench, tmp_path, "learn", "st") == ["stats"]
-    assert complete(workbench, tmp_path, "learn", "stats", "") == ["a.lrn", "folder"]
-    assert complete(workbench, tmp_path, "learn", "analyse", "") == ["b.epd", "folder"]
-    assert complete(workbench, tmp_path, "learn", "add-book", "") == ["a.lrn", "d.bk", "folder"]
-    assert complete(workbench, tmp_path, "book", "from-pgn", "") == ["e.pgn", "folder"]
-    assert complete(workbench, tmp_path, "game", "show", "") == ["c.dat", "folder"]
-    assert complete(workbench, tmp_path, "suite", "b") == ["b.epd"]
-    assert complete(workbench, tmp_path, "learn", "export", "--format", "") == ["csv", "epd", "json"]
-    assert complete(workbench, tmp_path, "bench", "--style", "knowledge") == ["knowledge1", "knowledge2", "knowledge3"]
-    assert complete(workbench, tmp_path, "learn", "merge", "a.lrn", "--o") == ["--output"]

@@ -1,4 +1,4 @@
-"""Random lines of the protocol, right and wrong, in any order: the engine of `tarv uci` lives, answers, and ends well."""
+"""Random lines of the protocol, right and wrong, in any order: `tarv uci` lives, answers, and ends well."""
 
 import pathlib
 import random
@@ -13,9 +13,9 @@ LINES = 60
 FENS = [row.split("\t")[0] for row in (DATA / "positions.tsv").read_text().splitlines() if row[0] != "#"]
 GAMES = [row.split("\t")[0].split(" moves ")[1].split()
          for row in (DATA / "histories.tsv").read_text().splitlines() if row[0] != "#" and " moves " in row]
-WORDS = ("uci isready ucinewgame setoption position go stop quit ponderhit bench perft eval d name value startpos fen moves "
-         "wtime btime winc binc movestogo movetime depth nodes mate infinite ponder searchmoves e2e4 a7a8q 0000 Hash "
-         "Style -1 0 1 7 99999999999999999999 x true false <empty> \x00 \xff \t").split(" ")
+WORDS = ("uci isready ucinewgame setoption position go stop quit ponderhit bench perft eval d name value startpos fen "
+         "moves wtime btime winc binc movestogo movetime depth nodes mate infinite ponder searchmoves e2e4 a7a8q 0000 "
+         "Hash Style -1 0 1 7 99999999999999999999 x true false <empty> \x00 \xff \t").split(" ")
 
 
 def number(dice: random.Random) -> str:
@@ -61,9 +61,9 @@ def limits(dice: random.Random) -> str:
 
 def soup(dice: random.Random, folder: pathlib.Path) -> list[str]:
     """Lines in any order; every search is stopped sooner or later."""
-    ladle = [position, position, position, limits, limits, limits, lambda d: option(d, folder), lambda d: option(d, folder),
-             lambda _: "stop", lambda _: "isready", lambda _: "ucinewgame", lambda _: "uci", lambda _: "d",
-             lambda _: "eval", lambda d: f"perft {d.randint(-1, 3)}",
+    ladle = [position, position, position, limits, limits, limits, lambda d: option(d, folder),
+             lambda d: option(d, folder), lambda _: "stop", lambda _: "isready", lambda _: "ucinewgame",
+             lambda _: "uci", lambda _: "d", lambda _: "eval", lambda d: f"perft {d.randint(-1, 3)}",
              lambda d: " ".join(d.choice(WORDS) for _ in range(d.randint(0, 8))),
              lambda d: "".join(chr(d.randint(0, 255)) for _ in range(d.randint(0, 40)))]
     lines = [dice.choice(ladle)(dice).replace("\n", " ") for _ in range(LINES)]

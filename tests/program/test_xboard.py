@@ -1,7 +1,7 @@
 """Games in a real GUI: xboard on a virtual display, from a few moves before mate to the end.
 
-By the clock command the engine takes at least 7 seconds a move when it does not see a mate, so the
-games are short and their clocks long.
+By the clock command the engine takes at least 7 seconds a move when it does not see a mate, so the games are short
+and their clocks long.
 """
 
 import os
@@ -11,14 +11,13 @@ import shutil
 import signal
 import subprocess
 
-from conftest import PROJECT, engine_environment, skip_or_fail
+from conftest import PROJECT, SEARCH_PATH, engine_environment, require
 
-GAMES = "/usr/games"  # where Debian puts them; not on every search path
 TIMEOUT_SECONDS = 120
 
-# No dialog may wait for a click; the engines get time to write their files at the end. xboard goes
-# on when the first engine has told its features for the second time, whether the second engine has
-# told its own or not, so what it has to know before that is told here.
+# No dialog may wait for a click; the engines get time to write their files at the end. xboard goes on when the first
+# engine has told its features for the second time, whether the second engine has told its own or not, so what it has
+# to know before that is told here.
 XBOARD = ["xvfb-run", "-a", "xboard", "-noGUI", "-xexit", "-xpopup", "-matchGames", "1"]
 XBOARD += ["-saveSettingsOnExit", "false"]
 XBOARD += ["-delayAfterQuit", "32", "-featureDefaults", "setboard=1 sigint=0 sigterm=0"]
@@ -33,16 +32,7 @@ BY_CLOCK = ["-tc", "5", "-mps", "40"]
 ROOKS_FOR_WHITE = "8/8/8/8/8/5k2/R7/1R4K1 w - - 0 1"
 ROOKS_FOR_BLACK = "1r4k1/r7/5K2/8/8/8/8/8 b - - 0 1"
 
-COMPLAINT = re.compile(
-    r".*(?:illegal move|invalid move|forfeit|exited unexpectedly|on time|resigns).*",
-    re.IGNORECASE,
-)
-
-
-def require(*programs: str) -> None:
-    for program in programs:
-        if shutil.which(program, path=os.environ["PATH"] + os.pathsep + GAMES) is None:
-            skip_or_fail(f"{program} is not installed")
+COMPLAINT = re.compile(r".*(?:illegal move|invalid move|forfeit|exited unexpectedly|on time|resigns).*", re.IGNORECASE)
 
 
 def install_engine(engine: pathlib.Path, folder: pathlib.Path) -> str:
@@ -54,9 +44,7 @@ def install_engine(engine: pathlib.Path, folder: pathlib.Path) -> str:
     return str(folder / engine.name)
 
 
-def play(
-    white: str, black: str, fen: str, clock: list[str], folder: pathlib.Path
-) -> tuple[str, str]:
+def play(white: str, black: str, fen: str, clock: list[str], folder: pathlib.Path) -> tuple[str, str]:
     """Plays one game; the saved game, and all that xboard heard and said."""
     (folder / "position.fen").write_text(fen + "\n")
     command = [*XBOARD, *clock, "-fcp", white, "-scp", black]
@@ -64,19 +52,11 @@ def play(
     command += ["-saveGameFile", "game.pgn", "-debug", "-nameOfDebugFile", "debug.log"]
     # A home of its own for the engines. xboard takes its own settings from that of the user's account all
     # the same; it must not leave any there.
-    environment = engine_environment() | {"HOME": str(folder)}
-    environment["PATH"] += os.pathsep + GAMES
+    environment = engine_environment() | {"HOME": str(folder), "PATH": SEARCH_PATH}
 
     with (folder / "xboard.out").open("wb") as output:
-        run = subprocess.Popen(
-            command,
-            cwd=folder,
-            env=environment,
-            stdin=subprocess.DEVNULL,
-            stdout=output,
-            stderr=subprocess.STDOUT,
-            start_new_session=True,
-        )
+        run = subprocess.Popen(command, cwd=folder, env=environment, stdin=subprocess.DEVNULL, stdout=output,
+                               stderr=subprocess.STDOUT, start_new_session=True)
         try:
             run.wait(TIMEOUT_SECONDS)
         except subprocess.TimeoutExpired:
@@ -105,13 +85,8 @@ def assert_mate(game: str, said: str, result: str) -> None:
 
 def test_white_mates_fairymax(engine, tmp_path):
     require("xvfb-run", "xboard", "fairymax", "setarch")
-    game, said = play(
-        install_engine(engine, tmp_path / "engine"),
-        FAIRYMAX,
-        ROOKS_FOR_WHITE,
-        BY_MOVE_TIME,
-        tmp_path,
-    )
+    white = install_engine(engine, tmp_path / "engine")
+    game, said = play(white, FAIRYMAX, ROOKS_FOR_WHITE, BY_MOVE_TIME, tmp_path)
     assert_mate(game, said, "1-0")
 
 

@@ -36,6 +36,15 @@ class Thought:
     strings: list[str]  # of "info string"
     seconds: float
 
+    def signature(self) -> list[tuple]:
+        """What a search that is repeated gives again."""
+        return [(line.depth, line.score, line.nodes, line.pv) for line in self.lines]
+
+
+def centipawns(score: int) -> str:
+    """A score of the engine (1/1000 pawn, no mate) in the protocol's words."""
+    return f"cp {abs(score) // 10 * (1 if score > 0 else -1)}"
+
 
 class UciEngine:
     def __init__(self, command, **options):
@@ -101,6 +110,10 @@ class UciEngine:
         """What is answered to these lines before the answer to "isready"."""
         self.send(*lines, "isready")
         return self.until("readyok")[0][:-1]
+
+    def position(self) -> str:
+        """The engine's text of the position on its board."""
+        return self.ask("d")[-1].removeprefix("text:  ")
 
     def thought(self, began: float) -> Thought:
         """Waits for the best move."""

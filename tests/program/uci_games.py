@@ -3,7 +3,7 @@
 import dataclasses
 import random
 
-from long_soak import Referee
+from referee import Referee
 from uci_engine import Thought, UciEngine
 
 LONGEST = 400  # half-moves; then it is called a draw
