@@ -2,11 +2,12 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <vector>
 
-#include "book/epd.h"
+#include "bench/started.h"
 #include "book/learn.h"
 #include "eval/attackmap.h"
 #include "eval/attacksets.h"
@@ -20,6 +21,7 @@
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "position/types.h"
 #include "search/hash.h"
 #include "search/root.h"
 #include "search/state.h"
@@ -35,16 +37,6 @@ constexpr const char* kPositions[] = {
     "r3r1k1/ppqb1ppp/8/4p1NQ/8/2P5/PP3PPP/R3R1K1 b - -",
     "8/5p2/3k2p1/1pp4p/p3PP1P/P1KP2P1/1P6/8 w - -",
 };
-
-void StartOnce() {
-  static const bool started = [] {
-    InitAtk();
-    if (!HashAllocate(0x80000)) std::abort();
-    InitEvaluate();
-    return true;
-  }();
-  benchmark::DoNotOptimize(started);
-}
 
 // Sets up the position that the benchmark's argument names.
 void SetUp(const benchmark::State& state) {

@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -10,11 +11,10 @@
 #include <random>
 #include <string>
 
+#include "bench/started.h"
 #include "book/book.h"
 #include "book/learn.h"
 #include "book/learnfile.h"
-#include "eval/scoretable.h"
-#include "position/attack.h"
 #include "position/legal.h"
 #include "position/makemove.h"
 #include "position/movegen.h"
@@ -22,6 +22,7 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
+#include "position/types.h"
 #include "search/clock.h"
 #include "search/hash.h"
 #include "search/reset.h"
@@ -40,16 +41,6 @@ constexpr int kGameLength = 60;  // half-moves of a random game
 constexpr int kLineLength = 20;  // of a book line
 
 constexpr const char* kMiddleGame = "r2q1rk1/4bppp/p2p4/2pP4/3pP3/3Q4/PP1B1PPP/R3R1K1 w - -";
-
-void StartOnce() {
-  static const bool started = [] {
-    InitAtk();
-    if (!HashAllocate(0x80000)) std::abort();
-    InitEvaluate();
-    return true;
-  }();
-  benchmark::DoNotOptimize(started);
-}
 
 // Plays a random game of at most `length` half-moves from the start position and calls `after` with
 // each move made. The board is as before afterwards.

@@ -11,6 +11,7 @@ for each move made, some for each position entered.
 
 import argparse
 import os
+import pathlib
 import re
 import shutil
 import statistics
@@ -19,7 +20,7 @@ import sys
 import threading
 import time
 
-ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+ROOT = pathlib.Path(__file__).resolve().parents[1]
 ENGINES = {
     "tarv": (["tarv", "uci"], "uci"),
     "tarv-pgo": (["tarv-pgo", "uci"], "uci"),
@@ -29,39 +30,40 @@ ENGINES = {
     "gnuchess": (["gnuchess", "--uci"], "uci"),
     "stockfish": (["stockfish"], "uci"),
 }
-BUILDS = {"tarv": "build/release/bin/tarv", "tarv-pgo": "build/pgo/bin/tarv"}
+BUILDS = {"tarv": ROOT / "build/release/bin/tarv", "tarv-pgo": ROOT / "build/pgo/bin/tarv"}
 
 
-def program(name):
+def program(name: str) -> str | None:
+    """Where it is, if it is there."""
     if name in BUILDS:
-        path = os.path.join(ROOT, BUILDS[name])
-        return path if os.path.exists(path) else None
+        return str(BUILDS[name]) if BUILDS[name].is_file() else None
     return shutil.which(name, path=os.environ["PATH"] + ":/usr/games")
 
 
-def command(name):
+def command(name: str) -> list[str] | None:
     words = list(ENGINES[name][0])
     at = words.index(name) if name in words else 0
     words[at] = program(name) or ""
     return words if words[at] else None
 
 
-def uci_lines(fen, seconds):
+def uci_lines(fen: str, seconds: float) -> list[str]:
     return ["uci", "setoption name Hash value 64", "ucinewgame", "isready",
             f"position fen {full_fen(fen)}", f"go movetime {int(seconds * 1000)}"]
 
 
-def xboard_lines(fen, seconds):
+def xboard_lines(fen: str, seconds: float) -> list[str]:
     return ["xboard", "protover 2", "new", "post", "easy", "force",
             f"setboard {full_fen(fen)}", f"st {int(seconds)}", "go"]
 
 
-def full_fen(fen):
+def full_fen(fen: str) -> str:
     words = fen.split()
     return " ".join(words[:4] + ["-"] * (4 - len(words[:4])) + ["0", "1"])
 
 
-def uci_rate(line):
+def uci_rate(line: str) -> tuple[int, float] | None:
+    """Nodes and seconds that a line tells, in either order."""
     found = re.search(r"^info .*\bnodes (\d+) .*\btime (\d+)|^info .*\btime (\d+).*\bnodes (\d+)", line)
     if not found:
         return None
@@ -69,12 +71,12 @@ def uci_rate(line):
     return nodes, int(found[2] or found[3]) / 1000
 
 
-def xboard_rate(line):
+def xboard_rate(line: str) -> tuple[int, float] | None:
     found = re.match(r"\s*\d+[.+&]?\s+-?\d+\s+(\d+)\s+(\d+)(\s|$)", line)
     return (int(found[2]), int(found[1]) / 100) if found else None
 
 
-def measure(name, fen, seconds):
+def measure(name: str, fen: str, seconds: float) -> tuple[int, float] | None:
     """Nodes and seconds of the last thinking line, or None."""
     protocol = ENGINES[name][1]
     lines = (uci_lines if protocol == "uci" else xboard_lines)(fen, seconds)
@@ -103,15 +105,14 @@ def measure(name, fen, seconds):
     return best if best and best[1] > 0 else None
 
 
-def main():
+def main() -> None:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     parser.add_argument("--seconds", type=float, default=3)
-    parser.add_argument("--positions", default=os.path.join(ROOT, "bench", "middlegames.tsv"))
-    parser.add_argument("--tsv", help="writes nodes per second by engine and position here")
+    parser.add_argument("--positions", type=pathlib.Path, default=ROOT / "bench" / "middlegames.tsv")
+    parser.add_argument("--tsv", type=pathlib.Path, help="writes nodes per second by engine and position here")
     parser.add_argument("engines", nargs="*", metavar="ENGINE", default=list(ENGINES))
     options = parser.parse_args()
-    with open(options.positions) as file:
-        fens = [line.split("\t")[0].strip() for line in file if line.strip()]
+    fens = [line.split("\t")[0].strip() for line in options.positions.read_text().splitlines() if line.strip()]
     rows = []
     print(f"{'engine':12} {'median':>12} {'least':>12} {'most':>12}  nodes per second")
     for name in options.engines:
@@ -130,8 +131,7 @@ def main():
         else:
             print(f"{name:12} gave no thinking lines", flush=True)
     if options.tsv:
-        with open(options.tsv, "w") as file:
-            file.writelines(f"{name}\t{number}\t{rate:.0f}\n" for name, number, rate in rows)
+        options.tsv.write_text("".join(f"{name}\t{number}\t{rate:.0f}\n" for name, number, rate in rows))
 
 
 if __name__ == "__main__":

@@ -1,0 +1,21 @@
+#include "bench/started.h"
+
+#include <cstdlib>
+
+#include "eval/scoretable.h"
+#include "position/attack.h"
+#include "search/hash.h"
+
+namespace tarvyle {
+
+void StartOnce() {
+  static const bool started = [] {
+    InitAtk();
+    if (!HashAllocate(0x80000)) std::abort();
+    InitEvaluate();
+    return true;
+  }();
+  static_cast<void>(started);
+}
+
+}  // namespace tarvyle
