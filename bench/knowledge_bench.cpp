@@ -24,7 +24,6 @@
 #include "position/text.h"
 #include "position/types.h"
 #include "search/clock.h"
-#include "search/hash.h"
 #include "search/reset.h"
 #include "search/root.h"
 #include "search/state.h"

@@ -13,8 +13,11 @@
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "position/types.h"
 #include "search/clock.h"
 #include "search/hash.h"
+#include "search/state.h"
+#include "search/status.h"
 
 namespace tarvyle::fuzz {
 

@@ -4,15 +4,20 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <system_error>
 
 #include "frontend/commands.h"
 #include "frontend/loop.h"
 #include "fuzz/engine.h"
 #include "position/legal.h"
 #include "position/record.h"
+#include "position/types.h"
 #include "search/root.h"
 
 namespace tarvyle::fuzz {

@@ -1,6 +1,8 @@
 #include "tools/bench.h"
 
+#include <array>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <stdexcept>
 

@@ -4,7 +4,10 @@
 #include <chrono>
 #include <stdexcept>
 
+#include "search/clock.h"
+#include "search/root.h"
 #include "search/state.h"
+#include "search/status.h"
 #include "tools/engine.h"
 #include "tools/positiontext.h"
 

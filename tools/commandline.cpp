@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <stdexcept>
 #include <utility>
 
 #include "search/root.h"

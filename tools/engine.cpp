@@ -1,5 +1,7 @@
 #include "tools/engine.h"
 
+#include <cstddef>
+
 #include "base/token.h"
 #include "book/book.h"
 #include "eval/evaluate.h"

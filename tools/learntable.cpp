@@ -1,5 +1,8 @@
 #include "tools/learntable.h"
 
+#include <cstddef>
+#include <cstdint>
+
 namespace tarvyle::tools {
 
 void VisitLearnTable(const std::function<bool(const LearnNode&)>& visit) {

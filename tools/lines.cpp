@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>

@@ -1,8 +1,10 @@
 #include "tools/listings.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <iostream>
 #include <stdexcept>
+#include <vector>
 
 #include "book/epd.h"
 #include "position/legal.h"
@@ -11,6 +13,7 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
+#include "position/types.h"
 #include "search/hash.h"
 #include "tools/engine.h"
 #include "tools/lines.h"

@@ -1,16 +1,17 @@
 #include "tools/positiontext.h"
 
 #include <cctype>
-#include <vector>
+#include <cstddef>
+#include <utility>
 
 #include "base/token.h"
 #include "book/epd.h"
 #include "position/game.h"
 #include "position/legal.h"
-#include "position/makemove.h"
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
+#include "position/types.h"
 
 namespace tarvyle::tools {
 

@@ -1,11 +1,12 @@
 #include "tools/san.h"
 
+#include <cstddef>
+
 #include "position/attack.h"
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/makemove.h"
 #include "position/movestack.h"
-#include "position/record.h"
 #include "position/text.h"
 
 namespace tarvyle::tools {

@@ -1,9 +1,13 @@
 #include "tools/searches.h"
 
+#include <cstdio>
 #include <iostream>
 #include <stdexcept>
+#include <string_view>
+#include <vector>
 
 #include "pv/print.h"
+#include "pv/tree.h"
 #include "search/style.h"
 #include "tools/engine.h"
 #include "tools/lines.h"

@@ -1,5 +1,6 @@
 // The opening book: any bytes, and a move from what was read.
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
 
@@ -9,6 +10,7 @@
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/types.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tarvyle;

@@ -1,5 +1,8 @@
 // The command loop: any bytes as lines of input.
 
+#include <cstddef>
+#include <cstdint>
+
 #include "fuzz/engine.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

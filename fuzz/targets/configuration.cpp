@@ -1,6 +1,8 @@
 // The configuration file: any bytes, and what the engine asks of it afterwards.
 
+#include <cstdint>
 #include <cstring>
+#include <string>
 
 #include "base/property.h"
 #include "frontend/startup.h"

@@ -1,8 +1,10 @@
 // The learn file: any bytes, or records whose lengths and check bytes were put right first; then a
 // look into what was read, a choice of a book move, and a copy that must be read again.
 
+#include <cstdint>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "book/book.h"
 #include "book/learn.h"
@@ -10,7 +12,7 @@
 #include "fuzz/engine.h"
 #include "position/legal.h"
 #include "position/movestack.h"
-#include "position/record.h"
+#include "position/types.h"
 
 namespace {
 

@@ -2,9 +2,11 @@
 // played, and in the end everything is taken back.
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <string_view>
 
 #include "base/token.h"
 #include "fuzz/engine.h"
@@ -12,6 +14,7 @@
 #include "position/legal.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "position/types.h"
 
 namespace {
 

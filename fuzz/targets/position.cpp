@@ -2,10 +2,12 @@
 // all of them made and taken back, the evaluation, and its own text.
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "book/epd.h"
 #include "eval/attackmap.h"
@@ -18,7 +20,7 @@
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"
-#include "position/text.h"
+#include "position/types.h"
 
 namespace {
 

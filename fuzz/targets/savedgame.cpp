@@ -6,9 +6,11 @@
 // byte); if the first byte has its highest bit, the length of the file (two bytes); the rest are
 // lines.
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/token.h"
@@ -19,6 +21,7 @@
 #include "position/legal.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "position/types.h"
 
 namespace {
 

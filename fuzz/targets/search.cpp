@@ -1,7 +1,10 @@
 // Searches of any position: the first byte chooses the play style or the randomised search, the
 // rest is a position text and, behind a newline, moves played before.
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "base/token.h"
 #include "fuzz/engine.h"
@@ -9,6 +12,7 @@
 #include "position/legal.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "position/types.h"
 #include "search/root.h"
 #include "search/state.h"
 #include "search/style.h"

@@ -6,6 +6,10 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "fuzz/engine.h"
 #include "search/clock.h"

@@ -3,12 +3,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include "position/record.h"
+#include "position/types.h"
 #include "tools/book/bookfile.h"
 #include "tools/boundedsearch.h"
 #include "tools/failure.h"
-#include "tools/positiontext.h"
 #include "tools/progress.h"
 
 namespace tarvyle::tools {

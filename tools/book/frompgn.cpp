@@ -1,9 +1,10 @@
 #include "tools/book/frompgn.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <map>
 #include <stdexcept>
-#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/setup.h"
+#include "position/types.h"
 #include "tools/book/pgnextract.h"
 #include "tools/files.h"
 #include "tools/positiontext.h"

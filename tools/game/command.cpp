@@ -1,9 +1,12 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "frontend/display.h"
+#include "position/types.h"
 #include "tools/commandline.h"
 #include "tools/commands.h"
 #include "tools/files.h"

@@ -1,7 +1,10 @@
 #include "tools/game/pgn.h"
 
+#include <cstddef>
+#include <optional>
 #include <vector>
 
+#include "position/types.h"
 #include "tools/scoretext.h"
 
 namespace tarvyle::tools {

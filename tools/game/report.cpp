@@ -1,7 +1,11 @@
 #include "tools/game/report.h"
 
+#include <cstddef>
+#include <optional>
 #include <string_view>
+#include <vector>
 
+#include "position/types.h"
 #include "tools/game/pgn.h"
 #include "tools/game/reportpage.h"
 #include "tools/json.h"

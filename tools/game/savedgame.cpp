@@ -2,17 +2,17 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <ctime>
 #include <map>
 #include <stdexcept>
+#include <string_view>
 
 #include "frontend/savedgame.h"
 #include "position/attack.h"
 #include "position/game.h"
 #include "position/legal.h"
-#include "position/movegen.h"
 #include "position/record.h"
 #include "position/text.h"
 #include "search/state.h"

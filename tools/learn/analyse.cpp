@@ -1,13 +1,16 @@
 #include "tools/learn/analyse.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
 #include <vector>
 
-#include "book/learn.h"
 #include "position/record.h"
 #include "tools/epdfile.h"
+#include "tools/learn/record.h"
 #include "tools/learn/recordlog.h"
 #include "tools/learn/recordset.h"
 #include "tools/positiontext.h"

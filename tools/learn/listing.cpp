@@ -5,6 +5,7 @@
 #include <functional>
 #include <iostream>
 #include <stdexcept>
+#include <string_view>
 
 #include "position/types.h"
 #include "tools/files.h"

@@ -1,6 +1,7 @@
 #include "tools/learn/record.h"
 
 #include <cstring>
+#include <utility>
 
 #include "book/learn.h"
 

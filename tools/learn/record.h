@@ -5,7 +5,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 // Learn files as a sequence of records, without the engine's table: any number of files at once,
 // each record where it stands.

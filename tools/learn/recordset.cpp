@@ -7,6 +7,7 @@
 #include <tuple>
 #include <utility>
 
+#include "book/learn.h"
 #include "tools/files.h"
 #include "tools/learntable.h"
 

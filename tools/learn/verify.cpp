@@ -2,9 +2,11 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <string_view>
 
 #include "book/learn.h"
 #include "position/record.h"
+#include "position/types.h"
 #include "search/root.h"
 #include "search/state.h"
 #include "tools/failure.h"

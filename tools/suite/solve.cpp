@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <stdexcept>
+#include <string_view>
 #include <vector>
 
 #include "base/token.h"
+#include "position/types.h"
 #include "tools/epdfile.h"
 #include "tools/failure.h"
 #include "tools/positiontext.h"

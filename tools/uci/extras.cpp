@@ -8,6 +8,7 @@
 #include "frontend/display.h"
 #include "position/record.h"
 #include "position/text.h"
+#include "position/types.h"
 #include "search/clock.h"
 #include "search/style.h"
 #include "tools/bench.h"

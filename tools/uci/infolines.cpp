@@ -4,6 +4,7 @@
 #include <string>
 
 #include "position/text.h"
+#include "position/types.h"
 #include "pv/line.h"
 #include "search/hash.h"
 #include "tools/uci/output.h"

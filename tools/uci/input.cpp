@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <deque>
 #include <string_view>
 #include <utility>
