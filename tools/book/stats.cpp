@@ -1,6 +1,7 @@
 #include "tools/book/stats.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

@@ -1,9 +1,8 @@
 #include "tools/uci/options.h"
 
-#include <algorithm>
 #include <array>
 #include <cctype>
-#include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 

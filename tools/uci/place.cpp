@@ -3,15 +3,16 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "book/epd.h"
 #include "position/game.h"
 #include "position/legal.h"
-#include "position/movegen.h"
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
+#include "position/types.h"
 #include "tools/engine.h"
 #include "tools/uci/output.h"
 #include "tools/uci/words.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,12 @@
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/text.h"
+#include "position/types.h"
+#include "pv/line.h"
+#include "search/clock.h"
+#include "search/root.h"
 #include "search/state.h"
+#include "search/status.h"
 #include "tools/engine.h"
 #include "tools/uci/infolines.h"
 #include "tools/uci/input.h"
