@@ -8,6 +8,7 @@
 
 #include "eval/dump.h"
 #include "eval/scoretable.h"
+#include "position/perft.h"
 #include "position/setup.h"
 #include "search/root.h"
 #include "tools/bench.h"
@@ -15,7 +16,6 @@
 #include "tools/commands.h"
 #include "tools/lines.h"
 #include "tools/listings.h"
-#include "tools/perft.h"
 #include "tools/searches.h"
 
 namespace tarvyle::tools {

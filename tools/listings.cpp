@@ -10,6 +10,7 @@
 #include "position/legal.h"
 #include "position/movegen.h"
 #include "position/movestack.h"
+#include "position/perft.h"
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
@@ -17,7 +18,6 @@
 #include "search/hash.h"
 #include "tools/engine.h"
 #include "tools/lines.h"
-#include "tools/perft.h"
 
 namespace tarvyle::tools {
 

@@ -1,6 +1,7 @@
 // What tells positions with the same pieces apart in the transposition table.
 
 #include "search/hash.h"
+#include "tests/support/data_rows.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 

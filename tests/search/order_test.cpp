@@ -9,6 +9,7 @@
 
 #include "position/movegen.h"
 #include "search/history.h"
+#include "tests/support/data_rows.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 

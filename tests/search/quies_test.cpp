@@ -7,6 +7,7 @@
 #include "eval/evaluate.h"
 #include "position/movegen.h"
 #include "search/order.h"
+#include "tests/support/data_rows.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 

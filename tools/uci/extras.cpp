@@ -6,6 +6,7 @@
 
 #include "book/epd.h"
 #include "frontend/display.h"
+#include "position/perft.h"
 #include "position/record.h"
 #include "position/text.h"
 #include "position/types.h"
@@ -14,7 +15,6 @@
 #include "tools/bench.h"
 #include "tools/engine.h"
 #include "tools/numbers.h"
-#include "tools/perft.h"
 #include "tools/uci/input.h"
 #include "tools/uci/knowledge.h"
 #include "tools/uci/output.h"
