@@ -1,7 +1,5 @@
 #include "book/epd.h"
 
-#include <cstdint>
-
 #include "position/castling.h"
 #include "position/movegen.h"
 #include "position/record.h"

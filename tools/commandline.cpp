@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <stdexcept>
+#include <type_traits>
 #include <utility>
 
 #include "search/root.h"

@@ -2,7 +2,7 @@
 
 #include <iostream>
 #include <iterator>
-#include <sstream>
+#include <sstream>  // IWYU pragma: keep
 #include <stdexcept>
 
 #include "tools/files.h"

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 #include <exception>
-#include <fstream>
+#include <fstream>  // IWYU pragma: keep
 #include <iostream>
 #include <stdexcept>
 

@@ -9,9 +9,9 @@
 #include "tools/engine.h"
 #include "tools/failure.h"
 
-namespace {
+namespace tarvyle::tools {
 
-using namespace tarvyle::tools;
+namespace {
 
 constexpr int kCheckFailed = 1;
 constexpr int kUsageError = 2;
@@ -25,9 +25,7 @@ void AddCommands(const Command& program) {
   AddUci(program);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int Obey(int argc, char** argv) {
   try {
     if (!StartEngine()) throw std::runtime_error("out of memory");
     return ObeyCommandLine(argc, argv, AddCommands, kUsageError);
@@ -39,3 +37,9 @@ int main(int argc, char** argv) {
     return kUsageError;
   }
 }
+
+}  // namespace
+
+}  // namespace tarvyle::tools
+
+int main(int argc, char** argv) { return tarvyle::tools::Obey(argc, argv); }

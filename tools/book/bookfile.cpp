@@ -1,6 +1,7 @@
 #include "tools/book/bookfile.h"
 
 #include <sys/stat.h>
+#include <initializer_list>
 
 #include <cstdio>
 #include <cstring>

@@ -1,6 +1,7 @@
 #include "tools/learn/recordset.h"
 
 #include <algorithm>
+#include <compare>
 #include <cstddef>
 #include <cstdio>
 #include <stdexcept>

@@ -1,6 +1,7 @@
 #include "tools/uci/infolines.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <string>
 
 #include "position/text.h"

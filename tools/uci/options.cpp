@@ -10,7 +10,6 @@
 #include "search/hash.h"
 #include "search/reset.h"
 #include "search/state.h"
-#include "search/status.h"
 #include "search/style.h"
 #include "tools/engine.h"
 #include "tools/numbers.h"
