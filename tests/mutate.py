@@ -11,13 +11,15 @@ tests/mutants_explained.tsv gives a reason for left out.
 
 All of it happens in a copy of the sources in build/mutation/. A change counts as caught when `tarv
 bench --depth 4` prints something else, or when a unit test fails, crashes or takes ten times as long:
-those of the changed folder and of the folders of the search above it. A change that does not compile
-is passed over.
+those of the changed folder and of the folders of the search above it. What goes unnoticed is tried
+once more with sanitizers and the record checker. A change that does not compile is passed over.
 """
 
 import argparse
+import collections
 import dataclasses
 import hashlib
+import os
 import pathlib
 import re
 import resource
@@ -29,14 +31,13 @@ import time
 PROJECT = pathlib.Path(__file__).resolve().parents[1]
 WORK = PROJECT / "build" / "mutation"
 SOURCE = WORK / "source"
-BUILD = WORK / "build"
 RESULTS = WORK / "results.tsv"
 EXPLAINED = PROJECT / "tests" / "mutants_explained.tsv"
 
 WANTED = 0.95
 MOST_MEMORY = 4 << 30
-BENCH = ["bin/tarv", "bench", "--depth", "4"]
-SPEEDS = re.compile(rb"^(seconds|nodes/second) .*$", re.MULTILINE)
+BENCH = ["bin/bench_only"]
+SPEEDS = re.compile(rb"^(seconds|nodes/second) .*$| \d+ nps$", re.MULTILINE)
 TESTS = {
     "eval": ["test_eval", "test_search"],
     "position": ["test_position", "test_eval", "test_search"],
@@ -57,13 +58,14 @@ class Change:
     column: int
     old: str
     new: str
+    copies: int  # of the line that stand before it in the file
 
     def key(self) -> str:
         """The same as long as the line is: what results are kept by."""
         return "\t".join((self.path, self.line.strip(), str(self.nth()), self.old.strip(), self.new.strip()))
 
     def nth(self) -> int:
-        return self.line.count(self.old, 0, self.column)
+        return self.copies * self.line.count(self.old) + self.line.count(self.old, 0, self.column)
 
     def changed(self) -> str:
         return self.line[: self.column] + self.new + self.line[self.column + len(self.old) :]
@@ -90,10 +92,13 @@ def possible_changes() -> list[Change]:
     for folder in TESTS:
         for path in sorted((PROJECT / folder).glob("*.[ch]*")):
             name = str(path.relative_to(PROJECT))
+            seen = collections.Counter()
             for number, line in enumerate(path.read_text().splitlines(), 1):
                 code = NO_CODE.sub(lambda found: " " * len(found.group()), line)
+                copies = seen[line.strip()]
+                seen[line.strip()] += 1
                 changes = [
-                    Change(name, number, line, found.start(), found.group(), replacement(found.group()))
+                    Change(name, number, line, found.start(), found.group(), replacement(found.group()), copies)
                     for found in CANDIDATE.finditer(code)
                 ]
                 if changes:
@@ -106,20 +111,80 @@ def limit_memory() -> None:
     resource.setrlimit(resource.RLIMIT_AS, (MOST_MEMORY, MOST_MEMORY))
 
 
-def run(command: list[str], timeout: float | None = None) -> tuple[int | None, bytes]:
-    """Status (None: out of time) and output of a program in the build folder."""
-    try:
-        done = subprocess.run(
-            command, cwd=BUILD, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=timeout,
-            check=False, preexec_fn=limit_memory,
+def ccache_options() -> list[str]:
+    """With ccache, taking a change back costs no compiling; it must be told to look at precompiled headers."""
+    if not shutil.which("ccache"):
+        return []
+    os.environ["CCACHE_SLOPPINESS"] = "pch_defines,time_macros"
+    return ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache", "-DCMAKE_CXX_FLAGS=-fpch-preprocess"]
+
+
+class Build:
+    """A build of the copied sources, and what its programs do without a change."""
+
+    def __init__(self, name: str, *options: str) -> None:
+        self.folder = WORK / name
+        self.options = options
+        self.limited = not options  # sanitizers reserve more memory than any machine has
+        self.bench = b""
+        self.seconds: dict[str, float] = {}
+
+    def run(self, command: list[str], timeout: float | None = None) -> tuple[int | None, bytes]:
+        """Status (None: out of time) and output of a program."""
+        try:
+            done = subprocess.run(
+                command, cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=timeout,
+                check=False, preexec_fn=limit_memory if self.limited else None,
+            )
+        except subprocess.TimeoutExpired:
+            return None, b""
+        return done.returncode, SPEEDS.sub(b"", done.stdout)
+
+    def build(self, *targets: str) -> bool:
+        return self.run(["cmake", "--build", ".", "--target", *targets])[0] == 0
+
+    def prepare(self) -> None:
+        """Builds it from unchanged sources, once, and takes the time of the programs."""
+        if self.seconds:
+            return
+        self.folder.mkdir(parents=True, exist_ok=True)
+        configured, said = self.run(
+            ["cmake", "-G", "Ninja", str(SOURCE), "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
+             "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1", "-DTARVYLE_REQUIRE_ALL=ON", *ccache_options(), *self.options]
         )
-    except subprocess.TimeoutExpired:
-        return None, b""
-    return done.returncode, SPEEDS.sub(b"", done.stdout)
+        programs = sorted({program for tests in TESTS.values() for program in tests})
+        if configured != 0 or not self.build("bench_only", *programs):
+            sys.exit("mutate.py: the unchanged sources do not build\n" + said.decode())
+        for program, command in [("bench", BENCH), *((program, unit_test(program)) for program in programs)]:
+            started = time.monotonic()
+            status, said = self.run(command)
+            if status != 0:
+                sys.exit(f"mutate.py: {program} fails without any change\n" + said.decode())
+            self.seconds[program] = time.monotonic() - started
+        self.bench = self.run(BENCH)[1]
+        if self.run(BENCH)[1] != self.bench:
+            sys.exit("mutate.py: two searches without any change differ; then every change would seem to be caught")
+
+    def outcome(self, program: str, command: list[str]) -> tuple[int | None, bytes]:
+        return self.run(command, timeout=10 * self.seconds[program] + 10)
+
+    def noticed_by(self, change: Change) -> str:
+        """Who notices the change that stands in the copy: "" nobody, "-" it does not compile."""
+        if not self.build("bench_only"):
+            return "-"
+        if self.outcome("bench", BENCH) != (0, self.bench):
+            return "bench"
+        for program in TESTS[change.path.split("/")[0]]:
+            if not self.build(program):
+                return "-"
+            if self.outcome(program, unit_test(program))[0] != 0:
+                return program
+        return ""
 
 
-def build(*targets: str) -> bool:
-    return run(["cmake", "--build", ".", "--target", *targets])[0] == 0
+PLAIN = Build("build")
+# Like the presets debug and asan together. It is slow: for what nothing else notices.
+CHECKED = Build("checked", "-DTARVYLE_SANITIZE=ON", "-DTARVYLE_CHECK_RECORD=ON")
 
 
 def unit_test(program: str) -> list[str]:
@@ -127,71 +192,32 @@ def unit_test(program: str) -> list[str]:
 
 
 def copy_sources() -> None:
-    """Copies what differs, so that little is compiled again."""
+    """Copies what differs, so that little is compiled again, and removes what is no longer there."""
     listed = subprocess.run(
         ["git", "ls-files", "--cached", "--others", "--exclude-standard"],
         cwd=PROJECT, stdout=subprocess.PIPE, text=True, check=True,
     )
-    for name in listed.stdout.splitlines():
+    names = [name for name in listed.stdout.splitlines() if (PROJECT / name).is_file()]
+    for copy in SOURCE.rglob("*"):
+        if copy.is_file() and str(copy.relative_to(SOURCE)) not in names:
+            copy.unlink()
+    for name in names:
         original, copy = PROJECT / name, SOURCE / name
-        if not original.is_file() or (copy.is_file() and copy.read_bytes() == original.read_bytes()):
+        if copy.is_file() and copy.read_bytes() == original.read_bytes():
             continue
         copy.parent.mkdir(parents=True, exist_ok=True)
         shutil.copyfile(original, copy)
 
 
-@dataclasses.dataclass
-class Unchanged:
-    """What the engine does without a change."""
-
-    bench: bytes
-    seconds: dict[str, float]  # that each program takes
-
-
-def prepare() -> Unchanged:
-    copy_sources()
-    BUILD.mkdir(parents=True, exist_ok=True)
-    programs = sorted({program for tests in TESTS.values() for program in tests})
-    configured, said = run(
-        ["cmake", "-G", "Ninja", str(SOURCE), "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
-         "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1", "-DTARVYLE_REQUIRE_ALL=ON"]
-    )
-    if configured != 0 or not build("tarv", *programs):
-        sys.exit("mutate.py: the unchanged sources do not build\n" + said.decode())
-    started = time.monotonic()
-    status, bench = run(BENCH)
-    seconds = {"bench": time.monotonic() - started}
-    for program in programs:
-        started = time.monotonic()
-        status = status or run(unit_test(program))[0]
-        seconds[program] = time.monotonic() - started
-    if status != 0:
-        sys.exit("mutate.py: the tests fail without any change")
-    return Unchanged(bench, seconds)
-
-
-def noticed_by(change: Change, unchanged: Unchanged) -> str:
-    """Who notices the change that stands in the copy: "" nobody, "-" it does not compile."""
-    if not build("tarv"):
-        return "-"
-    if run(BENCH, timeout=10 * unchanged.seconds["bench"] + 10) != (0, unchanged.bench):
-        return "bench"
-    for program in TESTS[change.path.split("/")[0]]:
-        if not build(program):
-            return "-"
-        if run(unit_test(program), timeout=10 * unchanged.seconds[program] + 10)[0] != 0:
-            return program
-    return ""
-
-
-def attempt(change: Change, unchanged: Unchanged) -> str:
+def attempt(change: Change, build: Build) -> str:
+    build.prepare()
     copy = SOURCE / change.path
     original = copy.read_text()
     lines = original.splitlines(keepends=True)
     lines[change.number - 1] = change.changed() + "\n"
     copy.write_text("".join(lines))
     try:
-        return noticed_by(change, unchanged)
+        return build.noticed_by(change)
     finally:
         copy.write_text(original)
 
@@ -226,6 +252,13 @@ def select(count: int, results: dict[str, str]) -> list[Change]:
     return usable[:count]
 
 
+def keep(change: Change, by: str, results: dict[str, str]) -> None:
+    results[change.key()] = by
+    with RESULTS.open("a") as kept:
+        kept.write(f"{change.key()}\t{by}\n")
+    print(f"{ {'': 'SURVIVED', '-': 'does not compile'}.get(by, by) }: {change}", flush=True)
+
+
 def main() -> None:
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("--count", type=int, default=200, help="changes to try in all (200)")
@@ -237,18 +270,16 @@ def main() -> None:
     results = read_rows(RESULTS)
     if options.again:
         results = {key: by for key, by in results.items() if by}
-    unchanged = None
+    copy_sources()
     while time.monotonic() < end:
         left = [c for c in select(options.count, results) if c.key() not in results]
         if not left:
             break
-        unchanged = unchanged or prepare()
-        change = left[0]
-        by = attempt(change, unchanged)
-        results[change.key()] = by
-        with RESULTS.open("a") as kept:
-            kept.write(f"{change.key()}\t{by}\n")
-        print(f"{ {'': 'SURVIVED', '-': 'does not compile'}.get(by, by) }: {change}", flush=True)
+        keep(left[0], attempt(left[0], PLAIN), results)
+    explained = read_rows(EXPLAINED)
+    for change in select(options.count, results):
+        if time.monotonic() < end and results.get(change.key()) == "" and change.key() not in explained:
+            keep(change, "checked" if attempt(change, CHECKED) else "", results)
     sys.exit(0 if report(select(options.count, results), results) else 1)
 
 
