@@ -1,5 +1,7 @@
-// The play-outs of the randomised root search end before a value leaves the range of its type.
+// The play-outs of the randomised root search at their limits: a choice of two moves, and values at
+// the ends of their range.
 
+#include <cstdlib>
 #include <limits>
 
 #include "search/randomroot.h"
@@ -30,9 +32,23 @@ std::uint32_t ReadPlayoutClock() {
   return playout_clock.now;
 }
 
-using PlayoutRange = SearchTest;
+using PlayoutLimits = SearchTest;
 
-TEST_F(PlayoutRange, PlayoutsEndOneValueBeforeTheLastTwoOfEitherEnd) {
+TEST_F(PlayoutLimits, OfTwoMovesOneIsDrawn) {
+  std::string passes;
+  for (int i = 0; i < 96; ++i) passes += "0 ";
+  GoTo("7k/R7/p7/8/8/8/8/1R5K b", passes);  // at the ply after this one a play-out ends
+  ASSERT_TRUE(LegalMoveList());
+  ASSERT_EQ(ListLength(), 2);
+  std::srand(3);
+  std::rand();
+  const int second = std::rand();
+  std::srand(3);
+  EXPECT_EQ(RndSearch(), 0);
+  EXPECT_EQ(std::rand(), second);
+}
+
+TEST_F(PlayoutLimits, ValuesAtTheEndsOfTheirRangeEndTheStage) {
   struct Row {
     int value;
     bool ends;
