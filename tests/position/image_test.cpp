@@ -270,6 +270,8 @@ TEST_F(ImageTest, EnPassantSquareThatWouldAbortLaterIsRefused) {
       {"as a set-up takes it", "4k3/8/8/3pP3/8/8/8/4K3 w - -", "d6", true},
       {"nobody beside", "4k3/8/8/8/8/8/8/4K3 w - -", "d6", true},
       {"no pawn to take", "4k3/8/8/4P3/8/8/8/4K3 w - -", "d6", false},
+      {"no pawn to take from the a-file", "4k3/8/8/P7/8/8/8/4K3 w - -", "b6", false},
+      {"no pawn to take from the h-file", "4k3/8/8/7P/8/8/8/4K3 w - -", "g6", false},
       {"own pawn to take", "4k3/8/8/3PP3/8/8/8/4K3 w - -", "d6", false},
       {"own pawn on the square", "4k3/8/3P4/3pP3/8/8/8/4K3 w - -", "d6", false},
       {"enemy piece on the square", "4k3/8/3n4/3pP3/8/8/8/4K3 w - -", "d6", false},

@@ -186,6 +186,26 @@ TEST_F(RootEntry, BookAnswersInHalfOfTheCallsWhenAuto) {
   EXPECT_EQ(FindCurrentNode(), nullptr) << "a book move teaches nothing";
 }
 
+TEST_F(RootEntry, BookAnswersWithTheFirstMoveOfTheListAsWithTheLast) {
+  GoTo(std::string(kStart) + " moves e2e4");
+  InsertNodeLearn();
+  GoTo(kStart);
+  property_add("book move", "auto");
+  const Move e2e4 = Find("e2e4");
+  const int count = ListLength();
+  for (const int place : {0, count / 2, count - 1}) {
+    std::swap(tree[place], *std::find(tree, tree + count, e2e4));
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+      std::srand(seed);
+      const bool draws_low = std::rand() % 101 < 51;
+      std::srand(seed);
+      Move move = 0;
+      EXPECT_EQ(BookAnswers(count, move), draws_low) << seed;
+      EXPECT_EQ(move, draws_low ? e2e4 : 0) << place;
+    }
+  }
+}
+
 TEST_F(RootEntry, AnyOtherValueNeverConsultsTheBook) {
   ASSERT_TRUE(HashAllocate(0x10000));
   ASSERT_TRUE(FreshProcess(DataFile("book.bk")));
