@@ -68,6 +68,12 @@ constexpr DamageRow kDamages[] = {
     {"slot that points elsewhere", [](GameRecord& r) { r.list_sq[0] = At("b6"); }},
     {"free slot that points to a piece", [](GameRecord& r) { r.list_sq[9] = At("b5"); }},
     {"free slot that points to an empty square", [](GameRecord& r) { r.list_sq[9] = At("e4"); }},
+    {"free slot 0 that points to a piece",
+     [](GameRecord& r) {
+       r.list_last[White] = 9;
+       r.list_sq[9] = At("b5");
+       r.list_idx[At("b5")] = 9;
+     }},
     {"free slot 64", [](GameRecord& r) { r.list_sq[9] = 64; }},
     {"free slot -2", [](GameRecord& r) { r.list_sq[9] = -2; }},
     {"free slot behind the last", [](GameRecord& r) { r.list_sq[31] = At("e4"); }},
