@@ -64,7 +64,7 @@ Command Command::AddCommand(const char* name, const char* what, const char* exam
 }
 
 Command Command::AddGroup(const char* name, const char* what, const char* example) const {
-  const Command group = AddCommand(name, what, example);
+  Command group = AddCommand(name, what, example);
   group.app_->require_subcommand(1);
   return group;
 }

@@ -17,6 +17,12 @@ std::string ContentOf(const std::string& path) {
   return {std::istreambuf_iterator<char>(std::cin), {}};
 }
 
+std::string Complaint(std::string text, std::size_t number, const std::string& refusal,
+                      const std::string& line) {
+  text += ": line " + std::to_string(number);
+  return text.append(": ").append(refusal).append(": ").append(line);
+}
+
 }  // namespace
 
 std::vector<EpdLine> ReadEpdFile(const std::string& path) {
@@ -28,8 +34,7 @@ std::vector<EpdLine> ReadEpdFile(const std::string& path) {
     if (text.find_first_not_of(" \t") == std::string::npos || text.front() == '#') continue;
     const std::string refusal = SetUpText(text);
     if (!refusal.empty()) {
-      throw std::runtime_error(path + ": line " + std::to_string(number) + ": " + refusal + ": " +
-                               text);
+      throw std::runtime_error(Complaint(path, number, refusal, text));
     }
     lines.push_back({text, number});
   }

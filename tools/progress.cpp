@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -12,7 +13,7 @@ namespace {
 constexpr std::size_t kBarWidth = 30;
 
 std::string TimeText(double seconds) {
-  const long whole = static_cast<long>(seconds + 0.5);
+  const long whole = std::lround(seconds);
   char text[48];
   std::snprintf(text, sizeof text, "%ld:%02ld:%02ld", whole / 3600, whole / 60 % 60, whole % 60);
   return text;

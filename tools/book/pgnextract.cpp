@@ -25,7 +25,7 @@ std::string FindProgram(const std::string& name) {
   std::istringstream folders(std::string(path != nullptr ? path : "") + ":/usr/games");
   std::string folder;
   while (std::getline(folders, folder, ':')) {
-    const std::string program = (folder.empty() ? "." : folder) + "/" + name;
+    std::string program = (folder.empty() ? "." : folder) + "/" + name;
     if (access(program.c_str(), X_OK) == 0) return program;
   }
   throw std::runtime_error(name + " is not installed; it is the Debian package " + name);
@@ -34,6 +34,7 @@ std::string FindProgram(const std::string& name) {
 [[noreturn]] void RunChild(const std::string& program, std::vector<std::string> arguments,
                            int output) {
   std::vector<char*> words;
+  words.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) words.push_back(argument.data());
   words.push_back(nullptr);
   if (dup2(output, STDOUT_FILENO) >= 0) execv(program.c_str(), words.data());
@@ -60,7 +61,7 @@ std::string OutputOf(const std::string& program, const std::vector<std::string>&
     RunChild(program, arguments, ends[1]);
   }
   close(ends[1]);
-  const std::string output = ReadToEnd(ends[0]);
+  std::string output = ReadToEnd(ends[0]);
   close(ends[0]);
   int status = 0;
   waitpid(child, &status, 0);

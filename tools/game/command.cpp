@@ -75,7 +75,7 @@ void WriteReport(const GameOptions& options) {
 
 Command AddGameCommand(const Command& group, const char* name, const char* what,
                        const char* example, GameOptions& options) {
-  const Command command = group.AddCommand(name, what, example);
+  Command command = group.AddCommand(name, what, example);
   command.Add("FILE", options.file, "game saved with the engine's \"save\"").Required();
   command.Add("--white", options.white, "name of the player of White");
   command.Add("--black", options.black, "name of the player of Black");

@@ -97,7 +97,7 @@ void Statistics::Count(const LearnRecord& record) {
   ++learned;
   if (record.book != 0) ++both;
   if (IsMateScore(record.score)) ++mates;
-  const auto depth = static_cast<std::size_t>(record.depth);
+  const auto depth = static_cast<unsigned char>(record.depth);
   if (by_depth.size() <= depth) by_depth.resize(depth + 1);
   ++by_depth[depth];
 }

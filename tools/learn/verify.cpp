@@ -39,7 +39,7 @@ std::string FieldProblem(const LearnRecord& record) {
 }
 
 std::string PositionProblem(const LearnRecord& record) {
-  const std::string refusal = SetUpText(record.text);
+  std::string refusal = SetUpText(record.text);
   if (!refusal.empty()) return refusal;
   const std::string text = CurrentText();
   if (text != record.text) return "the engine would write the position as \"" + text + "\"";
