@@ -2,22 +2,18 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <fstream>
 #include <set>
 #include <string>
+
+#include "tests/support/captured.h"
+#include "tests/support/files.h"
 
 namespace tarvyle {
 namespace {
 
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
-
-std::string TemporaryName(const std::string& name) {
-  return testing::TempDir() + "path_test_" + std::to_string(getpid()) + "_" + name;
-}
+using support::Listen;
+using support::TemporaryFolder;
 
 struct OwnPathRow {
   const char* own_path;
@@ -83,37 +79,37 @@ TEST(Path, OverlongJoinIsCutToTheBuffer) {
   EXPECT_EQ(ConCat(half.c_str(), "tail"), half + "ta");
 }
 
+// What file_size() says of a file, and the answer itself.
+std::string SizeOrComplaint(const std::string& path) {
+  long size = 0;
+  const support::Said said = Listen([&] { size = file_size(path.c_str()); });
+  return said.out + said.err + std::to_string(size);
+}
+
+std::string NotOpen(const std::string& path) {
+  return "------> error: file_size() - file " + path + " not open\n0";
+}
+
 TEST(Path, FileSizeCountsBytes) {
-  const std::string path = TemporaryName("bytes");
+  const TemporaryFolder folder;
   for (const std::size_t size : {0u, 1u, 70000u}) {
-    std::ofstream(path, std::ios::binary) << std::string(size, '\r');
-    CaptureStderr();
-    EXPECT_EQ(file_size(path.c_str()), static_cast<long>(size));
-    EXPECT_EQ(GetCapturedStderr(), "");
+    const std::string path = folder.Write("bytes", std::string(size, '\r'));
+    EXPECT_EQ(SizeOrComplaint(path), std::to_string(size));
   }
-  std::remove(path.c_str());
 }
 
 TEST(Path, FileSizeReportsAMissingFile) {
-  const std::string path = TemporaryName("missing");
-  CaptureStderr();
-  EXPECT_EQ(file_size(path.c_str()), 0);
-  EXPECT_EQ(GetCapturedStderr(), "------> error: file_size() - file " + path + " not open\n");
+  const TemporaryFolder folder;
+  EXPECT_EQ(SizeOrComplaint(folder.Path("missing")), NotOpen(folder.Path("missing")));
 }
 
-TEST(Path, FileSizeTakesAFolderForAMissingFile) {
-  CaptureStderr();
-  EXPECT_EQ(file_size("/"), 0);
-  EXPECT_EQ(GetCapturedStderr(), "------> error: file_size() - file / not open\n");
-}
+TEST(Path, FileSizeTakesAFolderForAMissingFile) { EXPECT_EQ(SizeOrComplaint("/"), NotOpen("/")); }
 
 TEST(Path, FileSizeDoesNotWaitForTheOtherEndOfAPipe) {
-  const std::string path = TemporaryName("pipe");
+  const TemporaryFolder folder;
+  const std::string path = folder.Path("pipe");
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-  CaptureStderr();
-  EXPECT_EQ(file_size(path.c_str()), 0);
-  EXPECT_EQ(GetCapturedStderr(), "------> error: file_size() - file " + path + " not open\n");
-  std::remove(path.c_str());
+  EXPECT_EQ(SizeOrComplaint(path), NotOpen(path));
 }
 
 }  // namespace

@@ -18,14 +18,15 @@
 #include "position/record.h"
 #include "position/text.h"
 #include "tests/support/book_support.h"
+#include "tests/support/captured.h"
 #include "tests/support/eval_support.h"
 
 namespace tarvyle {
 namespace {
 
-using support::Printed;
+using support::Listen;
+using support::Said;
 using support::StartAfresh;
-using support::WhilePrinting;
 
 constexpr const char* kRangeMessage = "# ----> error: MoveFromLib() \n";
 
@@ -62,7 +63,7 @@ TEST_F(BookMoves, AreNoneWithoutABookPosition) {
   EXPECT_FALSE(ListLibMoves(0, last_, nodes, moves, count));
   EXPECT_EQ(count, 0);
   Move choice = 1;
-  const Printed printed = WhilePrinting([&] { choice = MoveFromLib(0, last_); });
+  const Said printed = Listen([&] { choice = MoveFromLib(0, last_); });
   EXPECT_EQ(choice, 0u);
   EXPECT_EQ(printed.out + printed.err, "");
 }
@@ -185,7 +186,7 @@ TEST_F(BookMoves, AreDrawnFromRangesByTheirValues) {
       const int next_draw = std::rand();
       std::srand(seed);
       Move choice = 0;
-      const Printed printed = WhilePrinting([&] { choice = MoveFromLib(0, treeCnt[1] - 1); });
+      const Said printed = Listen([&] { choice = MoveFromLib(0, treeCnt[1] - 1); });
       ASSERT_EQ(choice, chosen < 0 ? 0 : tree[2 * chosen]) << "seed " << seed;
       ASSERT_EQ(std::rand(), next_draw) << "one draw for each candidate that may be chosen";
       ASSERT_EQ(printed.err, messages);
@@ -199,7 +200,7 @@ TEST_F(BookMoves, OfEqualDrawsTheEarlierOneIsKept) {
   Enter(4, 0);
   Enter(6, 0);
   Enter(8, 0);
-  const Printed printed = WhilePrinting([&] {
+  const Said printed = Listen([&] {
     for (int i = 0; i < 50; ++i) EXPECT_EQ(MoveFromLib(0, last_), tree[4]);
   });
   EXPECT_EQ(printed.err.substr(0, printed.err.find('\n') + 1), kRangeMessage);
@@ -240,7 +241,7 @@ TEST_F(BookMoves, OutsideTheGivenPositionsKeepTheirValues) {
 }
 
 TEST_F(BookMoves, LeadToThePositionsOfTheBookFile) {
-  Printed printed = WhilePrinting([] { ASSERT_TRUE(ReadLibFile(TESTS_DATA_DIR "/book.bk")); });
+  Said printed = Listen([] { ASSERT_TRUE(ReadLibFile(TESTS_DATA_DIR "/book.bk")); });
   EXPECT_EQ(printed.out, "");
   ASSERT_TRUE(LegalMoveList());
   LearnNode* nodes[kMaxListMoves];

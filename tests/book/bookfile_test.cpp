@@ -12,16 +12,18 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "tests/support/book_support.h"
+#include "tests/support/captured.h"
+#include "tests/support/files.h"
 
 namespace tarvyle {
 namespace {
 
+using support::Listen;
 using support::Play;
-using support::Printed;
+using support::Said;
 using support::StartAfresh;
 using support::TableTexts;
 using support::TemporaryFolder;
-using support::WhilePrinting;
 using Lines = std::vector<std::string>;
 
 std::string TextAfter(const std::string& moves) {
@@ -44,8 +46,8 @@ class BookFile : public testing::Test {
   // Reads a book of this text; returns what was printed on standard output.
   std::string Read(const std::string& text) {
     bool read = false;
-    const Printed printed =
-        WhilePrinting([&] { read = ReadLibFile(folder_.Write("book.bk", text).c_str()); });
+    const Said printed =
+        Listen([&] { read = ReadLibFile(folder_.Write("book.bk", text).c_str()); });
     EXPECT_TRUE(read);
     EXPECT_EQ(printed.err, "");
     return printed.out;
@@ -194,17 +196,16 @@ TEST_F(BookFile, LeavesTheGameAsItWas) {
 TEST_F(BookFile, ThatIsMissingIsRefusedWithoutAWord) {
   const GameRecord before = g;
   bool read = true;
-  const Printed printed =
-      WhilePrinting([&] { read = ReadLibFile(folder_.Path("none.bk").c_str()); });
+  const Said printed = Listen([&] { read = ReadLibFile(folder_.Path("none.bk").c_str()); });
   EXPECT_FALSE(read);
   EXPECT_EQ(printed.out + printed.err, "");
   EXPECT_EQ(std::memcmp(&before, &g, sizeof g), 0);
 }
 
 TEST_F(BookFile, OfTheReferenceSearchesIsReadWithoutAnError) {
-  Printed printed;
+  Said printed;
   bool read = false;
-  printed = WhilePrinting([&] { read = ReadLibFile(TESTS_DATA_DIR "/book.bk"); });
+  printed = Listen([&] { read = ReadLibFile(TESTS_DATA_DIR "/book.bk"); });
   EXPECT_TRUE(read);
   EXPECT_EQ(printed.out, "");
   EXPECT_GT(TableTexts().size(), 30u);

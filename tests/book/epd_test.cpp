@@ -19,16 +19,10 @@
 namespace tarvyle {
 namespace {
 
+using support::Epd;
 using support::Play;
 using support::SetUpRoot;
 using support::StartAfresh;
-
-std::string Epd() {
-  char text[kEpdSize];
-  std::memset(text, 'x', sizeof text);
-  MakeEpd(text);
-  return text;
-}
 
 TEST(PositionText, EqualsTheReferenceTexts) {
   const auto rows = support::DataRows("positions.tsv");

@@ -12,22 +12,19 @@
 #include "book/learnmemory.h"
 #include "position/record.h"
 #include "tests/support/book_support.h"
+#include "tests/support/build_kind.h"
 #include "tests/support/eval_support.h"
+#include "tests/support/files.h"
 
 namespace tarvyle {
 namespace {
 
+using support::Epd;
 using support::Play;
 using support::SetUpRoot;
 using support::StartAfresh;
 using support::TableRecords;
 using support::TableTexts;
-
-std::string Epd() {
-  char text[kEpdSize];
-  MakeEpd(text);
-  return text;
-}
 
 LearnNode* FirstNode() { return SearchNode(g.side, g.key.low, g.key.high); }
 
@@ -306,10 +303,8 @@ TEST(PositionalRemainder, HasTheThousandsRestAndStaysInItsBand) {
 
 // Fills the memory that learn nodes come from, in a process of its own: nothing more is stored, and
 // nothing else changes.
-[[maybe_unused]] void StoreWithoutMemory() {
+void StoreWithoutMemory(const std::string& file) {
   InsertNodeLearn();
-  const support::TemporaryFolder folder;
-  const std::string file = folder.Path("learn");
   bool right = SaveLearnTable(file.c_str());
   const rlimit none = {1, 1};
   setrlimit(RLIMIT_AS, &none);
@@ -333,12 +328,10 @@ TEST(PositionalRemainder, HasTheThousandsRestAndStaysInItsBand) {
 }
 
 TEST(LearnTableDeathTest, APositionThatFindsNoMemoryIsNotStored) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the address sanitizer ends a process that runs out of memory";
-#else
+  if (support::kAddressSanitizer) GTEST_SKIP() << "it ends a process that runs out of memory";
   StartAfresh();
-  EXPECT_EXIT(StoreWithoutMemory(), testing::ExitedWithCode(0), "");
-#endif
+  const support::TemporaryFolder folder;
+  EXPECT_EXIT(StoreWithoutMemory(folder.Path("learn")), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

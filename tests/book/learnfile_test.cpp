@@ -15,23 +15,25 @@
 #include "book/learn.h"
 #include "position/record.h"
 #include "tests/support/book_support.h"
+#include "tests/support/captured.h"
 #include "tests/support/eval_support.h"
+#include "tests/support/files.h"
 
 namespace tarvyle {
 namespace {
 
 using namespace std::string_literals;
 using support::AsLinked;
+using support::Listen;
 using support::Play;
-using support::Printed;
 using support::RecordBytes;
 using support::RecordFields;
+using support::Said;
 using support::SetUpRoot;
 using support::SplitRecords;
 using support::StartAfresh;
 using support::TableRecords;
 using support::TemporaryFolder;
-using support::WhilePrinting;
 using Records = std::vector<std::string>;
 
 std::string Joined(const Records& records) {
@@ -57,14 +59,14 @@ class LearnFile : public testing::Test {
   // Adds a file to the table, without a word printed.
   static bool LoadPath(const std::string& path) {
     bool loaded = false;
-    const Printed printed = WhilePrinting([&] { loaded = LoadLearnTable(path.c_str()); });
+    const Said printed = Listen([&] { loaded = LoadLearnTable(path.c_str()); });
     EXPECT_EQ(printed.out + printed.err, "");
     return loaded;
   }
 
   std::string Save() {
     EXPECT_TRUE(SaveLearnTable(folder_.Path("saved.lrn").c_str()));
-    return folder_.Read("saved.lrn");
+    return support::ReadFile(folder_.Path("saved.lrn"));
   }
 
   // The table must be empty after a refusal, and what the records say otherwise.

@@ -2,16 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <numeric>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "eval/scoretable.h"
+#include "tests/support/captured.h"
 #include "tests/support/eval_support.h"
+#include "tests/support/files.h"
 #include "tests/support/written.h"
 
 namespace tarvyle {
@@ -72,35 +71,21 @@ TEST(PrintArray, ReturnsTheErrorOfTheLastWrite) {
 class PrintScoreTable : public testing::Test {
  protected:
   void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "score-tables-XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder_ = name;
     before_ = fs::current_path();
-    fs::current_path(folder_);
+    fs::current_path(folder_.Name());
     support::SetUpRoot("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -");
   }
 
-  void TearDown() override {
-    fs::current_path(before_);
-    fs::remove_all(folder_);
-  }
-
-  static std::string FileText() {
-    std::ostringstream text;
-    text << std::ifstream("sctable.txt").rdbuf();
-    return text.str();
-  }
+  void TearDown() override { fs::current_path(before_); }
 
  private:
-  fs::path folder_;
+  support::TemporaryFolder folder_;
   fs::path before_;
 };
 
 TEST_F(PrintScoreTable, WritesAllTwelveTablesToTheFile) {
-  std::ofstream("sctable.txt") << std::string(10000, 'x');
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(print_score_tbl(), 0);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  support::WriteFile("sctable.txt", std::string(10000, 'x'));
+  EXPECT_EQ(support::Printed([] { EXPECT_EQ(print_score_tbl(), 0); }), "");
   const std::string expected = Written([](std::FILE* stream) {
     for (const int colour : {0, 1}) {
       for (int piece = 1; piece <= 6; ++piece) {
@@ -108,7 +93,7 @@ TEST_F(PrintScoreTable, WritesAllTwelveTablesToTheFile) {
       }
     }
   });
-  EXPECT_EQ(FileText(), expected) << "what stood there before is gone";
+  EXPECT_EQ(support::ReadFile("sctable.txt"), expected) << "what stood there before is gone";
   EXPECT_EQ(std::count(expected.begin(), expected.end(), '\n'), 12 * 9);
   EXPECT_EQ(expected.find("nopiece"), std::string::npos);
   EXPECT_EQ(Written(PrintScoreTables), expected);
@@ -116,12 +101,9 @@ TEST_F(PrintScoreTable, WritesAllTwelveTablesToTheFile) {
 
 TEST_F(PrintScoreTable, SaysSoWhenTheFileCannotBeOpened) {
   fs::create_directory("sctable.txt");
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(print_score_tbl(), 0);
-  const std::string complaint = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(complaint, "# error open file sctable.txt \n");
+  const support::Said said = support::Listen([] { EXPECT_EQ(print_score_tbl(), 0); });
+  EXPECT_EQ(said.out, "");
+  EXPECT_EQ(said.err, "# error open file sctable.txt \n");
   EXPECT_TRUE(fs::is_empty("sctable.txt"));
 }
 

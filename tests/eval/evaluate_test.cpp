@@ -19,14 +19,13 @@ namespace {
 
 using support::DataRows;
 using support::EvaluateFully;
+using support::kFar;
 using support::PlainEvaluate;
 using support::PlainSide;
 using support::PlainSideScore;
 using support::SetUpRoot;
 using support::VisitRandomPositions;
 using Amounts = std::vector<int>;
-
-constexpr int kFar = 1000000;
 
 // The plain evaluation's ledger of one side, after holding the total against the engine's.
 PlainSide Ledger(const std::string& fen, int colour) {

@@ -15,8 +15,6 @@
 namespace tarvyle {
 namespace {
 
-constexpr int kFar = 1000000;
-
 void CompareAttacks() {
   GenerateAttackes();
   for (const int colour : {White, Black}) {
@@ -29,7 +27,8 @@ void CompareAttacks() {
 
 TEST(ManyPositions, AreEvaluatedAsThePlainEvaluationDoes) {
   support::VisitTrees(61, support::Scaled(40000, 1000000), [] {
-    ASSERT_EQ(Evaluate(-kFar, kFar), support::PlainEvaluate(-kFar, kFar));
+    ASSERT_EQ(Evaluate(-support::kFar, support::kFar),
+              support::PlainEvaluate(-support::kFar, support::kFar));
   });
 }
 

@@ -9,7 +9,10 @@
 #include "search/style.h"
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 class CommandsTest : public FrontEndTest {};
@@ -370,4 +373,4 @@ TEST_F(CommandsTest, AnythingElseIsUnknown) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -2,7 +2,10 @@
 
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 class DisplayTest : public FrontEndTest {};
@@ -136,4 +139,4 @@ TEST_F(DisplayTest, MovesIntoAFileThatCannotBeOpened) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -7,7 +7,10 @@
 
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 class ExitTest : public FrontEndTest {
@@ -31,7 +34,7 @@ class ExitTest : public FrontEndTest {
   // Names in the folder, with the number of a temporary learn file as N.
   std::multiset<std::string> Names() const {
     std::multiset<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Name())) {
       const std::string name = entry.path().filename();
       const bool temporary = name.starts_with("tarvyle_tmp_lrn") && name.ends_with(".lrn");
       names.insert(temporary ? "tarvyle_tmp_lrnN.lrn" : name);
@@ -165,7 +168,7 @@ TEST_F(ExitTest, DrawsTheTemporaryNumber) {
   WriteFile(learn_file_, std::string(100000, 'x'));
   Learn(1);
   for (int i = 0; i < 5; ++i) Listen(WriteLearnFile);
-  for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
+  for (const auto& entry : std::filesystem::directory_iterator(folder_.Name())) {
     names.insert(entry.path().filename());
   }
   EXPECT_EQ(names.size(), 6u) << "five files left behind, each of its own name";
@@ -178,4 +181,4 @@ TEST_F(ExitTest, DrawsTheTemporaryNumber) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

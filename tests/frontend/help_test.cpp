@@ -3,7 +3,10 @@
 #include "frontend/commands.h"
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 TEST(HelpText, IsThisWordForWord) {
@@ -39,4 +42,4 @@ TEST(HelpText, IsThisWordForWord) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

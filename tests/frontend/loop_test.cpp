@@ -4,7 +4,10 @@
 
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 class LoopTest : public FrontEndTest {};
@@ -98,7 +101,7 @@ class PlayTest : public FrontEndTest {
     WriteFile(Path("ps"), "#!/bin/sh\necho '1 ? 00:00:00 tarvyle'\n");
     std::filesystem::permissions(Path("ps"), std::filesystem::perms::owner_all);
     const std::string search_path = std::getenv("PATH");
-    setenv("PATH", folder_.c_str(), 1);
+    setenv("PATH", folder_.Name().c_str(), 1);
     EXPECT_NE(std::freopen(Path("input").c_str(), "r", stdin), nullptr);
     const Said said = Listen(PlayWinBoard);
     setenv("PATH", search_path.c_str(), 1);
@@ -150,4 +153,4 @@ TEST_F(PlayTest, ALongLineIsReadInPieces) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -2,7 +2,10 @@
 
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 class MachineTest : public FrontEndTest {
@@ -215,4 +218,4 @@ TEST_F(MachineTest, SaysTheEndWhenTheClockStopsBeforeAnyMove) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -11,7 +11,10 @@
 
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 class SavedGameTest : public FrontEndTest {
@@ -40,7 +43,7 @@ class SavedGameTest : public FrontEndTest {
 
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Name())) {
       names.push_back(entry.path().filename());
     }
     return names;
@@ -81,7 +84,7 @@ TEST_F(SavedGameTest, LoadsTheMovesKeptForRedo) {
 
 TEST_F(SavedGameTest, SavesIntoTheCurrentFolder) {
   const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(folder_);
+  std::filesystem::current_path(folder_.Name());
   EXPECT_TRUE(SaveGame("plain.dat"));
   std::filesystem::current_path(before);
   EXPECT_EQ(ReadFile(Path("plain.dat")), Image());
@@ -96,7 +99,7 @@ TEST_F(SavedGameTest, ReplacesAnOlderFileAndLeavesNothingElse) {
 
 TEST_F(SavedGameTest, ReportsAFileThatCannotBeWritten) {
   EXPECT_FALSE(SaveGame(Path("missing/game.dat").c_str()));
-  EXPECT_FALSE(SaveGame(folder_.c_str()));
+  EXPECT_FALSE(SaveGame(folder_.Name().c_str()));
   EXPECT_TRUE(Names().empty());
 }
 
@@ -163,7 +166,7 @@ TEST_F(SavedGameDeathTest, LeavesAWriteProtectedFileAlone) {
   constexpr uid_t kNobody = 65534;
   WriteFile(path_, "kept");
   chmod(path_.c_str(), 0444);
-  chmod(folder_.c_str(), 0777);
+  chmod(folder_.Name().c_str(), 0777);
   const auto save = [&] {
     if (geteuid() == 0 && setuid(kNobody) != 0) _exit(2);
     _exit(SaveGame(path_.c_str()) ? 1 : 0);
@@ -179,7 +182,7 @@ TEST_F(SavedGameTest, RefusesWhatIsNoWholeBlock) {
   ExpectRefused(image.substr(0, 4));
   ExpectRefused(image.substr(0, image.size() - 1));
   EXPECT_FALSE(LoadGame(Path("missing.dat").c_str()));
-  EXPECT_FALSE(LoadGame(folder_.c_str()));
+  EXPECT_FALSE(LoadGame(folder_.Name().c_str()));
 }
 
 TEST_F(SavedGameTest, RefusesAWrongTag) {
@@ -231,4 +234,4 @@ TEST_F(SavedGameTest, TakesRightsScoresAndCountersAsTheyStand) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

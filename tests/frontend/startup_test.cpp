@@ -9,7 +9,10 @@
 #include "search/style.h"
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 constexpr const char* kBookInstead = "#  learn file notfound, load book-file \n";
@@ -19,7 +22,7 @@ class StartUpTest : public FrontEndTest {
   void SetUp() override {
     FrontEndTest::SetUp();
     search_path_ = std::getenv("PATH");
-    setenv("PATH", folder_.c_str(), 1);
+    setenv("PATH", folder_.Name().c_str(), 1);
     ListProcesses("echo ' 1 ? 00:00:00 tarvyle'");
     WriteFile(Path("tarvyle.bk"), "e2e4 e7e5\n");
   }
@@ -94,16 +97,12 @@ TEST_F(StartUpTest, TheListerIsAskedForAllProcesses) {
 
 TEST_F(StartUpTest, AMissingListerIsUnknown) {
   std::filesystem::remove(Path("ps"));
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(prog_is_run(), 1u);
-  testing::internal::GetCapturedStderr();  // the shell's own complaint
+  Listen([] { EXPECT_EQ(prog_is_run(), 1u); });  // the shell complains
 }
 
 TEST_F(StartUpTest, AListerThatCannotBeRunIsUnknown) {
   std::filesystem::permissions(Path("ps"), std::filesystem::perms::owner_read);
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(prog_is_run(), 1u);
-  testing::internal::GetCapturedStderr();
+  Listen([] { EXPECT_EQ(prog_is_run(), 1u); });
 }
 
 TEST_F(StartUpTest, APipeThatCannotBeOpenedIsReported) {
@@ -285,4 +284,4 @@ TEST_F(StartUpDeathTest, EndsWithTooSmallTables) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -3,7 +3,10 @@
 #include "frontend/display.h"
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 class TestPositions : public FrontEndTest {};
@@ -38,4 +41,4 @@ TEST_F(TestPositions, KeepTheirTrailingBlanks) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -5,7 +5,10 @@
 
 #include "tests/support/frontend_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
+
 namespace {
 
 constexpr const char* kExpected = "----> error: expected <st second's>\n";
@@ -133,4 +136,4 @@ TEST_F(TimeTest, WarnsOnlyWhenItsCounterWraps) {
 }
 
 }  // namespace
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -257,16 +257,15 @@ TEST_F(ImageTest, NullMovesOfAGameAreTakenAsTheyStand) {
 
 // --- en passant ------------------------------------------------------------------------------
 
-struct EnPassantRow {
-  const char* what;
-  const char* position;
-  const char* square;
-  bool sound;
-};
-
 // A capture that the generator would list must be one that can be made.
 TEST_F(ImageTest, EnPassantSquareThatWouldAbortLaterIsRefused) {
-  const EnPassantRow rows[] = {
+  struct Row {
+    const char* what;
+    const char* position;
+    const char* square;
+    bool sound;
+  };
+  const Row rows[] = {
       {"as a set-up takes it", "4k3/8/8/3pP3/8/8/8/4K3 w - -", "d6", true},
       {"nobody beside", "4k3/8/8/8/8/8/8/4K3 w - -", "d6", true},
       {"no pawn to take", "4k3/8/8/4P3/8/8/8/4K3 w - -", "d6", false},
@@ -283,7 +282,7 @@ TEST_F(ImageTest, EnPassantSquareThatWouldAbortLaterIsRefused) {
       {"at the other edge", "4k3/8/7P/p7/8/8/8/4K3 w - -", "a6", true},
       {"at the other edge", "4k3/8/8/7p/P7/8/8/4K3 w - -", "h6", true},
   };
-  for (const EnPassantRow& row : rows) {
+  for (const Row& row : rows) {
     support::SetUpPosition(row.position);
     GameRecord image = g;
     image.tag = kSavedTag;

@@ -26,14 +26,13 @@ TEST_F(LegalTest, StartPositionHasTwentyMovesInGeneratedOrder) {
   EXPECT_EQ(legal, ListedBy(Generate));
 }
 
-struct ListRow {
-  const char* reason;
-  const char* text;
-  const char* moves;
-};
-
 TEST_F(LegalTest, MovesThatLeaveTheKingAttackedAreDropped) {
-  const ListRow rows[] = {
+  struct Row {
+    const char* reason;
+    const char* text;
+    const char* moves;
+  };
+  const Row rows[] = {
       {"pinned bishop", "4r2k/8/8/8/8/8/4B3/4K3 w", "e1d1 e1f1 e1d2 e1f2"},
       {"pinned rook moves on the line", "4r2k/8/8/8/8/8/4R3/4K3 w",
        "e2e3 e2e4 e2e5 e2e6 e2e7 e2e8 e1d1 e1f1 e1d2 e1f2"},
@@ -49,7 +48,7 @@ TEST_F(LegalTest, MovesThatLeaveTheKingAttackedAreDropped) {
       {"castling over an attacked rook's way", "1r5k/8/8/8/8/P7/P7/R3K3 w Q",
        "a3a4 a1b1 a1c1 a1d1 e1e2 e1d1 e1f1 e1d2 e1f2 e1c1"},
   };
-  for (const ListRow& row : rows) {
+  for (const Row& row : rows) {
     support::SetUpPosition(row.text);
     EXPECT_EQ(ListedBy(LegalMoveList), row.moves) << row.reason;
   }

@@ -165,16 +165,15 @@ TEST_F(MoveGenTest, EnPassantWorksForBlackLikewise) {
   EXPECT_EQ(ListText({list[0], list[1]}), "f4e3 d4e3");
 }
 
-struct EnPassantRow {
-  const char* reason;
-  const char* text;
-  const char* move;
-  const char* square;
-  int captures;
-};
-
 TEST_F(MoveGenTest, EnPassantIsReadFromTheLastMove) {
-  const EnPassantRow rows[] = {
+  struct Row {
+    const char* reason;
+    const char* text;
+    const char* move;
+    const char* square;
+    int captures;
+  };
+  const Row rows[] = {
       {"both sides", "4k3/4p3/8/3P1P2/8/8/8/4K3 b", "e7e5", "e6", 2},
       {"no pawn beside", "4k3/4p3/8/8/8/8/8/4K3 b", "e7e5", "e6", 0},
       {"single step", "4k3/8/4p3/3P1P2/8/8/8/4K3 b", "e6e5", "", 0},
@@ -189,7 +188,7 @@ TEST_F(MoveGenTest, EnPassantIsReadFromTheLastMove) {
       {"h-file of White, pawn at the other edge", "4k3/8/8/8/8/p7/7P/4K3 w", "h2h4", "h3", 0},
       {"promotion", "4k3/8/8/8/8/8/p7/4K3 b", "a2a1q", "", 0},
   };
-  for (const EnPassantRow& row : rows) {
+  for (const Row& row : rows) {
     SCOPED_TRACE(row.reason);
     support::SetUpPosition(row.text);
     support::Play(row.move);
@@ -237,14 +236,13 @@ TEST_F(MoveGenTest, EnPassantIsNoneOfTheCaptures) {
 
 // --- castling --------------------------------------------------------------------------------
 
-struct CastlingRow {
-  const char* reason;
-  const char* text;
-  const char* words;
-};
-
 TEST_F(MoveGenTest, CastlingIsListedLastWithoutLookingAtAttacks) {
-  const CastlingRow rows[] = {
+  struct Row {
+    const char* reason;
+    const char* text;
+    const char* words;
+  };
+  const Row rows[] = {
       {"both sides", "r3k2r/8/8/8/8/8/8/R3K2R w KQkq", "08006f3e 10006f3a"},
       {"both sides", "r3k2r/8/8/8/8/8/8/R3K2R b KQkq", "08006106 10006102"},
       {"in check", "r3k2r/8/8/8/8/8/4r3/R3K2R w KQkq", "08006f3e 10006f3a"},
@@ -261,7 +259,7 @@ TEST_F(MoveGenTest, CastlingIsListedLastWithoutLookingAtAttacks) {
       {"enemy rooks", "4k3/8/8/8/8/2N3N1/8/r3K2r w KQ", ""},
       {"king elsewhere", "4k3/8/8/8/8/8/8/R2K3R w KQ", ""},
   };
-  for (const CastlingRow& row : rows) {
+  for (const Row& row : rows) {
     support::SetUpPosition(row.text);
     ASSERT_TRUE(Generate()) << row.reason;
     const std::vector<Move> list = CurrentList();

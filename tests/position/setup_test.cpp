@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tests/support/captured.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {
@@ -12,11 +13,8 @@ namespace {
 class SetupTest : public support::PositionTest {};
 
 TEST_F(SetupTest, StartPositionIsSetUpWithoutAWord) {
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
-  EXPECT_TRUE(InitNewGame());
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  const support::Said said = support::Listen([] { EXPECT_TRUE(InitNewGame()); });
+  EXPECT_EQ(said.out + said.err, "");
   EXPECT_EQ(support::BoardText(),
             "rnbqkbnr/pppppppp/......../......../......../......../PPPPPPPP/RNBQKBNR");
   EXPECT_EQ(g.side, White);
@@ -206,18 +204,17 @@ TEST_F(SetupTest, FurtherFieldsDoNotCount) {
   EXPECT_EQ(g.game_max, 0);
 }
 
-struct EnPassantRow {
-  const char* text;
-  const char* square;
-};
-
 TEST_F(SetupTest, EnPassantSquareIsAcceptedBehindAnEnemyPawnThatHasJustPassedIt) {
-  const EnPassantRow rows[] = {
+  struct Row {
+    const char* text;
+    const char* square;
+  };
+  const Row rows[] = {
       {"4k3/8/8/4p3/8/8/8/4K3 w - e6", "e6"},   {"4k3/8/8/4p3/8/8/8/4K3 w - e6x", "e6"},
       {"4k3/8/8/4p3/8/8/8/4K3 w - e6e7", "e6"}, {"4k3/8/8/p7/8/8/8/4K3 w - a6 0 1", "a6"},
       {"4k3/8/8/8/7P/8/8/4K3 b - h3", "h3"},    {"4k3/8/8/4p3/8/8/8/4K3 - - e6", "e6"},
   };
-  for (const EnPassantRow& row : rows) {
+  for (const Row& row : rows) {
     EXPECT_TRUE(InitGame(row.text)) << row.text;
     EXPECT_EQ(g.ep_sq, StrToSq(row.square)) << row.text;
     EXPECT_EQ(EnPassantSquare(), StrToSq(row.square)) << row.text;
@@ -294,11 +291,10 @@ TEST_F(SetupTest, RefusedTextLeavesThePositionAndTheGameAsTheyWere) {
 }
 
 TEST_F(SetupTest, RefusalIsLeftToTheCallerToReport) {
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
-  for (const RefusedRow& row : kRefusedRows) InitGame(row.text);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  const support::Said said = support::Listen([] {
+    for (const RefusedRow& row : kRefusedRows) InitGame(row.text);
+  });
+  EXPECT_EQ(said.out + said.err, "");
 }
 
 TEST_F(SetupTest, RefusedTextCountsNoPosition) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/captured.h"
 #include "tests/support/line_support.h"
 
 namespace tarvyle {
@@ -80,9 +81,7 @@ TEST(MoveLine, SharesItsLeadingMovesWithAnother) {
 }
 
 std::string PrintedLine(const std::string& moves) {
-  testing::internal::CaptureStdout();
-  LinePrint(LineOf(moves).data());
-  return testing::internal::GetCapturedStdout();
+  return support::Printed([&] { LinePrint(LineOf(moves).data()); });
 }
 
 TEST(MoveLine, IsPrintedWithABlankBehindEachMove) {

@@ -16,6 +16,7 @@
 #include "position/movegen.h"
 #include "pv/tree.h"
 #include "tests/support/any_position.h"
+#include "tests/support/build_kind.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 
@@ -47,14 +48,14 @@ std::uint32_t BoundingClock() {
   return now += 1000 * kMillisecondsPerSecond;
 }
 
-class AnyPosition : public tests::SearchTest {
+class AnyPosition : public support::SearchTest {
  protected:
   AnyPosition() {
     constexpr int kFewEntries = 0x400;  // they are cleared at every search
     HashAllocate(kFewEntries);
     status_sink = [](const SearchStatus&) {};
     limit_time = 10000;
-    world = {BoundingClock, tests::ReadTestSeed};
+    world = {BoundingClock, support::ReadTestSeed};
   }
 
   // Calls `visit` with every extreme position, then with random ones.
@@ -102,7 +103,7 @@ TEST_F(AnyPosition, HasRoomForAListAtEveryPly) {
       if (ListLength() == 0) break;
       MakeMove(tree[treeCnt[ply] + support::Below(random, ListLength())]);
     }
-    tests::Ascend();
+    support::Ascend();
     EXPECT_TRUE(RecordIsSound(g));
   });
   EXPECT_EQ(deepest, kMaxPly - 1);
@@ -118,7 +119,7 @@ TEST_F(AnyPosition, KeepsLongListsApartAtEveryPly) {
     MakeMove(0);
   }
   EXPECT_GT(treeCnt[kMaxPly], 10000);
-  tests::Ascend();
+  support::Ascend();
 }
 
 void SearchOnce(int kind) {
@@ -126,7 +127,7 @@ void SearchOnce(int kind) {
   const GameRecord before = g;
   Move move = 0;
   bool found = false;
-  const std::string said = tests::Printed([&] { found = SearchMove(move); });
+  const std::string said = support::Printed([&] { found = SearchMove(move); });
   EXPECT_EQ(said.empty(), kind != kRandomised) << said;
   EXPECT_EQ(ply, 0);
   EXPECT_EQ(treeCnt[0], 0);
@@ -134,7 +135,7 @@ void SearchOnce(int kind) {
   EXPECT_EQ(std::memcmp(g.board, before.board, sizeof g.board), 0);
   EXPECT_TRUE(g.key == before.key && g.side == before.side && g.fifty == before.fifty);
   EXPECT_TRUE(RecordIsSound(g));
-  EXPECT_EQ(found ? tests::Find(std::string(MoveToStr(move))) : 0, move)
+  EXPECT_EQ(found ? support::Find(std::string(MoveToStr(move))) : 0, move)
       << "the move found is not legal";
 }
 
@@ -198,14 +199,14 @@ int Lateness(int kind, int allowance) {
   stage = {OwnMilliseconds(), 10 * allowance};
   cnt_nodes = 0;
   Move move = 0;
-  tests::Printed([&] { SearchMove(move); });
+  support::Printed([&] { SearchMove(move); });
   EndStage(OwnMilliseconds());
   return stage.latest;
 }
 
 TEST_F(AnyPosition, StopsTheSearchInTime) {
-  if (tests::kSlowBuild) GTEST_SKIP() << "an instrumented build is late everywhere";
-  HashAllocate(tests::kReferenceEntries);
+  if (support::kSlowBuild) GTEST_SKIP() << "an instrumented build is late everywhere";
+  HashAllocate(support::kReferenceEntries);
   world.milliseconds = WatchingClock;
   const std::size_t step = support::LongTests() ? 1 : 5;
   const int allowance = support::LongTests() ? 100 : 20;  // 1/100 s

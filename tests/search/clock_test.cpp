@@ -8,7 +8,9 @@
 
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -188,4 +190,4 @@ TEST_F(Clock, AllowanceIsSevenAndAHalfSecondsByDefault) { EXPECT_EQ(kDefaultLimi
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -4,7 +4,9 @@
 
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -144,4 +146,4 @@ TEST_F(Draw, RepetitionIsNotLookedForWithinTwoReversibleHalfMoves) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -8,7 +8,9 @@
 #include "search/quies.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -430,4 +432,4 @@ TEST_F(NodeEntries, PawnMovesToTheSeventhRowAreTold) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

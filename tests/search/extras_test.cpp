@@ -6,7 +6,9 @@
 
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -45,4 +47,4 @@ TEST_F(Extras, PhaseRecordIsResetButForItsAmount) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -7,7 +7,9 @@
 
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -372,4 +374,4 @@ TEST_F(Hash, EmptyNodeTellsWhetherASlotMayBeUsed) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -5,7 +5,9 @@
 #include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -131,7 +133,7 @@ TEST_F(ExtraKey, KeysAndExtraKeyEqualTheReferencePositions) {
   const auto rows = support::DataRows("positions.tsv");
   EXPECT_GT(rows.size(), 1000u);
   for (const auto& row : rows) {
-    ASSERT_TRUE(SetUpRoot(row[0])) << row[0];
+    ASSERT_TRUE(SetUpGame(row[0])) << row[0];
     char text[40];
     std::snprintf(text, sizeof text, "%08x", pos_ext_key());
     EXPECT_EQ(row[5], text) << row[0];
@@ -140,4 +142,4 @@ TEST_F(ExtraKey, KeysAndExtraKeyEqualTheReferencePositions) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -9,9 +9,12 @@
 
 #include "position/hashkey.h"
 #include "search/hash.h"
+#include "tests/support/build_kind.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -177,4 +180,4 @@ TEST_F(HashInitialisation, DrawsTheKeysOnceOnly) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -7,7 +7,9 @@
 
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -145,4 +147,4 @@ TEST_F(HistoryTable, NoSearchCountsForPieceCodes0And7) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

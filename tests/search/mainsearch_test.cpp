@@ -11,7 +11,9 @@
 #include "search/style.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -383,4 +385,4 @@ TEST_F(PvSearch, ReplyIsForgottenBeforeEachProbe) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

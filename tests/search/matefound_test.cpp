@@ -6,7 +6,9 @@
 #include "book/learn.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -54,4 +56,4 @@ TEST_F(MateFound, ScoreBeyond999900EndsTheSearchAndThatItselfDoesNot) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -12,7 +12,9 @@
 #include "search/result.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -235,4 +237,4 @@ TEST_F(NodeSearch, SameSearchTwiceVisitsTheSameNodes) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

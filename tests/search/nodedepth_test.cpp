@@ -5,7 +5,9 @@
 #include "search/node.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -162,4 +164,4 @@ TEST_F(NodeDepth, ReductionFlagIsDownAfterwards) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

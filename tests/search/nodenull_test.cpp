@@ -5,7 +5,9 @@
 #include "search/node.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -238,4 +240,4 @@ TEST_F(InternalDeepening, ContinuationInTheTreeMakesInternalDeepeningNeedless) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -13,7 +13,9 @@
 #include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -424,7 +426,7 @@ TEST_F(Ordering, EveryMoveOfAPositionIsOfferedOnce) {
   int checked = 0;
   std::mt19937 random(1);
   for (const auto& row : support::DataRows("movelists.tsv")) {
-    ASSERT_TRUE(SetUpRoot(row[0]));
+    ASSERT_TRUE(SetUpGame(row[0]));
     treeCnt[1] = 0;
     MakeMove(0);
     if (Generate()) {
@@ -452,4 +454,4 @@ TEST_F(Ordering, EveryMoveOfAPositionIsOfferedOnce) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

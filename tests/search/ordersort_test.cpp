@@ -6,7 +6,9 @@
 #include "search/order.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -117,4 +119,4 @@ TEST_F(OrderSort, PickMoveFindsNothingInAnEmptyRange) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -5,13 +5,14 @@
 #include <limits>
 
 #include "search/randomroot.h"
-#include "tests/support/search_support.h"
+#include "tests/support/randomsearch_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
-constexpr int kAllowance = 1000;
 constexpr int kLowest = std::numeric_limits<int>::min();
 constexpr int kHighest = std::numeric_limits<int>::max();
 
@@ -25,7 +26,7 @@ struct PlayoutClock {
 PlayoutClock playout_clock;
 
 std::uint32_t ReadPlayoutClock() {
-  if (limit_time == kAllowance / 10) {
+  if (StageOf(limit_time) == 2) {
     if (++playout_clock.polls == 1) sort_val[0] = playout_clock.value;
     playout_clock.now += 100;
   }
@@ -76,4 +77,4 @@ TEST_F(PlayoutLimits, ValuesAtTheEndsOfTheirRangeEndTheStage) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -11,7 +11,9 @@
 #include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -220,7 +222,7 @@ TEST_F(Quiescence, IsWorthAPlainSearchOfAllCaptures) {
   constexpr int kLittle = 500;
   int checked = 0;
   for (const auto& row : support::DataRows("movelists.tsv")) {
-    ASSERT_TRUE(SetUpRoot(row[0]));
+    ASSERT_TRUE(SetUpGame(row[0]));
     InitEvaluate();
     set_dir(g.side);
     treeCnt[1] = 0;
@@ -238,4 +240,4 @@ TEST_F(Quiescence, IsWorthAPlainSearchOfAllCaptures) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

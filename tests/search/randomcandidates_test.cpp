@@ -5,7 +5,9 @@
 
 #include "tests/support/randomsearch_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -207,4 +209,4 @@ TEST_F(RandomisedSearch, OnlyLeadersWithinFiveGetRandomScores) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

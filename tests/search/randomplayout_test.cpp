@@ -6,7 +6,9 @@
 #include "search/randomroot.h"
 #include "tests/support/randomsearch_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -102,4 +104,4 @@ TEST_F(Playout, DrawsItsMoveByTheRemainder) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

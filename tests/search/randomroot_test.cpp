@@ -8,7 +8,9 @@
 
 #include "tests/support/randomsearch_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -216,4 +218,4 @@ TEST_F(RandomisedSearch, SameSeedAndClockChooseTheSame) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

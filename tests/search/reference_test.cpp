@@ -2,9 +2,12 @@
 
 #include <optional>
 
+#include "tests/support/build_kind.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -34,7 +37,7 @@ std::string Join(const std::vector<std::string>& parts, const char* separator) {
 // What a search answers, in the form of the reference files.
 std::string Answer(const ReferenceLine& reference) {
   EXPECT_TRUE(load_play_style(reference.style.c_str())) << reference.style;
-  EXPECT_TRUE(SetUpRoot(reference.root)) << reference.root;
+  EXPECT_TRUE(SetUpGame(reference.root)) << reference.root;
   const Report report = SearchToDepth(reference.depth);
   std::vector<std::string> iterations;
   for (const Iteration& iteration : report.iterations) {
@@ -58,7 +61,7 @@ std::string WithoutEmptyEnd(std::string line) {
 void ExpectEqual(const char* file, const std::string& book) {
   int lines = 0;
   int compared = 0;
-  for (const std::string& line : Lines(file)) {
+  for (const std::string& line : DataLines(file)) {
     const auto reference = Parse(line);
     if (!reference || lines++ % kEvery != 0) continue;
     ASSERT_TRUE(FreshProcess(book));
@@ -81,7 +84,7 @@ TEST_F(Reference, SearchesWithABookAreEqual) {
 TEST_F(Reference, SearchesOneAfterTheOtherAreEqual) {
   int processes = 0;
   int compared = 0;
-  for (const std::string& line : Lines("chain.tsv")) {
+  for (const std::string& line : DataLines("chain.tsv")) {
     if (line.starts_with("# new process")) {
       if (++processes > 2 && kSlowBuild) break;
       ASSERT_TRUE(FreshProcess());
@@ -96,4 +99,4 @@ TEST_F(Reference, SearchesOneAfterTheOtherAreEqual) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

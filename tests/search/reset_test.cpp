@@ -10,7 +10,9 @@
 #include "search/history.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -77,4 +79,4 @@ TEST_F(Reset, LeavesStyleAndSettingsAlone) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -8,11 +8,11 @@
 #include "pv/line.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
-
-constexpr Move kE2E4 = MoveWord(Pawn, 52, 36);
 
 // A line of `count` different moves from index `first` on, 0 before it.
 std::vector<Move> LineOf(int first, int count) {
@@ -172,4 +172,4 @@ TEST_F(Result, RootKeepsItsLineEvenAboveBetaAndQueuesACopyOfEach) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -14,7 +14,9 @@
 #include "search/history.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -418,4 +420,4 @@ TEST_F(RootSearch, GameOf400MovesIsSearched) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

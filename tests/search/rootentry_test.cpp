@@ -12,7 +12,9 @@
 #include "search/history.h"
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -261,4 +263,4 @@ TEST_F(RootEntry, DroppedLinesDoNotReachTheTree) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

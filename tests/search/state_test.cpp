@@ -4,7 +4,9 @@
 
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -36,4 +38,4 @@ TEST_F(SearchState, ReasonsHaveTheirCodes) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

@@ -6,11 +6,12 @@
 
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
-constexpr Move kE2E4 = MoveWord(Pawn, 52, 36);
 constexpr Move kE7E5 = MoveWord(Pawn, 12, 28);
 
 std::string StatusOf(int depth, int score, int elapsed, std::uint64_t nodes,
@@ -148,4 +149,4 @@ TEST_F(Status, DumpOfAnEmptyListIsAnEmptyLine) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

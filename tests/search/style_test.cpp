@@ -4,7 +4,9 @@
 
 #include "tests/support/search_support.h"
 
-namespace tarvyle::tests {
+namespace tarvyle {
+
+using namespace support;
 
 namespace {
 
@@ -45,4 +47,4 @@ TEST_F(PlayStyle, StaysWhenTheNameIsUnknown) {
 
 }  // namespace
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle

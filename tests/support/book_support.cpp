@@ -1,12 +1,13 @@
 #include "tests/support/book_support.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <map>
 #include <sstream>
 
+#include "book/epd.h"
 #include "book/learn.h"
 #include "position/game.h"
 #include "position/legal.h"
@@ -15,8 +16,6 @@
 #include "tests/support/eval_support.h"
 
 namespace tarvyle::support {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -44,27 +43,6 @@ std::string WithoutLink(std::string record) { return record.replace(8, 4, 4, '\0
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder() {
-  std::string name = (fs::temp_directory_path() / "learn-book-XXXXXX").string();
-  EXPECT_NE(mkdtemp(name.data()), nullptr);
-  folder_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() { fs::remove_all(folder_); }
-
-std::string TemporaryFolder::Write(const std::string& name, std::string_view bytes) const {
-  std::ofstream file(folder_ / name, std::ios::binary);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  EXPECT_TRUE(file.flush().good());
-  return Path(name);
-}
-
-std::string TemporaryFolder::Read(const std::string& name) const {
-  std::ostringstream bytes;
-  bytes << std::ifstream(folder_ / name, std::ios::binary).rdbuf();
-  return bytes.str();
-}
-
 void StartAfresh() {
   LearnReset();
   ClearRepetitions();
@@ -79,6 +57,13 @@ void Play(std::string_view moves) {
     ASSERT_TRUE(StrToMove(text, move)) << text;
     ASSERT_TRUE(InsertMoveInGame(move, 0)) << text;
   }
+}
+
+std::string Epd() {
+  char text[kEpdSize];
+  std::memset(text, 'x', sizeof text);
+  MakeEpd(text);
+  return text;
 }
 
 std::string RecordBytes(const RecordFields& fields) {

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,42 +10,14 @@
 
 namespace tarvyle::support {
 
-// A folder of its own for each test, gone afterwards.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
-  // Writes a file and returns its path.
-  std::string Write(const std::string& name, std::string_view bytes) const;
-  std::string Read(const std::string& name) const;
-
- private:
-  std::filesystem::path folder_;
-};
-
-// What the standard streams got while `procedure` ran.
-struct Printed {
-  std::string out;
-  std::string err;
-};
-template <typename Procedure>
-Printed WhilePrinting(Procedure procedure) {
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
-  procedure();
-  std::string err = testing::internal::GetCapturedStderr();
-  return {testing::internal::GetCapturedStdout(), err};
-}
-
 // The start position, an empty learn table and zeroed repetition counters.
 void StartAfresh();
 
 // Plays moves, separated by blanks, into the game.
 void Play(std::string_view moves);
+
+// The text of the current position by MakeEpd, whose buffer held something else before.
+std::string Epd();
 
 // A record of the learn file, field by field.
 struct RecordFields {

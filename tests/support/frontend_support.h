@@ -27,11 +27,13 @@
 #include "search/root.h"
 #include "search/state.h"
 #include "search/status.h"
+#include "tests/support/captured.h"
+#include "tests/support/files.h"
 
 // What the tests of the front end share: a folder of their own, what the program says, and a state
 // like that of a fresh process.
 
-namespace tarvyle::tests {
+namespace tarvyle::support {
 
 inline constexpr const char* kStartText = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk";
 inline constexpr const char* kAfterE4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b QKqk";
@@ -41,29 +43,6 @@ inline constexpr const char* kKnightMoves[] = {"b1c3", "b8c6", "c3b1", "c6b8"};
 
 // The announcement of a position.
 inline std::string Position(const std::string& text) { return "position " + text + "\n"; }
-
-// What something wrote.
-struct Said {
-  std::string out;
-  std::string err;
-};
-
-// Runs something and keeps what it writes.
-inline Said Listen(const std::function<void()>& action) {
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
-  action();
-  return {testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
-}
-
-inline void WriteFile(const std::string& path, const std::string& content) {
-  std::ofstream(path, std::ios::binary) << content;
-}
-
-inline std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // Runs something with a limit on the size of written files, the signal ignored as in the program.
 template <typename Action>
@@ -93,9 +72,7 @@ class FrontEndTest : public testing::Test {
   }
 
   void SetUp() override {
-    std::string pattern = testing::TempDir() + "frontend_XXXXXX";
-    folder_ = std::string(mkdtemp(pattern.data())) + "/";
-    SetProgDir(folder_.c_str());
+    SetProgDir(folder_.Name().c_str());
     ResetProcess();
     world = {[] { return 0u; }, [] { return 1u; }};
     root_hooks = {3, nullptr};
@@ -106,11 +83,10 @@ class FrontEndTest : public testing::Test {
     world = {RealMilliseconds, RealSeed};
     root_hooks = {};
     status_sink = nullptr;
-    std::filesystem::remove_all(folder_);
   }
 
   // A path in the test's folder.
-  std::string Path(const std::string& name) const { return folder_ + name; }
+  std::string Path(const std::string& name) const { return folder_.Path(name); }
 
   // Obeys lines of input, one after the other; what the program says to them.
   template <typename... Lines>
@@ -124,7 +100,7 @@ class FrontEndTest : public testing::Test {
     return StrToMove(text, move) && InsertMoveInGame(move, score);
   }
 
-  std::string folder_;
+  TemporaryFolder folder_;
 };
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle::support

@@ -42,6 +42,9 @@ struct PlainSide {
 };
 PlainSide PlainSideScore(int colour);
 
+// Bounds that no evaluation reaches, so that neither ends it early.
+inline constexpr int kFar = 1000000;
+
 int PlainEvaluate(int alpha, int beta);
 
 }  // namespace tarvyle::support

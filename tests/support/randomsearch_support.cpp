@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <sstream>
 
-namespace tarvyle::tests {
+namespace tarvyle::support {
 
 namespace {
 
@@ -101,4 +101,4 @@ std::string SearchTimeLine() {
   return "#search time " + Seconds(spent) + " ";
 }
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle::support

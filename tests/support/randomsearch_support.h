@@ -9,7 +9,7 @@
 // What the tests of the randomised root search share: a clock that runs at a speed of its own in
 // each stage, and a run with what it said.
 
-namespace tarvyle::tests {
+namespace tarvyle::support {
 
 inline constexpr int kAllowance = 1000;  // 1/100 s: the stages get 500, 900 and 100
 inline constexpr const char* kMateInOne = "6k1/5ppp/8/8/8/8/8/R6K w";
@@ -67,4 +67,4 @@ class RandomisedSearch : public SearchTest {
   RandomisedSearch() { stage_clock = {}; }
 };
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle::support

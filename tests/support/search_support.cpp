@@ -1,10 +1,9 @@
 #include "tests/support/search_support.h"
 
 #include <cstring>
-#include <fstream>
 #include <sstream>
 
-namespace tarvyle::tests {
+namespace tarvyle::support {
 
 Move Find(std::string_view text) {
   if (!LegalMoveList()) return 0;
@@ -21,7 +20,7 @@ std::vector<std::string> Words(std::string_view text) {
   return words;
 }
 
-bool SetUpRoot(std::string_view root) {
+bool SetUpGame(std::string_view root) {
   constexpr std::string_view kMoves = " moves ";
   const std::size_t at = root.find(kMoves);
   if (!InitGame(std::string(root.substr(0, at)).c_str())) return false;
@@ -50,7 +49,7 @@ std::string Nulls(int count) {
 }
 
 void GoTo(std::string_view root, std::string_view moves) {
-  ASSERT_TRUE(SetUpRoot(root)) << root;
+  ASSERT_TRUE(SetUpGame(root)) << root;
   root_side = g.side;
   InitEvaluate();
   ASSERT_TRUE(Descend(moves)) << moves;
@@ -92,24 +91,6 @@ void Forget() {
   s_depth = 50;
   root_side = ply % 2 == 0 ? g.side : g.xside;
   TimeReset();
-}
-
-std::string DataFile(std::string_view name) {
-  return std::string(TESTS_DATA_DIR) + "/" + std::string(name);
-}
-
-std::vector<std::string> Lines(std::string_view data_file) {
-  std::ifstream in(DataFile(data_file));
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
-
-std::vector<std::string> Fields(const std::string& line) {
-  std::istringstream in(line);
-  std::vector<std::string> fields;
-  for (std::string field; std::getline(in, field, '\t');) fields.push_back(field);
-  return fields;
 }
 
 void NoteIteration(int depth, int score) {
@@ -179,4 +160,4 @@ int StoredDepthAfter(Move move) {
   return depth;
 }
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle::support

@@ -28,11 +28,13 @@
 #include "search/state.h"
 #include "search/status.h"
 #include "search/style.h"
+#include "tests/support/captured.h"
+#include "tests/support/data_rows.h"
 
 // What the tests of the search share: an engine in the state of a fresh process, a clock and a seed
 // of their own, positions by text, and what was printed.
 
-namespace tarvyle::tests {
+namespace tarvyle::support {
 
 // --- positions -----------------------------------------------------------------------------------
 
@@ -49,13 +51,16 @@ inline constexpr std::string_view kFortress =
 // So many captures for both sides that no move is resolved within 4096 nodes.
 inline constexpr const char* kQueens = "qqqqkqqq/qqqqqqqq/8/8/8/8/QQQQQQQQ/QQQQKQQQ w";
 
+// A move to write down where no position is needed.
+inline constexpr Move kE2E4 = MoveWord(Pawn, 52, 36);
+
 // The move of the current position with that text, or 0. Rebuilds the list of this ply.
 Move Find(std::string_view text);
 
 std::vector<std::string> Words(std::string_view text);
 
 // Sets up "FEN" or "FEN moves m1 m2 ..."; the moves are played into the game.
-bool SetUpRoot(std::string_view root);
+bool SetUpGame(std::string_view root);
 
 // Makes moves above the root, as a search does ("0" is a null move). False at the first that is
 // none.
@@ -78,18 +83,6 @@ bool PlayKnightMoves(int count);
 
 // --- clock, seed, state --------------------------------------------------------------------------
 
-// Instrumented builds run a part of the long tests.
-#if defined(__SANITIZE_ADDRESS__) || defined(TARVYLE_CHECK_RECORD)
-inline constexpr bool kSlowBuild = true;
-#else
-inline constexpr bool kSlowBuild = false;
-#endif
-#if defined(__SANITIZE_ADDRESS__)
-inline constexpr bool kAddressSanitizer = true;
-#else
-inline constexpr bool kAddressSanitizer = false;
-#endif
-
 inline constexpr int kReferenceEntries = 0x80000;  // "hash size" 38
 inline constexpr int kNoTimeLimit = 20000000;      // 1/100 s; 95 % of it can be formed in an int
 inline constexpr int kTypedMove = 1000001;
@@ -111,22 +104,6 @@ bool FreshProcess(const std::string& book = "");
 
 // A fresh start for another search of the same node: nothing remembered, horizon far away.
 void Forget();
-
-// --- files and output ----------------------------------------------------------------------------
-
-// What `action` writes on standard output.
-template <typename Action>
-std::string Printed(Action action) {
-  ::testing::internal::CaptureStdout();
-  action();
-  return ::testing::internal::GetCapturedStdout();
-}
-
-std::string DataFile(std::string_view name);
-
-// The lines of a data file, and the fields of a line, which tabs separate.
-std::vector<std::string> Lines(std::string_view data_file);
-std::vector<std::string> Fields(const std::string& line);
 
 // --- searches ------------------------------------------------------------------------------------
 
@@ -214,4 +191,4 @@ class SearchTest : public ::testing::Test {
   }
 };
 
-}  // namespace tarvyle::tests
+}  // namespace tarvyle::support
