@@ -34,7 +34,7 @@ void NoteLeader(const SearchStatus& status) {
 
 unsigned FixedSeed() { return 1; }
 
-int Allowance(const SearchBounds& bounds) {
+int Hundredths(const SearchBounds& bounds) {
   if (bounds.seconds <= 0) return kNoTimeLimit;
   return static_cast<int>(std::min(bounds.seconds * 100, static_cast<double>(kNoTimeLimit)));
 }
@@ -44,7 +44,7 @@ BoundedResult SearchCurrent(const SearchBounds& bounds) {
   setting.world = world;
   setting.world.seed = FixedSeed;
   if (bounds.seconds <= 0) setting.world.milliseconds = [] { return 0u; };
-  setting.allowance = Allowance(bounds);
+  setting.allowance = Hundredths(bounds);
   setting.hooks = {bounds.depth};
   setting.on_line = NoteLeader;
   leader = {};

@@ -22,18 +22,18 @@ namespace tarvyle::tools {
 namespace {
 
 unsigned fixed_seed = 1;
-SearchReport* report = nullptr;  // of the search that runs
+SearchReport* running_report = nullptr;  // of the search that runs
 
-void NoteIteration(int depth, int score) {
-  report->iterations.push_back({depth, score, cnt_nodes});
+void RecordIteration(int depth, int score) {
+  running_report->iterations.push_back({depth, score, cnt_nodes});
 }
 
-void NoteLine(const SearchStatus& status) {
+void RecordLine(const SearchStatus& status) {
   std::string line = StatusLine(status.line);
   if (!line.empty()) line.pop_back();
-  report->lines.push_back(std::to_string(status.depth) + " " +
-                          std::to_string(ShownScore(status.score)) + " " +
-                          std::to_string(status.nodes) + " " + line);
+  running_report->lines.push_back(std::to_string(status.depth) + " " +
+                                  std::to_string(ShownScore(status.score)) + " " +
+                                  std::to_string(status.nodes) + " " + line);
 }
 
 bool PlayMoves(std::string_view moves) {
@@ -87,15 +87,15 @@ bool SearchWith(const SearchSetting& setting, Move& move) {
 
 SearchReport SearchToDepth(int depth, unsigned seed) {
   SearchReport result;
-  report = &result;
+  running_report = &result;
   fixed_seed = seed;
   SearchSetting setting;
   setting.world = {[] { return 0u; }, [] { return fixed_seed; }, world.should_stop};
-  setting.hooks = {depth, NoteIteration};
-  setting.on_line = NoteLine;
+  setting.hooks = {depth, RecordIteration};
+  setting.on_line = RecordLine;
   Move move = 0;
   if (SearchWith(setting, move)) result.best_move = MoveToStr(move);
-  report = nullptr;
+  running_report = nullptr;
   result.score = search_score;
   result.depth = search_depth;
   result.nodes = cnt_nodes;

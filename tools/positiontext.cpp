@@ -17,7 +17,7 @@ namespace tarvyle::tools {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kSeparators = " \t";
 
 struct PositionFields {
   std::string board;
@@ -29,7 +29,7 @@ struct PositionFields {
 // A field is missing when it does not look like one: an operation of an EPD line, or its end.
 std::string FieldOf(std::string_view& text, std::string_view alphabet) {
   std::string_view rest = text;
-  const std::string_view field = NextToken(rest, kBlanks);
+  const std::string_view field = NextToken(rest, kSeparators);
   if (field.empty() || field.find_first_not_of(alphabet) != std::string_view::npos) return "-";
   text = rest;
   return std::string(field);
@@ -37,8 +37,8 @@ std::string FieldOf(std::string_view& text, std::string_view alphabet) {
 
 PositionFields FieldsOf(std::string_view& text) {
   PositionFields fields;
-  fields.board = NextToken(text, kBlanks);
-  fields.side = NextToken(text, kBlanks);
+  fields.board = NextToken(text, kSeparators);
+  fields.side = NextToken(text, kSeparators);
   fields.castling = FieldOf(text, "KQkq-");
   fields.en_passant = FieldOf(text, "abcdefgh36-");
   return fields;
@@ -123,7 +123,7 @@ std::string EpdFields(std::string_view text) {
 
 std::string_view EpdOperations(std::string_view line) {
   (void)FieldsOf(line);
-  const std::size_t begin = line.find_first_not_of(kBlanks);
+  const std::size_t begin = line.find_first_not_of(kSeparators);
   return begin == std::string_view::npos ? std::string_view() : line.substr(begin);
 }
 

@@ -30,7 +30,7 @@ std::string ScoreText(int score) {
     std::snprintf(text, sizeof text, "-#%d", (kMateAtOnce + score + 1) / 2);
   } else {
     // Not "-0.00".
-    std::snprintf(text, sizeof text, "%+.2f", std::abs(score) < 5 ? 0.0 : score / 1000.0);
+    std::snprintf(text, sizeof text, "%+.2f", std::abs(score) < 5 ? 0.0 : score / kPawn);
   }
   return text;
 }

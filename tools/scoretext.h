@@ -6,6 +6,8 @@
 
 namespace tarvyle::tools {
 
+inline constexpr double kPawn = 1000.0;  // what a pawn scores
+
 // Whether a score is that of a mate, given or suffered.
 bool IsMateScore(int score);
 

@@ -21,18 +21,17 @@ std::string Names(SquareSet set) {
   return names;
 }
 
-struct ThreatRow {
-  const char* meaning;
-  const char* fen;
-  const char* attacked;
-  const char* hanging;
-  const char* outbid;
-  const char* weak;
-  int cost;
-};
-
 TEST(Threats, SortWhitesPiecesByTheAttacksOnThem) {
-  const ThreatRow rows[] = {
+  struct Row {
+    const char* meaning;
+    const char* fen;
+    const char* attacked;
+    const char* hanging;
+    const char* outbid;
+    const char* weak;
+    int cost;
+  };
+  const Row rows[] = {
       {"nothing attacked", "7k/8/8/8/3N4/8/8/7K w", "", "", "", "", 0},
       {"undefended", "3r3k/8/8/8/3N4/8/8/7K w", "d4", "d4", "", "", -1 - 4},
       {"undefended pawn", "3r3k/8/8/8/3P4/8/8/7K w", "d4", "d4", "", "", -1 - 4 - 1},
@@ -46,7 +45,7 @@ TEST(Threats, SortWhitesPiecesByTheAttacksOnThem) {
        -2 - 1},
       {"well defended", "3r3k/8/8/8/3N4/4P3/8/7K w", "d4", "", "", "", -1},
   };
-  for (const ThreatRow& row : rows) {
+  for (const Row& row : rows) {
     SCOPED_TRACE(row.meaning);
     support::SetUpRoot(row.fen);
     BuildAttackSets();

@@ -229,15 +229,14 @@ TEST_F(LegalTest, PromotionsOfTextCanBeMade) {
   }
 }
 
-struct RefusedRow {
-  const char* position;
-  const char* text;
-};
-
 TEST_F(LegalTest, OtherTextIsRefusedAndNothingStored) {
+  struct Row {
+    const char* position;
+    const char* text;
+  };
   const char* start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq";
   const char* castling = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq";
-  const RefusedRow rows[] = {
+  const Row rows[] = {
       {start, ""},
       {start, "e"},
       {start, "e2"},
@@ -267,7 +266,7 @@ TEST_F(LegalTest, OtherTextIsRefusedAndNothingStored) {
       {"4r2k/8/8/8/8/8/4B3/4K3 w", "e2d3"},
       {"k7/R7/8/8/8/8/8/K7 w", "a1b1"},
   };
-  for (const RefusedRow& row : rows) {
+  for (const Row& row : rows) {
     support::SetUpPosition(row.position);
     const GameRecord before = g;
     Move move = 77;

@@ -31,13 +31,12 @@ TEST(Text, TextThatNamesNoSquareIsRefused) {
   }
 }
 
-struct MoveRow {
-  Move move;
-  const char* text;
-};
-
 TEST(Text, MovesAreWrittenInCoordinates) {
-  const MoveRow rows[] = {
+  struct Row {
+    Move move;
+    const char* text;
+  };
+  const Row rows[] = {
       {0, "a8a8"},
       {MoveWord(Pawn, 52, 36), "e2e4"},
       {MoveWord(Queen, 63, 0) | kCapture, "h1a8"},
@@ -47,7 +46,7 @@ TEST(Text, MovesAreWrittenInCoordinates) {
       {kShortCastlingMove[Black], "e8g8"},
       {kLongCastlingMove[Black], "e8c8"},
   };
-  for (const MoveRow& row : rows) EXPECT_STREQ(MoveToStr(row.move), row.text);
+  for (const Row& row : rows) EXPECT_STREQ(MoveToStr(row.move), row.text);
 }
 
 TEST(Text, KnightPromotionWithCaptureOnA8FromB7IsB7a8n) {

@@ -57,23 +57,22 @@ TEST(Types, ColoursAreNumbered) {
   EXPECT_EQ(NoColour, 2);
 }
 
-struct PieceRow {
-  int piece;
-  int code;
-  int material;
-  char white;
-  char black;
-  bool slides;
-};
-
 TEST(Types, PiecesHaveCodeValueAndLetters) {
-  const PieceRow rows[] = {
+  struct Row {
+    int piece;
+    int code;
+    int material;
+    char white;
+    char black;
+    bool slides;
+  };
+  const Row rows[] = {
       {NoPiece, 0, 0, ' ', ' ', false},    {Pawn, 1, 1000, 'P', 'p', false},
       {Knight, 2, 3000, 'N', 'n', false},  {Bishop, 3, 3000, 'B', 'b', true},
       {Rook, 4, 5000, 'R', 'r', true},     {Queen, 5, 10000, 'Q', 'q', true},
       {King, 6, 1000000, 'K', 'k', false},
   };
-  for (const PieceRow& row : rows) {
+  for (const Row& row : rows) {
     EXPECT_EQ(row.piece, row.code);
     EXPECT_EQ(value[row.code], row.material) << row.code;
     EXPECT_EQ(kPieceLetters[White][row.code], row.white);

@@ -126,7 +126,7 @@ TEST_F(NodeDepth, LateChecksAndPawnsOnTheSeventhRowAreNotReduced) {
 bool seen_null = false;
 bool seen_reduction = false;
 
-std::uint32_t WatchingClock() {
+std::uint32_t NoteFlags() {
   seen_null = seen_null || doNull == 1;
   seen_reduction = seen_reduction || doReduction == 1;
   return 0;
@@ -144,7 +144,7 @@ TEST_F(NodeDepth, FlagsTellWhatIsBeingSearched) {
     PLAY_STYLE = row.style;
     GoTo(kMiddleGame, "f1e1");
     search_tree_width_null_move_cut = row.null_move;
-    world.milliseconds = WatchingClock;
+    world.milliseconds = NoteFlags;
     seen_null = seen_reduction = false;
     NodeArguments arguments = Depth(6);
     arguments.null_allowed = 1;

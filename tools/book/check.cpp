@@ -12,12 +12,11 @@
 #include "tools/boundedsearch.h"
 #include "tools/failure.h"
 #include "tools/progress.h"
+#include "tools/scoretext.h"
 
 namespace tarvyle::tools {
 
 namespace {
-
-constexpr double kPawn = 1000.0;
 
 enum class Balance { kSound, kGambit, kUnsound };
 

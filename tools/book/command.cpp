@@ -31,7 +31,7 @@ void AddCheck(const Command& group) {
   command.Does([options] { CheckBook(*options); });
 }
 
-void AddStats(const Command& group) {
+void AddBookStats(const Command& group) {
   const Command command =
       group.AddCommand("stats", "Counts lines, positions, transpositions and openings",
                        "tarv book stats --openings tarvyle.bk");
@@ -62,7 +62,7 @@ void AddBook(const Command& program) {
   const Command group = program.AddGroup("book", "Checks, measures and makes opening books",
                                          "tarv book check tarvyle.bk");
   AddCheck(group);
-  AddStats(group);
+  AddBookStats(group);
   AddFromPgn(group);
 }
 

@@ -81,14 +81,14 @@ std::string Unquoted(std::string_view text) {
   return plain;
 }
 
-struct Tags {
+struct KeptTags {
   std::string eco;
   std::string opening;
   std::string variation;
 };
 
 // A line [Name "text"].
-void TakeTag(std::string_view line, Tags& tags) {
+void TakeTag(std::string_view line, KeptTags& tags) {
   const std::size_t open = line.find(" \"");
   const std::size_t close = line.rfind("\"]");
   if (open == std::string_view::npos || close == std::string_view::npos || close < open + 2) return;
@@ -100,7 +100,7 @@ void TakeTag(std::string_view line, Tags& tags) {
   if (name == "Variation") tags.variation = text;
 }
 
-PgnGame GameOf(const Tags& tags, std::string_view moves) {
+PgnGame GameOf(const KeptTags& tags, std::string_view moves) {
   PgnGame game;
   if (IsEcoCode(tags.eco)) game.eco = tags.eco;
   game.opening = tags.opening;
@@ -125,7 +125,7 @@ std::vector<PgnGame> ExtractGames(const std::vector<std::string>& files) {
   }
   std::istringstream output(OutputOf(program, arguments));
   std::vector<PgnGame> games;
-  Tags tags;
+  KeptTags tags;
   for (std::string line; std::getline(output, line);) {
     if (line.starts_with('[')) {
       TakeTag(line, tags);

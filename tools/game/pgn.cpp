@@ -22,7 +22,7 @@ std::string Tag(const std::string& name, const std::string& text) {
   return "[" + name + " \"" + quoted + "\"]\n";
 }
 
-std::string Tags(const SavedGame& game) {
+std::string TagLines(const SavedGame& game) {
   std::string tags = Tag("Event", "Saved game") + Tag("Site", "?") + Tag("Date", game.date) +
                      Tag("Round", "-") + Tag("White", game.white) + Tag("Black", game.black) +
                      Tag("Result", game.result);
@@ -60,7 +60,7 @@ std::string EvalText(int score) {
 }
 
 std::string GameAsPgn(const SavedGame& game) {
-  std::string text = Tags(game) + "\n";
+  std::string text = TagLines(game) + "\n";
   std::size_t column = 0;
   for (const std::string& word : Words(game)) {
     if (column > 0 && column + 1 + word.size() > kLineWidth) {

@@ -15,7 +15,6 @@ namespace tarvyle::tools {
 
 namespace {
 
-constexpr double kPawn = 1000.0;
 constexpr double kShownMate = 99;  // pawns that stand for a mate in the graph
 
 std::string HtmlText(const std::string& text) {
@@ -36,7 +35,7 @@ double GraphValue(int score) {
   return score > 0 ? kShownMate : -kShownMate;
 }
 
-std::string PositionFields(const GamePosition& position) {
+std::string PositionJson(const GamePosition& position) {
   return "\"board\": " + JsonText(position.board) +
          ", \"check\": " + (position.check ? "true" : "false");
 }
@@ -51,7 +50,7 @@ std::string MoveObject(const GameMove& move) {
     text += "\"score\": " + std::to_string(GraphValue(*move.score)) +
             ", \"scoreText\": " + JsonText(ScoreText(*move.score)) + ", ";
   }
-  return text + PositionFields(move.after) + "}";
+  return text + PositionJson(move.after) + "}";
 }
 
 std::string GameObject(const SavedGame& game) {
@@ -59,7 +58,7 @@ std::string GameObject(const SavedGame& game) {
       "{\"white\": " + JsonText(game.white) + ", \"black\": " + JsonText(game.black) +
       ", \"date\": " + JsonText(game.date) + ", \"result\": " + JsonText(game.result) +
       ", \"reason\": " + JsonText(game.reason) + ", \"pgn\": " + JsonText(GameAsPgn(game)) +
-      ", \"start\": {" + PositionFields(game.start) + "}, \"takenBack\": [";
+      ", \"start\": {" + PositionJson(game.start) + "}, \"takenBack\": [";
   for (std::size_t i = 0; i < game.taken_back.size(); ++i) {
     text += (i > 0 ? ", " : "") + JsonText(game.taken_back[i]);
   }

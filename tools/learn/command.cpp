@@ -18,7 +18,7 @@ void NeedFiles(const Command& command, std::vector<std::string>& files) {
   command.Add("FILE", files, "learn files").Required();
 }
 
-void AddStats(const Command& group) {
+void AddLearnStats(const Command& group) {
   const Command command = group.AddCommand("stats", "Counts records: book, learned, by depth",
                                            "tarv learn stats tarvyle.lrn");
   auto files = std::make_shared<std::vector<std::string>>();
@@ -113,7 +113,7 @@ void AddAnalyse(const Command& group) {
 void AddLearn(const Command& program) {
   const Command group = program.AddGroup("learn", "Looks into learn files and brings them together",
                                          "tarv learn stats tarvyle.lrn");
-  AddStats(group);
+  AddLearnStats(group);
   AddList(group);
   AddVerify(group);
   AddMerge(group);

@@ -48,7 +48,7 @@ struct Statistics {
   void Count(const LearnRecord& record);
 };
 
-std::string Row(const char* name, std::size_t count) {
+std::string CountRow(const char* name, std::size_t count) {
   char text[96];
   std::snprintf(text, sizeof text, "  %-28s %10zu\n", name, count);
   return text;
@@ -104,11 +104,12 @@ void Statistics::Count(const LearnRecord& record) {
 
 std::string StatisticsText(const std::string& title, const Statistics& statistics) {
   std::string text =
-      title + "\n" + Row("records", statistics.records) + Row("bytes", statistics.bytes) +
-      Row("of the book", statistics.book) + Row("learned", statistics.learned) +
-      Row("of the book and learned", statistics.both) +
-      Row("learned with a mate", statistics.mates) + Row("White to move", statistics.white) +
-      Row("Black to move", statistics.records - statistics.white);
+      title + "\n" + CountRow("records", statistics.records) + CountRow("bytes", statistics.bytes) +
+      CountRow("of the book", statistics.book) + CountRow("learned", statistics.learned) +
+      CountRow("of the book and learned", statistics.both) +
+      CountRow("learned with a mate", statistics.mates) +
+      CountRow("White to move", statistics.white) +
+      CountRow("Black to move", statistics.records - statistics.white);
   const auto& by_depth = statistics.by_depth;
   const std::size_t most =
       by_depth.empty() ? 1 : *std::max_element(by_depth.begin(), by_depth.end());
@@ -118,9 +119,9 @@ std::string StatisticsText(const std::string& title, const Statistics& statistic
   return text;
 }
 
-using RowOf = std::string (*)(const LearnRecord&);
+using RecordWriter = std::string (*)(const LearnRecord&);
 
-RowOf RowOfFormat(const std::string& format) {
+RecordWriter WriterNamed(const std::string& format) {
   if (format == "csv") return RecordAsCsv;
   return format == "json" ? RecordAsJson : RecordAsEpd;
 }
@@ -128,7 +129,7 @@ RowOf RowOfFormat(const std::string& format) {
 }  // namespace
 
 void ListRecords(const ListOptions& options) {
-  const RowOf row = RowOfFormat(options.format);
+  const RecordWriter row = WriterNamed(options.format);
   std::string rows = options.format == "csv" ? kCsvHead : "";
   for (const std::string& file : options.files) {
     ForEachRecord(file, [&](const LearnRecord& record) {

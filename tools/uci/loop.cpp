@@ -51,24 +51,24 @@ void ObeyGo(std::string_view words) {
 // Nothing is being searched.
 void ObeyStop(std::string_view /*words*/) {}
 
-struct Row {
+struct CommandRow {
   std::string_view word;
   void (*obey)(std::string_view words);
 };
 
-constexpr std::array kRows = {
-    Row{"uci", ObeyUci},
-    Row{"isready", ObeyIsReady},
-    Row{"ucinewgame", ObeyNewGame},
-    Row{"setoption", ObeySetOption},
-    Row{"position", ObeyPosition},
-    Row{"go", ObeyGo},
-    Row{"stop", ObeyStop},
-    Row{"ponderhit", ObeyStop},
-    Row{"bench", ObeyBench},
-    Row{"perft", ObeyPerft},
-    Row{"eval", ObeyEval},
-    Row{"d", ObeyShow},
+constexpr std::array kCommandRows = {
+    CommandRow{"uci", ObeyUci},
+    CommandRow{"isready", ObeyIsReady},
+    CommandRow{"ucinewgame", ObeyNewGame},
+    CommandRow{"setoption", ObeySetOption},
+    CommandRow{"position", ObeyPosition},
+    CommandRow{"go", ObeyGo},
+    CommandRow{"stop", ObeyStop},
+    CommandRow{"ponderhit", ObeyStop},
+    CommandRow{"bench", ObeyBench},
+    CommandRow{"perft", ObeyPerft},
+    CommandRow{"eval", ObeyEval},
+    CommandRow{"d", ObeyShow},
 };
 
 // False when it was "quit".
@@ -77,9 +77,9 @@ bool Obey(std::string_view line) {
   const std::string_view word = NextWord(rest);
   if (word.empty()) return true;
   if (word == "quit") return false;
-  const auto* row =
-      std::find_if(kRows.begin(), kRows.end(), [&](const Row& r) { return r.word == word; });
-  if (row != kRows.end()) {
+  const auto* row = std::find_if(kCommandRows.begin(), kCommandRows.end(),
+                                 [&](const CommandRow& r) { return r.word == word; });
+  if (row != kCommandRows.end()) {
     row->obey(rest);
   } else {
     SayInfo("unknown command: " + std::string(word));
