@@ -15,6 +15,7 @@
 #include "eval/evaluate.h"
 #include "eval/scoretable.h"
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/legal.h"
 #include "position/makemove.h"
 #include "position/movegen.h"

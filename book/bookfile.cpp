@@ -5,11 +5,13 @@
 #include <memory>
 
 #include "book/book.h"
+#include "book/bookline.h"
 #include "book/epd.h"
 #include "book/learn.h"
 #include "book/tokenizer.h"
 #include "position/game.h"
 #include "position/legal.h"
+#include "position/pieces.h"
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/types.h"
@@ -17,13 +19,6 @@
 namespace tarvyle {
 
 namespace {
-
-constexpr int kLineSize = 65535;  // 65534 characters and the zero
-
-bool IsOpeningLine(const char* line) {
-  line += std::strspn(line, " ");
-  return *line != '\0' && *line != '\n' && *line != '#';
-}
 
 // A node with the same key but another text does not stop a second one from being entered.
 void EnterPosition() {
@@ -35,7 +30,7 @@ void EnterPosition() {
 
 void ReadLine(char* line, int number) {
   Tokenizer tokens;
-  InitToken(tokens, line, " !?#,;\r\n");
+  InitToken(tokens, line, kBetweenBookMoves);
   while (const char* token = GetToken(tokens)) {
     Move move = 0;
     if (!StrToMove(token, move) || !InsertMoveInGame(move, 0)) {
@@ -54,9 +49,9 @@ bool ReadLibFile(const char* path) {
   const auto game = std::make_unique<GameRecord>(g);
   InitNewGame();
   const auto start = std::make_unique<GameRecord>(g);
-  const auto line = std::make_unique<char[]>(kLineSize);
+  const auto line = std::make_unique<char[]>(kBookLineSize);
   int number = 0;
-  while (std::fgets(line.get(), kLineSize, file) != nullptr) {
+  while (std::fgets(line.get(), kBookLineSize, file) != nullptr) {
     if (!IsOpeningLine(line.get())) continue;
     SetRecord(*start);
     ReadLine(line.get(), ++number);

@@ -34,6 +34,15 @@ LearnNode* NewNode(const char* text, std::int16_t kind) {
   return node;
 }
 
+// Notes the keys of all nodes.
+void NoteAll() {
+  for (const LearnNode* head : learn) {
+    for (const LearnNode* node = head; node != nullptr; node = node->next) {
+      NoteLearned(node->key_lo, node->key_hi);
+    }
+  }
+}
+
 bool SameKey(const LearnNode& node, int side, std::uint32_t key_lo, std::uint32_t key_hi) {
   return node.key_lo == key_lo && node.key_hi == key_hi && node.side == side;
 }
@@ -86,6 +95,7 @@ LearnNode* NewLNode(const char* text) {
 
 void LinkLearnNode(LearnNode* node) {
   if (node == nullptr) return;
+  if (LearnFilterIsFull() && WidenLearnFilter()) NoteAll();
   LearnNode*& head = LearnBucket(node->key_lo);
   node->next = head;
   head = node;

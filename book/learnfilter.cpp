@@ -4,8 +4,6 @@
 #include <new>
 #include <vector>
 
-#include "book/learn.h"
-
 namespace tarvyle {
 
 namespace {
@@ -30,22 +28,6 @@ std::uint64_t BitsOf(std::uint32_t key_hi) {
   return bit(8) | bit(14) | bit(20) | bit(26);
 }
 
-// Without memory the field stays as it is: then it says "may be" more often.
-void Grow() {
-  std::vector<std::uint64_t> wider;
-  try {
-    wider.assign(words.size() * kGrowth, 0);
-  } catch (const std::bad_alloc&) {
-    return;
-  }
-  words.swap(wider);
-  for (const LearnNode* head : learn) {
-    for (const LearnNode* node = head; node != nullptr; node = node->next) {
-      WordOf(node->key_lo, node->key_hi) |= BitsOf(node->key_hi);
-    }
-  }
-}
-
 }  // namespace
 
 bool MayBeLearned(std::uint32_t key_lo, std::uint32_t key_hi) {
@@ -58,8 +40,21 @@ void PrefetchLearned(std::uint32_t key_lo, std::uint32_t key_hi) {
 }
 
 void NoteLearned(std::uint32_t key_lo, std::uint32_t key_hi) {
-  if (++keys > words.size() * kKeysPerWord) Grow();
   WordOf(key_lo, key_hi) |= BitsOf(key_hi);
+  ++keys;
+}
+
+bool LearnFilterIsFull() { return keys >= words.size() * kKeysPerWord; }
+
+bool WidenLearnFilter() {
+  try {
+    std::vector<std::uint64_t> wider(words.size() * kGrowth, 0);
+    words.swap(wider);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  keys = 0;
+  return true;
 }
 
 void ClearLearnFilter() {

@@ -14,6 +14,13 @@ void PrefetchLearned(std::uint32_t key_lo, std::uint32_t key_hi);
 // Notes a key that comes into the table.
 void NoteLearned(std::uint32_t key_lo, std::uint32_t key_hi);
 
+// Whether the field holds as many keys as it should: with more it says "may be" more often.
+bool LearnFilterIsFull();
+
+// Takes a wider field, without any key: all are to be noted anew. False without memory: the field
+// stays as it is, with its keys.
+bool WidenLearnFilter();
+
 // Forgets all keys.
 void ClearLearnFilter();
 

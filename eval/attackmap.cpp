@@ -5,6 +5,7 @@
 
 #include "eval/attacksets.h"
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/record.h"
 
 namespace tarvyle {

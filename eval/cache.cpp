@@ -1,6 +1,6 @@
 #include "eval/cache.h"
 
-#include "position/attack.h"
+#include "position/directions.h"
 #include "position/piecesets.h"
 #include "position/record.h"
 #include "position/types.h"

@@ -2,8 +2,8 @@
 
 #include "eval/attacksets.h"
 #include "eval/phase.h"
-#include "position/attack.h"
 #include "position/castling.h"
+#include "position/directions.h"
 #include "position/piecesets.h"
 #include "position/reach.h"
 #include "position/record.h"

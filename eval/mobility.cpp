@@ -3,7 +3,7 @@
 #include "eval/attackmap.h"
 #include "eval/attacksets.h"
 #include "eval/tables.h"
-#include "position/attack.h"
+#include "position/directions.h"
 #include "position/piecesets.h"
 #include "position/reach.h"
 #include "position/record.h"

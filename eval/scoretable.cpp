@@ -6,7 +6,7 @@
 #include "eval/cache.h"
 #include "eval/phase.h"
 #include "eval/tables.h"
-#include "position/attack.h"
+#include "position/directions.h"
 #include "position/record.h"
 
 namespace tarvyle {

@@ -10,6 +10,7 @@
 #include "eval/scoretable.h"
 #include "frontend/startup.h"
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"

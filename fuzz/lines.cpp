@@ -17,6 +17,7 @@
 #include "fuzz/engine.h"
 #include "position/legal.h"
 #include "position/record.h"
+#include "position/soundness.h"
 #include "position/types.h"
 #include "search/root.h"
 

@@ -1,16 +1,12 @@
 #include "position/attack.h"
 
 #include "position/castling.h"
+#include "position/directions.h"
 #include "position/piecesets.h"
 #include "position/reach.h"
 #include "position/record.h"
 
 namespace tarvyle {
-
-const int dir_white[16] = {-16, -1, 16, 1, -17, -15, 17, 15, -33, 33, -31, 31, -18, 18, -14, 14};
-const int dir_black[16] = {1, 16, -1, -16, 15, 17, -15, -17, 14, -14, 18, -18, 31, -31, 33, -33};
-
-const int* dir = dir_white;
 
 std::uint32_t atk[256];
 int dir_atk[256];
@@ -48,8 +44,6 @@ SquareSet Steppers(Square square, int colour) {
 }
 
 }  // namespace
-
-void set_dir(int colour) { dir = colour != White ? dir_black : dir_white; }
 
 void InitAtk() {
   InitReach();

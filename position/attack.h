@@ -5,23 +5,9 @@
 #include "position/sets.h"
 #include "position/types.h"
 
-// Directions, attack tables, and the questions about attacked squares.
+// Attack tables, and the questions about attacked squares.
 
 namespace tarvyle {
-
-// The sixteen steps on the 16-wide board: 0-3 orthogonal, 4-7 diagonal, 8-15 knight jumps. The two
-// tables hold the same steps in different order, which decides the order of generated moves.
-extern const int dir_white[16];
-extern const int dir_black[16];
-
-// The direction table in use. Hidden input of GenerateCaptures (order of moves) and of king safety
-// (ninth square of the king ring): whoever called Generate or set_dir last has chosen it.
-extern const int* dir;
-
-// Directions of each piece code: indexes d_start..d_stop into a direction table. Pawns and code 0
-// have none.
-inline constexpr int d_start[7] = {-1000, -1000, 8, 4, 0, 0, 0};
-inline constexpr int d_stop[7] = {1000, 1000, 15, 7, 3, 7, 7};
 
 // By attacker - target + 119 in 16-wide form. `atk`: bit p is set when a piece of code p on the
 // attacker's square reaches the target on an empty board (bit 1: all four diagonal neighbours).
@@ -32,9 +18,6 @@ extern int dir_atk[256];
 constexpr int AttackIndex(Square attacker, Square target) {
   return ToWide(attacker) - ToWide(target) + 119;
 }
-
-// Selects the direction table of a colour: `dir_black` if `colour` is not 0.
-void set_dir(int colour);
 
 // Fills `atk` and `dir_atk`, the tables of reach.h, and `slot_rnd`; called once at start-up.
 void InitAtk();

@@ -6,7 +6,9 @@
 
 #include "position/makemove.h"
 #include "position/movegen.h"
+#include "position/pieces.h"
 #include "position/record.h"
+#include "position/soundness.h"
 #include "position/types.h"
 
 namespace tarvyle {

@@ -6,6 +6,7 @@
 #include "position/pieces.h"
 #include "position/piecesets.h"
 #include "position/record.h"
+#include "position/soundness.h"
 
 namespace tarvyle {
 

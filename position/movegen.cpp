@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <initializer_list>
 
-#include "position/attack.h"
 #include "position/castling.h"
+#include "position/directions.h"
 #include "position/movestack.h"
 #include "position/piecesets.h"
 #include "position/reach.h"

@@ -12,10 +12,10 @@ inline constexpr int kTreeSize = (kMaxPly + 1) * kMaxListMoves;
 
 // The list of ply p is tree[treeCnt[p]] up to, not including, tree[treeCnt[p + 1]]; a generator for
 // ply p sets treeCnt[p + 1]. treeCnt[0] is 0 but while root moves are set aside.
-extern Move tree[kTreeSize];
-extern int treeCnt[kMaxPly + 2];
+inline Move tree[kTreeSize];
+inline int treeCnt[kMaxPly + 2];
 
 // Ordering value of each entry of `tree`; written by whoever orders a list.
-extern int sort_val[kTreeSize];
+inline int sort_val[kTreeSize];
 
 }  // namespace tarvyle

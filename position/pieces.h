@@ -9,8 +9,8 @@
 #include "position/sets.h"
 #include "position/types.h"
 
-// The helpers that do all the bookkeeping of the position: lift, place and move one piece.
-// Whatever is kept incrementally is updated here and nowhere else.
+// The helpers that do all the bookkeeping of the position: lift, place and move one piece, and set
+// a whole record. Whatever is kept incrementally is updated here and nowhere else.
 
 namespace tarvyle {
 
@@ -122,5 +122,18 @@ inline bool MovePiece(int piece, int colour, Square from, Square to) {
   RecountMoved(piece, colour, from, to, slot);
   return true;
 }
+
+// Makes `record` the game, as it stands.
+void SetRecord(const GameRecord& record);
+
+// Makes `g` the empty record: no piece, White to move, Black's slots starting at 16.
+void ClearRecord();
+
+// Puts a piece on an empty square into a free slot, with all counters and keys. Aborts when the
+// square or the slot is taken.
+void InsertPiece(int piece, int colour, Square square, int slot);
+
+// Undoes exactly that. Aborts when piece, colour, square and slot do not agree with the board.
+void RemovePiece(int piece, int colour, Square square, int slot);
 
 }  // namespace tarvyle

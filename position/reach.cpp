@@ -2,7 +2,7 @@
 
 #include <bit>
 
-#include "position/attack.h"
+#include "position/directions.h"
 
 namespace tarvyle {
 

@@ -129,22 +129,4 @@ extern std::uint32_t repetition_set[kRepetitionMask + 1];
 // Zeroes the repetition counters; for tests and tools only.
 void ClearRepetitions();
 
-// Makes `record` the game, as it stands.
-void SetRecord(const GameRecord& record);
-
-// Makes `g` the empty record: no piece, White to move, Black's slots starting at 16.
-void ClearRecord();
-
-// Puts a piece on an empty square into a free slot, with all counters and keys. Aborts when the
-// square or the slot is taken.
-void InsertPiece(int piece, int colour, Square square, int slot);
-
-// Undoes exactly that. Aborts when piece, colour, square and slot do not agree with the board.
-void RemovePiece(int piece, int colour, Square square, int slot);
-
-// Whether board, piece lists, counters and keys of `record` agree, every index lies inside its
-// table and each colour has exactly one king. Says nothing of the moves of the game.
-// (soundness.cpp)
-bool RecordIsSound(const GameRecord& record);
-
 }  // namespace tarvyle

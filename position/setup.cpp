@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/token.h"
+#include "position/pieces.h"
 #include "position/record.h"
 #include "position/text.h"
 #include "position/types.h"

@@ -1,16 +1,17 @@
-// Recomputes everything that the game record keeps incrementally and compares.
+#include "position/soundness.h"
 
 #include <cstdint>
 #include <cstring>
 
 #include "position/hashkey.h"
 #include "position/pieces.h"
-#include "position/record.h"
 #include "position/types.h"
 
 namespace tarvyle {
 
 namespace {
+
+// Everything that the game record keeps incrementally is recomputed and compared.
 
 // Counters and keys that follow from a board alone.
 struct Tally {

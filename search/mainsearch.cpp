@@ -124,10 +124,7 @@ int main_search(int alpha, int beta, int depth, int in_check, Move* line, int /*
   if (in_check == 0 && ply >= 1 && SettledByGeneration(score)) return score;
 
   // Step 4. The moves.
-  MovePicker picker{};
-  picker.on_pv = on_pv != 0;
-  picker.tt_move = tt_move;
-  picker.first_move = first_move;
+  MovePicker picker{.on_pv = on_pv != 0, .tt_move = tt_move, .first_move = first_move};
   Move child_line[kLineSize];
   Move best = 0;
   int count = 0;

@@ -144,10 +144,7 @@ int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_prob
   }
 
   // Step 6. The moves.
-  MovePicker picker{};
-  picker.on_pv = on_pv != 0;
-  picker.tt_move = tt_move;
-  picker.first_move = first_move;
+  MovePicker picker{.on_pv = on_pv != 0, .tt_move = tt_move, .first_move = first_move};
   Move child_line[kLineSize];
   Move best = 0;
   int count = 0;

@@ -7,21 +7,21 @@
 
 namespace tarvyle {
 
-// State of a node's staged move picker. Zeroed before the first call of NextMove, but for on_pv,
-// tt_move and first_move.
+// State of a node's staged move picker. A node sets on_pv, tt_move and first_move before the first
+// call of NextMove.
 struct MovePicker {
-  int stage;       // 0..7, see NextMove
-  int next;        // index in `tree` of the next candidate
-  int end;         // end of the current segment
-  bool presorted;  // the capture segment was sorted whole
-  bool from_pv;    // the returned move came from first_move or the PV tree
-  bool on_pv;      // the node lies on a stored principal variation
-  Move tt_move;    // from the transposition table
-  Move line_move;  // of the root's line at this ply; nothing reads it
-  Move killer_move;
-  Move pv_killer_move;
-  const PvNode* pv_children;  // continuations not yet offered
-  Move first_move;            // to try first, 0 for none
+  int stage = 0;           // 0..7, see NextMove
+  int next = 0;            // index in `tree` of the next candidate
+  int end = 0;             // end of the current segment
+  bool presorted = false;  // the capture segment was sorted whole
+  bool from_pv = false;    // the returned move came from first_move or the PV tree
+  bool on_pv = false;      // the node lies on a stored principal variation
+  Move tt_move = 0;        // from the transposition table
+  Move line_move = 0;      // of the root's line at this ply; nothing reads it
+  Move killer_move = 0;
+  Move pv_killer_move = 0;
+  const PvNode* pv_children = nullptr;  // continuations not yet offered
+  Move first_move = 0;                  // to try first, 0 for none
 };
 
 // Writes the next move to `move`, or returns false when none is left. Works in place on the ply's

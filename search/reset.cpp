@@ -4,7 +4,7 @@
 #include <initializer_list>
 
 #include "book/learn.h"
-#include "position/attack.h"
+#include "position/directions.h"
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"

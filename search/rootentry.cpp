@@ -8,7 +8,7 @@
 #include "book/book.h"
 #include "book/learn.h"
 #include "eval/scoretable.h"
-#include "position/attack.h"
+#include "position/directions.h"
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"

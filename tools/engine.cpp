@@ -7,6 +7,7 @@
 #include "eval/evaluate.h"
 #include "eval/scoretable.h"
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/record.h"

@@ -20,6 +20,7 @@
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "position/soundness.h"
 #include "position/types.h"
 
 namespace {

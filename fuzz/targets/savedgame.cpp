@@ -21,6 +21,7 @@
 #include "position/legal.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "position/soundness.h"
 #include "position/types.h"
 
 namespace {

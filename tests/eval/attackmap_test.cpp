@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/record.h"
 #include "position/text.h"
 #include "tests/support/eval_support.h"

@@ -7,6 +7,7 @@
 
 #include "eval/scoretable.h"
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/record.h"
 #include "position/types.h"
 #include "tests/support/eval_support.h"

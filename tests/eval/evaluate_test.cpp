@@ -9,6 +9,7 @@
 #include "eval/cache.h"
 #include "eval/scoretable.h"
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/record.h"
 #include "tests/support/data_rows.h"
 #include "tests/support/eval_support.h"

@@ -7,6 +7,7 @@
 
 #include "eval/attackmap.h"
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/record.h"

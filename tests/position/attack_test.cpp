@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 
+#include "position/directions.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

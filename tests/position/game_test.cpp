@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "position/makemove.h"
+#include "position/soundness.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "position/soundness.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "position/directions.h"
 #include "position/makemove.h"
+#include "position/soundness.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "position/makemove.h"
+#include "position/pieces.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

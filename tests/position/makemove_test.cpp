@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "position/soundness.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

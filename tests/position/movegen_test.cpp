@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string>
 
+#include "position/directions.h"
 #include "position/makemove.h"
 #include "tests/support/position_support.h"
 

@@ -9,6 +9,7 @@
 
 #include "position/image.h"
 #include "position/makemove.h"
+#include "position/soundness.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

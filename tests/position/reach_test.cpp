@@ -5,6 +5,7 @@
 #include <random>
 
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/sets.h"
 #include "position/types.h"
 #include "tests/support/position_support.h"

@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 
+#include "position/pieces.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "position/soundness.h"
 #include "tests/support/captured.h"
 #include "tests/support/position_support.h"
 

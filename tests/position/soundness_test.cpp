@@ -3,7 +3,9 @@
 #include <memory>
 #include <vector>
 
+#include "position/pieces.h"
 #include "position/record.h"
+#include "position/soundness.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

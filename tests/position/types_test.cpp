@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "position/attack.h"
+#include "position/directions.h"
 
 namespace tarvyle {
 namespace {

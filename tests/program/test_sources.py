@@ -1,5 +1,6 @@
-"""Scripts of the tree under the linters of their languages."""
+"""The sources as such: scripts under the linters of their languages, includes without a circle."""
 
+import graphlib
 import os
 import pathlib
 import re
@@ -48,3 +49,16 @@ def test_python_lines_fit():
     scripts = [path for path in files() if path.suffix == ".py"]
     assert [f"{path}:{number}" for path in scripts
             for number, line in enumerate((PROJECT / path).read_text().splitlines(), 1) if len(line) > 120] == []
+
+
+def test_no_files_include_each_other():
+    # A header and the source of its name are one.
+    needs: dict[str, set[str]] = {}
+    for path in files():
+        if path.suffix in (".h", ".cpp"):
+            included = re.findall(r'^#include "(.+)\.h"$', (PROJECT / path).read_text(), re.MULTILINE)
+            needs.setdefault(str(path.with_suffix("")), set()).update(included)
+    for one, others in needs.items():
+        others.discard(one)
+    assert len(needs) > 200
+    list(graphlib.TopologicalSorter(needs).static_order())  # raises CycleError, which names them

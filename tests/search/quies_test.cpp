@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "eval/evaluate.h"
+#include "position/directions.h"
 #include "position/movegen.h"
 #include "search/order.h"
 #include "tests/support/data_rows.h"

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <numeric>
 
+#include "position/directions.h"
 #include "pv/tree.h"
 #include "search/history.h"
 #include "tests/support/search_support.h"

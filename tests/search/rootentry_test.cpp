@@ -7,6 +7,7 @@
 #include <cstring>
 #include <set>
 
+#include "position/directions.h"
 #include "pv/line.h"
 #include "pv/tree.h"
 #include "search/history.h"

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/makemove.h"
 #include "position/movegen.h"
 #include "position/movestack.h"

@@ -10,6 +10,7 @@
 
 #include "eval/scoretable.h"
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/record.h"
 
 namespace tarvyle::support {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "position/attack.h"
+#include "position/directions.h"
 #include "position/game.h"
 #include "position/hashkey.h"
 #include "position/legal.h"

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "base/token.h"
+#include "book/bookline.h"
 #include "book/tokenizer.h"
 #include "position/game.h"
 #include "position/legal.h"
@@ -23,14 +24,7 @@ namespace tarvyle::tools {
 
 namespace {
 
-constexpr int kLineSize = 65535;  // the engine's reader takes so many characters for a line
-
 bool IsComment(const char* line) { return line[std::strspn(line, " ")] == '#'; }
-
-bool IsOpeningLine(const char* line) {
-  line += std::strspn(line, " ");
-  return *line != '\0' && *line != '\n' && *line != '#';
-}
 
 bool NamesGambit(const std::string& name, const std::string& colour) {
   for (const char* word : {"gambit by ", "gambits by ", "sacrifice by ", "sacrifices by "}) {
@@ -56,7 +50,7 @@ bool ReadHeading(std::string_view comment, BookHeading& heading) {
 void ReadMoves(char* text, BookLine& line, std::vector<BookError>& errors) {
   InitNewGame();
   Tokenizer tokens;
-  InitToken(tokens, text, " !?#,;\r\n");
+  InitToken(tokens, text, kBetweenBookMoves);
   while (const char* token = GetToken(tokens)) {
     Move move = 0;
     if (!StrToMove(token, move) || !InsertMoveInGame(move, 0)) {
@@ -94,10 +88,10 @@ BookFile ReadBookFile(const std::string& path) {
   const bool plain = stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
   const std::unique_ptr<std::FILE, CloseFile> file(plain ? std::fopen(path.c_str(), "r") : nullptr);
   if (!file) throw std::runtime_error("cannot read " + path);
-  const auto text = std::make_unique<char[]>(kLineSize);
+  const auto text = std::make_unique<char[]>(kBookLineSize);
   BookFile book;
   std::size_t file_line = 1;
-  while (std::fgets(text.get(), kLineSize, file.get()) != nullptr) {
+  while (std::fgets(text.get(), kBookLineSize, file.get()) != nullptr) {
     const bool ended = std::strchr(text.get(), '\n') != nullptr;
     TakeLine(text.get(), file_line, book);
     if (ended) ++file_line;

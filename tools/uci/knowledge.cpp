@@ -15,8 +15,8 @@
 #include "book/learnfile.h"
 #include "tools/files.h"
 #include "tools/learntable.h"
-#include "tools/uci/options.h"
 #include "tools/uci/output.h"
+#include "tools/uci/settings.h"
 
 namespace tarvyle::tools {
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
+#include <string>
 
 #include "base/property.h"
 #include "search/hash.h"
@@ -15,11 +16,10 @@
 #include "tools/numbers.h"
 #include "tools/uci/knowledge.h"
 #include "tools/uci/output.h"
+#include "tools/uci/settings.h"
 #include "tools/uci/words.h"
 
 namespace tarvyle::tools {
-
-Settings settings;
 
 namespace {
 

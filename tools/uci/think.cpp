@@ -22,9 +22,9 @@
 #include "tools/uci/infolines.h"
 #include "tools/uci/input.h"
 #include "tools/uci/knowledge.h"
-#include "tools/uci/options.h"
 #include "tools/uci/output.h"
 #include "tools/uci/score.h"
+#include "tools/uci/settings.h"
 #include "tools/uci/timerule.h"
 
 namespace tarvyle::tools {
