@@ -16,53 +16,7 @@ namespace {
 
 class AttackTest : public support::PositionTest {};
 
-const int* const dir_at_start = dir;
-
 // --- the tables ------------------------------------------------------------------------------
-
-TEST_F(AttackTest, DirectionsStandInTheirOrder) {
-  const int white[] = {-16, -1, 16, 1, -17, -15, 17, 15, -33, 33, -31, 31, -18, 18, -14, 14};
-  const int black[] = {1, 16, -1, -16, 15, 17, -15, -17, 14, -14, 18, -18, 31, -31, 33, -33};
-  EXPECT_TRUE(std::equal(std::begin(white), std::end(white), dir_white));
-  EXPECT_TRUE(std::equal(std::begin(black), std::end(black), dir_black));
-}
-
-TEST_F(AttackTest, DirectionsInUseAreWhitesWhenTheProgramStarts) {
-  EXPECT_EQ(dir_at_start, dir_white);
-}
-
-TEST_F(AttackTest, BothColoursHaveTheSameStepsOfEachKind) {
-  constexpr int kKinds[][2] = {{0, 4}, {4, 8}, {8, 16}};
-  for (const auto& [first, end] : kKinds) {
-    EXPECT_EQ(std::set<int>(dir_white + first, dir_white + end),
-              std::set<int>(dir_black + first, dir_black + end));
-  }
-}
-
-struct DirectionRow {
-  int piece;
-  int start;
-  int stop;
-};
-
-TEST_F(AttackTest, PiecesHaveTheirRangeOfDirections) {
-  const DirectionRow rows[] = {
-      {NoPiece, -1000, 1000}, {Pawn, -1000, 1000}, {Knight, 8, 15}, {Bishop, 4, 7},
-      {Rook, 0, 3},           {Queen, 0, 7},       {King, 0, 7}};
-  for (const DirectionRow& row : rows) {
-    EXPECT_EQ(d_start[row.piece], row.start);
-    EXPECT_EQ(d_stop[row.piece], row.stop);
-  }
-}
-
-TEST_F(AttackTest, ColourChoosesTheDirections) {
-  set_dir(Black);
-  EXPECT_EQ(dir, dir_black);
-  set_dir(White);
-  EXPECT_EQ(dir, dir_white);
-  set_dir(-7);
-  EXPECT_EQ(dir, dir_black);
-}
 
 TEST_F(AttackTest, IndexOfTwoSquaresIsTheirWideDifference) {
   EXPECT_EQ(AttackIndex(A8, A8), 119);

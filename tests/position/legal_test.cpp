@@ -131,24 +131,6 @@ TEST_F(LegalTest, LookingAtTheRootKeepsTheMovesForRedo) {
   EXPECT_EQ(g.game_max, 3);
 }
 
-// Legality as the search finds it out: make the move, then ask the generator.
-TEST_F(LegalTest, ListHoldsWhatTheLazyTestLetsPass) {
-  for (const auto& row : support::DataRows("movelists.tsv")) {
-    support::SetUpPosition(row[0]);
-    ASSERT_TRUE(Generate());
-    const std::vector<Move> pseudo_legal = support::CurrentList();
-    std::vector<Move> expected;
-    for (const Move move : pseudo_legal) {
-      if ((move & kCastling) != 0 && !LegalCastl(move)) continue;
-      MakeMove(move);
-      if (Generate()) expected.push_back(move);
-      UnMakeMove(move);
-    }
-    ASSERT_TRUE(LegalMoveList());
-    EXPECT_EQ(support::CurrentList(), expected) << row[0];
-  }
-}
-
 // --- moves as text ---------------------------------------------------------------------------
 
 struct TextRow {

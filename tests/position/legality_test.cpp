@@ -1,0 +1,37 @@
+#include "position/legality.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "position/attack.h"
+#include "position/makemove.h"
+#include "position/movegen.h"
+#include "tests/support/data_rows.h"
+#include "tests/support/position_support.h"
+
+namespace tarvyle {
+namespace {
+
+class LegalityTest : public support::PositionTest {};
+
+// Legality as the search finds it out: make the move, then ask the generator.
+TEST_F(LegalityTest, IsWhatTheLazyTestFinds) {
+  for (const auto& row : support::DataRows("movelists.tsv")) {
+    support::SetUpPosition(row[0]);
+    ASSERT_TRUE(Generate());
+    const Legality legality;
+    for (const Move move : support::CurrentList()) {
+      bool expected = (move & kCastling) == 0 || LegalCastl(move);
+      if (expected) {
+        MakeMove(move);
+        expected = Generate();
+        UnMakeMove(move);
+      }
+      EXPECT_EQ(legality.IsLegal(move), expected) << row[0] << ' ' << MoveToStr(move);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tarvyle
