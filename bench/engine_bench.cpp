@@ -14,7 +14,6 @@
 #include "eval/cache.h"
 #include "eval/evaluate.h"
 #include "eval/scoretable.h"
-#include "position/attack.h"
 #include "position/directions.h"
 #include "position/legal.h"
 #include "position/makemove.h"

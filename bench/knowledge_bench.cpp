@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <random>
 #include <string>
 
@@ -26,7 +27,6 @@
 #include "search/clock.h"
 #include "search/reset.h"
 #include "search/root.h"
-#include "search/state.h"
 #include "search/status.h"
 
 namespace tarvyle {

@@ -17,8 +17,6 @@
 #include "position/types.h"
 #include "search/clock.h"
 #include "search/hash.h"
-#include "search/state.h"
-#include "search/status.h"
 
 namespace tarvyle::fuzz {
 

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <vector>
@@ -19,7 +21,6 @@
 #include "position/text.h"
 #include "tests/support/book_support.h"
 #include "tests/support/captured.h"
-#include "tests/support/eval_support.h"
 
 namespace tarvyle {
 namespace {

@@ -11,6 +11,7 @@
 #include "position/game.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "position/types.h"
 #include "tests/support/book_support.h"
 #include "tests/support/captured.h"
 #include "tests/support/files.h"

@@ -4,13 +4,15 @@
 #include <sys/resource.h>
 
 #include <climits>
-#include <cstring>
+#include <cstdlib>
+#include <initializer_list>
 #include <string>
+#include <vector>
 
-#include "book/epd.h"
 #include "book/learnfile.h"
 #include "book/learnmemory.h"
 #include "position/record.h"
+#include "position/types.h"
 #include "tests/support/book_support.h"
 #include "tests/support/build_kind.h"
 #include "tests/support/eval_support.h"

@@ -5,10 +5,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <climits>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <initializer_list>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "book/book.h"

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "book/learn.h"

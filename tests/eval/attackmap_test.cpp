@@ -3,12 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
-#include "position/attack.h"
 #include "position/directions.h"
-#include "position/record.h"
 #include "position/text.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/plain_evaluation.h"

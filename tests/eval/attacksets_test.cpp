@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+
 #include "eval/attackmap.h"
 #include "eval/mobility.h"
 #include "eval/side.h"
-#include "position/attack.h"
+#include "position/piecesets.h"
 #include "position/text.h"
 #include "tests/support/eval_support.h"
 

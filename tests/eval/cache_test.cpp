@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <set>
+#include <string>
+#include <utility>
 
 #include "eval/scoretable.h"
-#include "position/attack.h"
 #include "position/directions.h"
 #include "position/record.h"
 #include "position/types.h"

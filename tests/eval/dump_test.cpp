@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <initializer_list>
 #include <numeric>
 #include <string>
-#include <vector>
 
 #include "eval/scoretable.h"
 #include "tests/support/captured.h"

@@ -3,14 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 #include "eval/cache.h"
 #include "eval/scoretable.h"
-#include "position/attack.h"
 #include "position/directions.h"
 #include "position/record.h"
+#include "position/types.h"
 #include "tests/support/data_rows.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/plain_evaluation.h"

@@ -2,15 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <set>
 #include <string>
 
 #include "eval/attackmap.h"
-#include "position/attack.h"
 #include "position/directions.h"
 #include "position/game.h"
 #include "position/legal.h"
-#include "position/record.h"
+#include "position/types.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/plain_evaluation.h"
 

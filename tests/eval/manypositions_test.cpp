@@ -3,12 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <memory>
+
 #include "eval/attackmap.h"
-#include "eval/attacksets.h"
 #include "eval/evaluate.h"
-#include "position/attack.h"
-#include "position/record.h"
 #include "position/text.h"
+#include "position/types.h"
 #include "tests/support/any_position.h"
 #include "tests/support/plain_evaluation.h"
 

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "eval/attackmap.h"
-#include "eval/phase.h"
 #include "position/text.h"
+#include "position/types.h"
 #include "tests/support/eval_support.h"
 
 namespace tarvyle {

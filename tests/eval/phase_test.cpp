@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <initializer_list>
 #include <string>
 
-#include "position/record.h"
+#include "position/types.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/plain_evaluation.h"
 

@@ -6,6 +6,9 @@
 #include <array>
 #include <climits>
 #include <cstdlib>
+#include <functional>
+#include <initializer_list>
+#include <string>
 
 namespace tarvyle {
 namespace {

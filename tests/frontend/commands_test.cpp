@@ -1,8 +1,11 @@
 #include "frontend/commands.h"
 
-#include <algorithm>
+#include <gtest/gtest.h>
+
 #include <csignal>
 #include <cstring>
+#include <filesystem>
+#include <initializer_list>
 #include <vector>
 
 #include "eval/scoretable.h"

@@ -1,5 +1,11 @@
 #include "frontend/display.h"
 
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+
 #include "tests/support/frontend_support.h"
 
 namespace tarvyle {

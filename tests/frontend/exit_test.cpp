@@ -1,9 +1,11 @@
 #include "frontend/exit.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include <gtest/gtest.h>
 
+#include <filesystem>
+#include <initializer_list>
 #include <set>
+#include <string>
 
 #include "tests/support/frontend_support.h"
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "frontend/commands.h"
 #include "tests/support/frontend_support.h"
 

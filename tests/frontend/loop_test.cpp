@@ -1,6 +1,11 @@
 #include "frontend/loop.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
 
 #include "tests/support/frontend_support.h"
 

@@ -1,5 +1,12 @@
 #include "frontend/machine.h"
 
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+
 #include "tests/support/frontend_support.h"
 
 namespace tarvyle {

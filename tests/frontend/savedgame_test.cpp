@@ -1,12 +1,18 @@
 #include "frontend/savedgame.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <filesystem>
+#include <functional>
+#include <initializer_list>
 #include <iterator>
+#include <string>
 #include <vector>
 
 #include "tests/support/frontend_support.h"

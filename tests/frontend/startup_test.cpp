@@ -1,9 +1,13 @@
 #include "frontend/startup.h"
 
+#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <initializer_list>
+#include <string>
 
 #include "search/hash.h"
 #include "search/style.h"

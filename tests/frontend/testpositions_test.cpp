@@ -1,5 +1,9 @@
 #include "frontend/testpositions.h"
 
+#include <gtest/gtest.h>
+
+#include <string>
+
 #include "frontend/display.h"
 #include "tests/support/frontend_support.h"
 

@@ -1,7 +1,11 @@
 #include "frontend/timecommands.h"
 
+#include <gtest/gtest.h>
+
 #include <climits>
+#include <cstdint>
 #include <limits>
+#include <string>
 
 #include "tests/support/frontend_support.h"
 

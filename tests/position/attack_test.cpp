@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <initializer_list>
 #include <iterator>
-#include <set>
 #include <string>
+#include <vector>
 
-#include "position/directions.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <iterator>
 #include <set>
+#include <string>
 
 #include "tests/support/position_support.h"
 

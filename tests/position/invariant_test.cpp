@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <exception>
+#include <memory>
 
 #include "position/makemove.h"
 #include "position/pieces.h"

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <iterator>
 #include <string>
 #include <vector>
 
-#include "position/directions.h"
 #include "position/makemove.h"
 #include "position/soundness.h"
 #include "tests/support/position_support.h"

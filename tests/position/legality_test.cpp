@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
-#include "position/attack.h"
 #include "position/makemove.h"
-#include "position/movegen.h"
-#include "tests/support/data_rows.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

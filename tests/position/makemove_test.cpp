@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "position/soundness.h"
 #include "tests/support/position_support.h"

@@ -4,10 +4,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <initializer_list>
 #include <iterator>
 #include <string>
+#include <vector>
 
-#include "position/directions.h"
 #include "position/makemove.h"
 #include "tests/support/position_support.h"
 

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <numeric>
 #include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/support/position_support.h"
 

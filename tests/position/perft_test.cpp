@@ -6,8 +6,6 @@
 #include <map>
 #include <string>
 
-#include "position/record.h"
-#include "position/text.h"
 #include "position/types.h"
 #include "tests/support/position_support.h"
 

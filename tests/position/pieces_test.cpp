@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 
 #include "position/record.h"
-#include "position/text.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <iterator>
 #include <set>
+#include <string>
 
 #include "position/makemove.h"
-#include "position/record.h"
 #include "position/sets.h"
 #include "position/types.h"
 #include "tests/support/position_support.h"

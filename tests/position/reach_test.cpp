@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <memory>
 #include <random>
 
-#include "position/attack.h"
-#include "position/directions.h"
 #include "position/sets.h"
 #include "position/types.h"
 #include "tests/support/position_support.h"

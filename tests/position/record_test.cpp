@@ -4,6 +4,8 @@
 
 #include <bit>
 #include <cstring>
+#include <initializer_list>
+#include <iterator>
 #include <set>
 #include <string>
 

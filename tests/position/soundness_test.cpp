@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "position/pieces.h"
-#include "position/record.h"
 #include "position/soundness.h"
 #include "tests/support/position_support.h"
 

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "position/attack.h"
+#include <initializer_list>
+#include <string>
+
 #include "position/directions.h"
 
 namespace tarvyle {

@@ -7,9 +7,10 @@
 // FIXED_TIME_PAUSE_MS: milliseconds of the real clock that a reading takes; 0 without it. Someone
 // on the other end sees an engine that thinks, though it searches no node more.
 
-#include <sys/syscall.h>
+#include <bits/types/struct_timeb.h>
 #include <sys/time.h>
 #include <sys/timeb.h>
+#include <syscall.h>
 #include <unistd.h>
 
 #include <cstdint>

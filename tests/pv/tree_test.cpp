@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <initializer_list>
 #include <string>
 #include <vector>
 

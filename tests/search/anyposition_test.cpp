@@ -5,10 +5,13 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "book/epd.h"
 #include "eval/attackmap.h"

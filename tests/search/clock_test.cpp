@@ -2,9 +2,13 @@
 
 #include "search/clock.h"
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
+#include <initializer_list>
+#include <memory>
 
 #include "tests/support/search_support.h"
 

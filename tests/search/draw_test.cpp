@@ -2,6 +2,12 @@
 
 #include "search/draw.h"
 
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

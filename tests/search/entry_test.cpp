@@ -2,7 +2,13 @@
 
 #include "search/entry.h"
 
+#include <gtest/gtest.h>
+
+#include <cstdint>
 #include <cstring>
+#include <initializer_list>
+#include <string>
+#include <string_view>
 
 #include "eval/evaluate.h"
 #include "search/quies.h"

@@ -2,7 +2,11 @@
 
 #include "search/extras.h"
 
+#include <gtest/gtest.h>
+
 #include <cstring>
+#include <string>
+#include <string_view>
 
 #include "tests/support/search_support.h"
 

@@ -2,8 +2,13 @@
 
 #include "search/hash.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstring>
+#include <initializer_list>
+#include <ios>
+#include <string>
 
 #include "tests/support/search_support.h"
 

@@ -1,8 +1,14 @@
 // What tells positions with the same pieces apart in the transposition table.
 
-#include "search/hash.h"
-#include "tests/support/data_rows.h"
-#include "tests/support/eval_support.h"
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

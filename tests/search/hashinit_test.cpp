@@ -1,14 +1,17 @@
 // Sizing and allocating the transposition tables.
 
+#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
+#include <string>
 
 #include "position/hashkey.h"
-#include "search/hash.h"
 #include "tests/support/build_kind.h"
 #include "tests/support/search_support.h"
 

@@ -2,7 +2,12 @@
 
 #include "search/history.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <initializer_list>
+#include <iterator>
+#include <string>
 #include <vector>
 
 #include "tests/support/search_support.h"

@@ -1,14 +1,20 @@
 // The search of nodes on the principal variation and of the root.
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <map>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "search/history.h"
-#include "search/node.h"
-#include "search/style.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

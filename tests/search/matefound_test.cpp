@@ -1,9 +1,11 @@
 // From which score on the root search takes a result for a mate.
 
+#include <gtest/gtest.h>
+
+#include <cstddef>
 #include <string>
 #include <vector>
 
-#include "book/learn.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

@@ -2,14 +2,15 @@
 
 #include "search/node.h"
 
-#include <algorithm>
-#include <cstring>
-#include <set>
+#include <gtest/gtest.h>
 
-#include "eval/evaluate.h"
-#include "pv/tree.h"
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <initializer_list>
+#include <string>
+
 #include "search/history.h"
-#include "search/result.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

@@ -1,8 +1,14 @@
 // Extensions and reductions of nodes off the principal variation.
 
-#include <set>
+#include <gtest/gtest.h>
 
-#include "search/node.h"
+#include <cstdint>
+#include <initializer_list>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

@@ -1,8 +1,13 @@
 // The null move and internal deepening of nodes off the principal variation.
 
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+
 #include "eval/evaluate.h"
 #include "pv/tree.h"
-#include "search/node.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

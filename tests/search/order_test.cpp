@@ -2,15 +2,21 @@
 
 #include "search/order.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <cstddef>
+#include <initializer_list>
 #include <map>
 #include <random>
 #include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "position/movegen.h"
 #include "search/history.h"
-#include "tests/support/data_rows.h"
-#include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

@@ -1,7 +1,12 @@
 // The sorting routines that move ordering uses.
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <cstddef>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "search/order.h"
 #include "tests/support/search_support.h"

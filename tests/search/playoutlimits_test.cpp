@@ -1,8 +1,12 @@
 // The play-outs of the randomised root search at their limits: a choice of two moves, and values at
 // the ends of their range.
 
+#include <gtest/gtest.h>
+
+#include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <string>
 
 #include "search/randomroot.h"
 #include "tests/support/randomsearch_support.h"

@@ -2,14 +2,17 @@
 
 #include "search/quies.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "eval/evaluate.h"
 #include "position/directions.h"
 #include "position/movegen.h"
-#include "search/order.h"
-#include "tests/support/data_rows.h"
-#include "tests/support/eval_support.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

@@ -1,7 +1,13 @@
 // How the randomised root search finds its candidates and decides among them.
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "tests/support/randomsearch_support.h"
 

@@ -1,7 +1,9 @@
 // The random play-outs of the randomised root search.
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
-#include <cstring>
+#include <string>
 
 #include "search/randomroot.h"
 #include "tests/support/randomsearch_support.h"

@@ -2,9 +2,18 @@
 
 #include "search/randomroot.h"
 
+#include <gtest/gtest.h>
+
+#include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
 #include <map>
 #include <set>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "tests/support/randomsearch_support.h"
 

@@ -1,6 +1,10 @@
 // Reference searches: scores and node counts after every iteration, best moves, thinking lines.
 
+#include <gtest/gtest.h>
+
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "tests/support/build_kind.h"
 #include "tests/support/search_support.h"

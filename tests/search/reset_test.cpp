@@ -2,11 +2,16 @@
 
 #include "search/reset.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <numeric>
+#include <string>
 
 #include "position/directions.h"
+#include "pv/line.h"
 #include "pv/tree.h"
 #include "search/history.h"
 #include "tests/support/search_support.h"

@@ -2,8 +2,15 @@
 
 #include "search/result.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <iterator>
 #include <numeric>
+#include <string>
+#include <vector>
 
 #include "pv/line.h"
 #include "tests/support/search_support.h"

@@ -2,13 +2,19 @@
 
 #include "search/root.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
-#include <limits>
-#include <set>
+#include <gtest/gtest.h>
 
-#include "eval/evaluate.h"
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <initializer_list>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 #include "pv/line.h"
 #include "pv/tree.h"
 #include "search/history.h"

@@ -2,10 +2,19 @@
 
 #include "search/rootentry.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
+#include <iterator>
 #include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "position/directions.h"
 #include "pv/line.h"

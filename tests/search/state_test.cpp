@@ -2,6 +2,11 @@
 
 #include "search/state.h"
 
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <memory>
+
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

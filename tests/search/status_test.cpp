@@ -2,6 +2,9 @@
 
 #include "search/status.h"
 
+#include <gtest/gtest.h>
+
+#include <cstdio>
 #include <vector>
 
 #include "tests/support/search_support.h"

@@ -2,6 +2,10 @@
 
 #include "search/style.h"
 
+#include <gtest/gtest.h>
+
+#include <string>
+
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "position/attack.h"
 #include "position/directions.h"
 #include "position/makemove.h"
 #include "position/movegen.h"
@@ -13,6 +12,7 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
+#include "position/types.h"
 #include "tests/support/build_kind.h"
 #include "tests/support/eval_support.h"
 

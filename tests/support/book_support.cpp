@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <map>
 #include <sstream>
+#include <type_traits>
 
 #include "book/epd.h"
 #include "book/learn.h"
@@ -13,6 +15,7 @@
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/types.h"
 #include "tests/support/eval_support.h"
 
 namespace tarvyle::support {

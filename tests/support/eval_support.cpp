@@ -3,16 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <initializer_list>
 
 #include "eval/evaluate.h"
 #include "eval/scoretable.h"
-#include "position/attack.h"
-#include "position/directions.h"
-#include "position/game.h"
-#include "position/legal.h"
-#include "position/movestack.h"
-#include "position/record.h"
-#include "position/setup.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle::support {

@@ -4,13 +4,10 @@
 #include <sys/resource.h>
 
 #include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <string>
 
+// Whoever includes this uses the engine as well:
+// IWYU pragma: begin_exports
 #include "base/path.h"
 #include "base/property.h"
 #include "book/learn.h"
@@ -23,12 +20,14 @@
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"
+#include "position/types.h"
 #include "search/clock.h"
 #include "search/root.h"
 #include "search/state.h"
 #include "search/status.h"
 #include "tests/support/captured.h"
 #include "tests/support/files.h"
+// IWYU pragma: end_exports
 
 // What the tests of the front end share: a folder of their own, what the program says, and a state
 // like that of a fresh process.

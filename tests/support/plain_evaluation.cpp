@@ -4,12 +4,13 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <initializer_list>
 #include <numbers>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "eval/scoretable.h"
-#include "position/attack.h"
 #include "position/directions.h"
 #include "position/record.h"
 

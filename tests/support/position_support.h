@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+// Whoever includes this uses the engine as well:
+// IWYU pragma: begin_exports
 #include "position/attack.h"
 #include "position/directions.h"
 #include "position/game.h"
@@ -21,6 +23,7 @@
 #include "position/text.h"
 #include "position/types.h"
 #include "tests/support/data_rows.h"
+// IWYU pragma: end_exports
 
 // Helpers of the tests that need a position.
 

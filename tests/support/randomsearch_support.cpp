@@ -1,5 +1,7 @@
 #include "tests/support/randomsearch_support.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <sstream>

@@ -4,7 +4,10 @@
 #include <string>
 #include <vector>
 
+// Whoever includes this uses the engine as well:
+// IWYU pragma: begin_exports
 #include "tests/support/search_support.h"
+// IWYU pragma: end_exports
 
 // What the tests of the randomised root search share: a clock that runs at a speed of its own in
 // each stage, and a run with what it said.

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+// Whoever includes this uses the engine as well:
+// IWYU pragma: begin_exports
 #include "base/property.h"
 #include "book/book.h"
 #include "book/learn.h"
@@ -19,6 +21,7 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
+#include "position/types.h"
 #include "search/clock.h"
 #include "search/hash.h"
 #include "search/node.h"
@@ -30,6 +33,7 @@
 #include "search/style.h"
 #include "tests/support/captured.h"
 #include "tests/support/data_rows.h"
+// IWYU pragma: end_exports
 
 // What the tests of the search share: an engine in the state of a fresh process, a clock and a seed
 // of their own, positions by text, and what was printed.
