@@ -1,10 +1,10 @@
 #include "tools/book/bookfile.h"
 
 #include <sys/stat.h>
-#include <initializer_list>
 
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
