@@ -9,8 +9,8 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kReversibleToRepeat = 2;  // fewer reversible half-moves cannot lead back
-constexpr int kFiftyMoves = 99;
+constexpr int kReversibleToRepeat = 2;  // so few reversible half-moves cannot lead back
+constexpr int kFiftyMoves = 99;         // more reversible half-moves are a draw
 
 bool IsIrreversible(Move move) {
   return move == 0 || (move & kNotQuiet) != 0 || PieceOf(move) == Pawn;

@@ -19,7 +19,8 @@ int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_prob
 
 // Searches a node of the principal variation, or the root (`ply` 0, whose list stands ready).
 // Prunes nothing; probes each move with Search, in the way of the play style, before it commits
-// itself. At the root the score of each move goes to its sort_val.
+// itself. At the root the score of each move goes to its sort_val. `is_probe_child` and
+// `null_allowed` have no meaning here.
 int main_search(int alpha, int beta, int depth, int in_check, Move* line, int is_probe_child,
                 int on_pv, int null_allowed, Move first_move);
 

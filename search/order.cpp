@@ -12,11 +12,13 @@ namespace tarvyle {
 
 namespace {
 
+// Parts of ordering values, in the unit of the pieces' values.
 constexpr int kEnPassantValue = 2000;
 constexpr int kRecaptureBonus = 5000;
 constexpr int kTableMoveBonus = 20000;
 constexpr int kKillerBonus = 1990;
 constexpr int kPvKillerBonus = 990;
+
 constexpr int kPresortAbove = 30;  // longer capture segments are sorted once
 
 enum Stage : int {

@@ -64,6 +64,7 @@ int Iterate(int depth) {
 bool EnoughSearched(int depth, int score) {
   if (depth < kStopFrom) return false;
   if (score > kMateWindow) return true;
+  // A side that is mated gets one iteration more, in which it may still find a way out.
   if (score < -kMateWindow && depth != kStopFrom) return true;
   return (curr_time - start_time) * kNextIterationCost > limit_time;
 }

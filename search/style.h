@@ -3,7 +3,11 @@
 namespace tarvyle {
 
 // How the nodes of the principal variation probe their moves, and whether others reduce late ones.
-enum PlayStyle : int { kKnowledge1, kKnowledge2, kKnowledge3 };
+enum PlayStyle : int {
+  kKnowledge1,  // probes from one depth less on, root moves searched fully anyway; no reductions
+  kKnowledge2,  // probes once; verifies a move that fails low, the best reply to it left out
+  kKnowledge3,  // probes from one depth less on; verifies so, at half the depth
+};
 
 // The style in use, kKnowledge3 at the start; set by configuration and "style".
 extern int PLAY_STYLE;
