@@ -18,6 +18,11 @@ namespace tarvyle {
 namespace {
 
 constexpr int kMinEntries = 0x10000;
+constexpr std::size_t kLargePage = std::size_t{2} << 20;  // its size and alignment
+
+// Bytes that the line about the memory counts for an entry of both tables: that line stays as it
+// is, whatever an entry really takes.
+constexpr std::uint32_t kToldBytes = 104;
 
 // The configured number is twice the base-two logarithm of the entry count; odd ones round down.
 int EntriesFromText(const char* text) {
@@ -40,11 +45,7 @@ void FillKeysOnce() {
   FillKeys(Black);
 }
 
-// Size and alignment of a large page.
-constexpr std::size_t kLargePage = std::size_t{2} << 20;
-
-// Bytes of one table: whole large pages, which only tables smaller than any configured one do not
-// fill.
+// Bytes of one table in whole large pages. A table of a configured size fills them.
 std::size_t TableBytes(int entries) {
   const std::size_t bytes = static_cast<std::size_t>(entries) * sizeof(HashEntry);
   return (bytes + kLargePage - 1) / kLargePage * kLargePage;
@@ -100,7 +101,7 @@ void HashInit() {
     std::exit(1);
   }
   // A 32-bit number that wraps for the largest tables.
-  const std::uint32_t bytes = static_cast<std::uint32_t>(entries) * 104u;
+  const std::uint32_t bytes = static_cast<std::uint32_t>(entries) * kToldBytes;
   std::printf("# get mem %d byte(s) \n", static_cast<int>(bytes));
 }
 
