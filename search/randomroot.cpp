@@ -174,7 +174,6 @@ bool Rnd_Root_Search(Move& move) {
   const int allowance = limit_time;
   std::puts("search move ... ");
   init_search();
-  SeedRandom();
   if (!ListRootMoves()) {
     std::puts("#cap. king - illegal move ");
     return false;
