@@ -15,9 +15,10 @@ namespace {
 constexpr int kBookSpread = 50;      // range of a book move's random ordering value
 constexpr int kOrdinarySpread = 20;  // range of any other's
 
-constexpr int kPlainRange = 21;  // range that a candidate with the least value draws from
-constexpr int kMaxWeight = 70;   // what a good score may add to it
-constexpr int kWorstUsable = -29;
+constexpr int kPlainRange = 21;     // range that a candidate with the least value draws from
+constexpr int kMaxWeight = 70;      // what a good score may add to it
+constexpr int kAlwaysUsable = 500;  // values up to this are played, whatever their positional part
+constexpr int kWorstUsable = -29;   // least positional part that a greater value is played with
 constexpr int kNoDraw = -1000000;
 constexpr int kNoMinimum = 1000000;
 
@@ -45,7 +46,7 @@ int ValueOf(const Candidates& candidates, int i) {
 bool ReduceValue(int v, int& reduced) {
   if (v < -kMateScore) return false;
   reduced = extract_strateg_score(v);
-  return v <= 500 || v > kMateScore || reduced >= kWorstUsable;
+  return v <= kAlwaysUsable || v > kMateScore || reduced >= kWorstUsable;
 }
 
 // Weight of a candidate. A value below 0 weighs as much as a mate; a reduced value may be negative.

@@ -20,7 +20,8 @@ namespace tarvyle {
 
 namespace {
 
-// A node with the same key but another text does not stop a second one from being entered.
+// Only the newest node of the key is looked at, unlike in InsertNodeLearn: when it has another
+// text, the position is entered, be it for a second time. The records of a learn file depend on it.
 void EnterPosition() {
   char text[kEpdSize];
   MakeEpd(text);

@@ -2,7 +2,8 @@
 
 namespace tarvyle {
 
-// Cuts a text into tokens in place.
+// Cuts a text into tokens in place, so that each can be handed on as a C string (NextToken of
+// base/token.h cuts a view and leaves the text alone).
 struct Tokenizer {
   bool delimiter[256];  // by byte value; the zero byte is never one
   char* cursor;         // what has not been cut yet
