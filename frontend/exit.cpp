@@ -30,7 +30,7 @@ std::string ReserveTemporary() {
   std::string path;
   for (int tries = 0; tries < kTemporaryNumbers; ++tries) {
     char name[40];
-    std::snprintf(name, sizeof name, "%s%d.lrn", "tarvyle_tmp_lrn", number);
+    std::snprintf(name, sizeof name, "tarvyle_tmp_lrn%d.lrn", number);
     path = ConCat(name);
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (file >= 0) close(file);
@@ -71,6 +71,7 @@ void WriteLearnFile() {
   const long new_size = file_size(temporary.c_str());
   const long old_size = file_size(learn_file.c_str());
   if (new_size < old_size) {
+    // Neither is lost: the new file stays under its temporary name.
     std::fputs("---->  error write learn file(1), size new file less old file \n", stderr);
     return;
   }

@@ -13,7 +13,6 @@
 #include "base/path.h"
 #include "base/property.h"
 #include "book/book.h"
-#include "book/learn.h"
 #include "book/learnfile.h"
 #include "eval/scoretable.h"
 #include "frontend/state.h"
@@ -58,7 +57,6 @@ void DeleteLearnFile(const char* path) {
 void LoadKnowledge() {
   const char* learn_file = ConCat("tarvyle.lrn");
   if (LoadLearnTable(learn_file)) return;
-  LearnClear();
   DeleteLearnFile(learn_file);
   std::fputs("#  learn file notfound, load book-file \n", stderr);
   if (ReadLibFile(ConCat("tarvyle.bk"))) return;
