@@ -218,9 +218,10 @@ struct Row {
   bool (*obey)(Command&);
 };
 
-// In the order in which they are asked. Moves come after the words that could never be one, so none
-// of those is read as a move; "getmoves" stands twice, for lines that begin with it and with
-// blanks.
+// In the order in which they are asked, which decides: the first two rows look at the whole line,
+// so "load help.dat" is a call for help; a row that refuses its line leaves it to those below, and
+// the last takes all. "getmoves" stands twice, for lines that begin with it and for those that
+// begin with blanks.
 constexpr Row kRows[] = {
     {"", RowGetMoves},
     {"", RowHelp},
