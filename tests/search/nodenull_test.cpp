@@ -7,7 +7,9 @@
 #include <string>
 
 #include "eval/evaluate.h"
+#include "position/movegen.h"
 #include "pv/tree.h"
+#include "search/order.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {
@@ -197,7 +199,29 @@ TEST_F(NullMove, StoppedNullMoveReturns0) {
 
 // --- internal deepening --------------------------------------------------------------------------
 
+// The move that a node with nothing remembered searches first.
+Move FirstByItself() {
+  Forget();
+  EXPECT_TRUE(Generate());
+  MovePicker picker{};
+  Move move = 0;
+  EXPECT_TRUE(NextMove(picker, move));
+  return move;
+}
+
 TEST_F(InternalDeepening, HappensFromDepth4OnForWantOfAMove) {
+  PLAY_STYLE = kKnowledge1;  // without reductions
+  GoTo(kMiddleGame, "f1e1");
+  const Move first = FirstByItself();
+  for (const int depth : {2, 3, 4, 5}) {
+    NodeArguments arguments = ZeroWindow(20000, depth);
+    const std::uint64_t untold = NodesOf(arguments);
+    arguments.first_move = first;  // changes nothing but that there is a move
+    EXPECT_EQ(NodesOf(arguments) != untold, depth >= 4) << depth;
+  }
+}
+
+TEST_F(InternalDeepening, LeavesTheBestMoveFoundBeforeAtANodeThatFailsLow) {
   GoTo(kMiddleGame, "f1e1");
   // A node whose moves all fail low keeps what gl_find_move held, though the shallower search
   // clears it.
