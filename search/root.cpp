@@ -83,9 +83,9 @@ void DeepenIteratively() {
 
 bool SearchMove(Move& move) {
   const KeptMoves kept;
-  SeedRandom();
   if (is_rnd_search != 0) return Rnd_Root_Search(move);
 
+  SeedRandom();
   PrepareRoot();
   if (!ListRootMoves()) return false;
   const int count = ListLength();
