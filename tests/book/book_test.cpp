@@ -207,7 +207,7 @@ TEST_F(BookMoves, OfEqualDrawsTheEarlierOneIsKept) {
   EXPECT_EQ(printed.err.substr(0, printed.err.find('\n') + 1), kRangeMessage);
 }
 
-TEST_F(BookMoves, ArePlainOnesChosenAboutAsOftenAsEachOther) {
+TEST_F(BookMoves, OfEqualValueAreChosenAboutEquallyOften) {
   for (const int index : {0, 5, 10, 15}) Enter(index, 0);
   std::map<Move, int> chosen;
   std::srand(1);

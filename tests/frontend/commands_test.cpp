@@ -337,7 +337,7 @@ TEST_F(CommandsTest, TestTellsTheFiftyMoveRule) {
   EXPECT_EQ(Obey("test").out, "Repetition - 1 \n");
 }
 
-TEST_F(CommandsTest, EachCommandEndsTheSearchForOne) {
+TEST_F(CommandsTest, NoCommandIsUnknown) {
   for (const char* line : {"getmoves",
                            "help",
                            "xboard",

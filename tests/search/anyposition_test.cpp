@@ -44,12 +44,11 @@ void SelectKind(int kind) {
 // Ends every search, or stage of one, after so many nodes.
 int node_bound = 0;
 
-// The search looks at the clock when it starts to count nodes, then after 4096 of them. At the
-// start it is told that most of these lie behind it, at the next look that its time is over.
+// The search looks at the clock when it starts to count nodes, then after kNodesPerPoll of them. At
+// the start it is told that most of these lie behind it, at the next look that its time is over.
 std::uint32_t BoundingClock() {
-  constexpr int kNodesBetweenLooks = 4096;
   static std::uint32_t now = 0;
-  if (cnt_nodes == 0) cnt_nodes = static_cast<std::uint64_t>(kNodesBetweenLooks - node_bound);
+  if (cnt_nodes == 0) cnt_nodes = kNodesPerPoll - static_cast<std::uint64_t>(node_bound);
   return now += 1000 * kMillisecondsPerSecond;
 }
 
@@ -161,8 +160,7 @@ TEST_F(AnyPosition, IsSearchedFurtherWhereItIsExtreme) {
   Visit(75, 0, SearchInEveryWay);
 }
 
-// --- time
-// -----------------------------------------------------------------------------------------
+// --- time ----------------------------------------------------------------------------------------
 
 constexpr int kLatest = 200;  // milliseconds after the allowance
 

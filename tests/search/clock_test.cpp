@@ -18,14 +18,14 @@ using namespace support;
 
 namespace {
 
-constexpr int kNodesPerPoll = 4096;
+constexpr int kPoll = 4096;  // nodes from one look at the clock to the next
 
 // Read before any test runs: what a process starts with.
-const int kDefaultLimit = limit_time;
+const int kLimitAtStart = limit_time;
 
 // Calls StopSearch so often that the last call polls the clock, and returns what that one returns.
 int Poll() {
-  for (int i = 1; i < kNodesPerPoll; ++i) StopSearch();
+  for (int i = 1; i < kPoll; ++i) StopSearch();
   return StopSearch();
 }
 
@@ -99,9 +99,9 @@ TEST_F(Clock, CountsNodesAlsoAfterTheStop) {
 }
 
 TEST_F(Clock, IsReadOnceEvery4096Nodes) {
-  for (int i = 1; i <= 3 * kNodesPerPoll; ++i) {
+  for (int i = 1; i <= 3 * kPoll; ++i) {
     StopSearch();
-    ASSERT_EQ(test_clock.readings, i / kNodesPerPoll) << "node " << i;
+    ASSERT_EQ(test_clock.readings, i / kPoll) << "node " << i;
   }
 }
 
@@ -115,7 +115,7 @@ TEST_F(Clock, PollRemembersTheReading) {
 TEST_F(Clock, SearchShorterThan4096NodesNeverReadsItAndNeverStops) {
   limit_time = 1;
   test_clock.milliseconds = 1000000;
-  for (int i = 1; i < kNodesPerPoll; ++i) ASSERT_EQ(StopSearch(), 0);
+  for (int i = 1; i < kPoll; ++i) ASSERT_EQ(StopSearch(), 0);
   EXPECT_EQ(test_clock.readings, 0);
 }
 
@@ -190,7 +190,7 @@ TEST_F(Clock, ThatIsSetBackStartsAgain) {
   EXPECT_EQ(start_time, 9999);
 }
 
-TEST_F(Clock, AllowanceIsSevenAndAHalfSecondsByDefault) { EXPECT_EQ(kDefaultLimit, 750); }
+TEST_F(Clock, AllowanceIsSevenAndAHalfSecondsByDefault) { EXPECT_EQ(kLimitAtStart, 750); }
 
 }  // namespace
 

@@ -34,7 +34,7 @@ TEST_F(Draw, ByTheFiftyMoveRuleFromTheHundredthReversibleHalfMoveOn) {
   }
 }
 
-TEST_F(Draw, RepetitionRows) {
+TEST_F(Draw, FirstRepetitionCountsFromTheRootOnAndTheSecondAnywhere) {
   struct Row {
     const char* what;
     std::string root;   // with the moves of the game

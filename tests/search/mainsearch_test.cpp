@@ -259,8 +259,7 @@ TEST_F(PvSearch, OnlyMovesAboveTheRootsOwnAreExtended) {
   }
 }
 
-// --- play styles
-// -----------------------------------------------------------------------------------
+// --- play styles ---------------------------------------------------------------------------------
 
 TEST_F(PvSearch, StylesSearchTheSameRootInTheirOwnWays) {
   std::map<std::uint64_t, int> styles_by_nodes;
@@ -274,7 +273,7 @@ TEST_F(PvSearch, StylesSearchTheSameRootInTheirOwnWays) {
   EXPECT_EQ(styles_by_nodes.size(), 3u);
 }
 
-TEST_F(PvSearch, ProbesOfAMoveThatFailsLowRows) {
+TEST_F(PvSearch, MoveThatFailsLowGetsTheProbesOfItsStyle) {
   // A root with one move in its list, which fails low. Every node below the root is cut off by its
   // first reply and a leaf needs one node, so the nodes tell which probes there were.
   constexpr const char* kKings = "k7/8/8/8/8/7p/7P/7K w";

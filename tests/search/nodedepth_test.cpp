@@ -19,7 +19,7 @@ namespace {
 
 using NodeDepth = SearchTest;
 
-TEST_F(NodeDepth, ExtensionRows) {
+TEST_F(NodeDepth, ChecksAndPawnsToTheSeventhRowAreExtendedOnce) {
   struct Row {
     const char* what;
     const char* root;

@@ -71,7 +71,7 @@ using Ordering = SearchTest;
 
 // --- values ------------------------------------------------------------------------------------
 
-TEST_F(Ordering, CaptureValueRows) {
+TEST_F(Ordering, CapturesGoByVictimThenByCheapestAttackerAndPromotionsByPiece) {
   struct Row {
     const char* root;
     const char* moves;  // the last one is "the move just made"

@@ -40,9 +40,7 @@ std::uint32_t ReadPlayoutClock() {
 using PlayoutLimits = SearchTest;
 
 TEST_F(PlayoutLimits, OfTwoMovesOneIsDrawn) {
-  std::string passes;
-  for (int i = 0; i < 96; ++i) passes += "0 ";
-  GoTo("7k/R7/p7/8/8/8/8/1R5K b", passes);  // at the ply after this one a play-out ends
+  GoTo("7k/R7/p7/8/8/8/8/1R5K b", Nulls(96));  // at the ply after this one a play-out ends
   ASSERT_TRUE(LegalMoveList());
   ASSERT_EQ(ListLength(), 2);
   std::srand(3);

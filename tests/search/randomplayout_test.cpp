@@ -16,7 +16,7 @@ namespace {
 
 using Playout = SearchTest;
 
-TEST_F(Playout, EndsRows) {
+TEST_F(Playout, EndsWhereNoMoveIsLegal) {
   struct Row {
     const char* what;
     const char* root;
