@@ -54,9 +54,8 @@ bool HashLookAnywhere() {
   return HashLook(-1, 1, 0, score, move);
 }
 
-// For a child process: what goes to standard output arrives where its errors do.
 void InitAloud(const std::string& number) {
-  dup2(STDERR_FILENO, STDOUT_FILENO);
+  SayAloud();
   InitWith(number);
   std::exit(0);
 }

@@ -1,12 +1,10 @@
 // The search of nodes on the principal variation and of the root.
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <initializer_list>
 #include <map>
@@ -330,10 +328,8 @@ TEST_F(PvSearch, CheckIsProbedAtBothDepthsThoughItFailsLow) {
   }
 }
 
-// For a child process: what goes to standard output arrives where its errors do.
 void SearchWithStyle(int style) {
-  dup2(STDERR_FILENO, STDOUT_FILENO);
-  std::setvbuf(stdout, nullptr, _IONBF, 0);
+  SayAloud();
   PLAY_STYLE = style;
   GoTo(kStart);
   SearchTheRoot(Depth(2));

@@ -1,5 +1,8 @@
 #include "tests/support/search_support.h"
 
+#include <unistd.h>
+
+#include <cstdio>
 #include <cstring>
 #include <sstream>
 
@@ -83,6 +86,11 @@ unsigned ReadTestSeed() { return test_clock.seed; }
 bool FreshProcess(const std::string& book) {
   ResetEngine();
   return book.empty() || ReadLibFile(book.c_str());
+}
+
+void SayAloud() {
+  dup2(STDERR_FILENO, STDOUT_FILENO);
+  std::setvbuf(stdout, nullptr, _IONBF, 0);
 }
 
 void Forget() {

@@ -109,6 +109,9 @@ bool FreshProcess(const std::string& book = "");
 // A fresh start for another search of the same node: nothing remembered, horizon far away.
 void Forget();
 
+// For a child process: from now on standard output arrives, at once, where errors do.
+void SayAloud();
+
 // --- searches ------------------------------------------------------------------------------------
 
 // Score and node count after one iteration.
