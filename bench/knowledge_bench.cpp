@@ -76,14 +76,14 @@ std::string TemporaryFile(const char* name) {
 
 // A learn file of that many records.
 std::string LearnFile(int records) {
-  const std::string path = TemporaryFile("bench.lrn");
+  std::string path = TemporaryFile("bench.lrn");
   Learn(records);
   if (!SaveLearnTable(path.c_str())) std::abort();
   return path;
 }
 
 std::string BookFile(int half_moves) {
-  const std::string path = TemporaryFile("bench.bk");
+  std::string path = TemporaryFile("bench.bk");
   std::ofstream file(path);
   std::mt19937 random(2);
   for (int written = 0; written < half_moves; file << '\n') {

@@ -108,7 +108,7 @@ class PlayTest : public FrontEndTest {
     const std::string search_path = std::getenv("PATH");
     setenv("PATH", folder_.Name().c_str(), 1);
     EXPECT_NE(std::freopen(Path("input").c_str(), "r", stdin), nullptr);
-    const Said said = Listen(PlayWinBoard);
+    Said said = Listen(PlayWinBoard);
     setenv("PATH", search_path.c_str(), 1);
     return said;
   }

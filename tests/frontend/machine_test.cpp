@@ -91,7 +91,7 @@ class ResignationTest : public FrontEndTest {
       away = !away;
     }
     EXPECT_TRUE(Play("c1c7", 1000001));
-    const Said said = Listen([] { EXPECT_TRUE(move_machine()); });
+    Said said = Listen([] { EXPECT_TRUE(move_machine()); });
     EXPECT_LT(search_score, -16000) << "the move itself must be a fall";
     return said;
   }
