@@ -4,7 +4,7 @@
     bench/strength.py [--games N] [--clock SECONDS+INCREMENT] [--option NAME=VALUE]... COMMAND...
 
 Every opening, eight random half-moves, is played twice with colours changed; --seed chooses them. The
-referee is chess.js under Node.js, fetched by npm. Example:
+referee is chess.js under Node.js, fetched by npm; python3-pytest is needed as well. Example:
 
     bench/strength.py --games 100 --option UCI_LimitStrength=true --option UCI_Elo=2200 stockfish
 """
@@ -21,7 +21,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "tests" / "program"))
 
 # pylint: disable=wrong-import-position
-from long_soak import Referee  # noqa: E402
+from referee import Referee  # noqa: E402
 from uci_engine import Thought, UciEngine  # noqa: E402
 from uci_games import Clock, Game, play  # noqa: E402
 
@@ -67,16 +67,22 @@ def arguments() -> argparse.Namespace:
     return parser.parse_args()
 
 
+def command_of(words: list[str]) -> list[str]:
+    """The other engine's command, to be run in another folder."""
+    program = os.path.abspath(words[0]) if "/" in words[0] else words[0]
+    return [program, *words[1:]]
+
+
 def main() -> None:
     wanted = arguments()
     seconds, increment = map(float, wanted.clock.split("+"))
     environment = os.environ | {"PATH": os.environ["PATH"] + ":/usr/games"}
     results, flags = [], 0
     with tempfile.TemporaryDirectory() as folder:
-        referee = Referee(pathlib.Path(folder))
         quiet = environment | {"HOME": folder}
         ours = UciEngine([ROOT / "build" / "release" / "bin" / "tarv", "uci"], env=quiet)
-        with ours, AnyEngine(wanted.command, env=quiet, cwd=folder) as theirs:
+        with (Referee(pathlib.Path(folder, "referee")) as referee, ours,
+              AnyEngine(command_of(wanted.command), env=quiet, cwd=folder) as theirs):
             theirs.send("uci")
             theirs.until("uciok")
             for option in wanted.option:
@@ -90,8 +96,6 @@ def main() -> None:
                 flags += game.clock.flags
                 if len(results) % 10 == 0:
                     print(told(results), file=sys.stderr)
-        referee.process.kill()
-        referee.process.wait()
     print(f"{told(results)}; clocks that ran out, not counted as a loss: {flags}")
 
 
