@@ -142,7 +142,7 @@ void BeginSearch(benchmark::State& state) {
   Move move = 0;
   for (auto _ : state) benchmark::DoNotOptimize(SearchMove(move));
   root_hooks = {};
-  HashAllocate(0x80000);
+  HashAllocate(kUsualEntries);
 }
 
 constexpr int kLastPosition = static_cast<int>(std::size(kPositions)) - 1;
@@ -158,7 +158,7 @@ BENCHMARK(MakeAndUnmake)->DenseRange(0, kLastPosition);
 BENCHMARK(HashStoreAndProbe)->DenseRange(0, kLastPosition);
 BENCHMARK(LearnLookOfUnknown)->DenseRange(0, kLastPosition);
 BENCHMARK(LearnLookOfKnown)->DenseRange(0, kLastPosition);
-BENCHMARK(BeginSearch)->Arg(1 << 19)->Arg(1 << 25);
+BENCHMARK(BeginSearch)->Arg(kUsualEntries)->Arg(1 << 25);
 
 }  // namespace
 

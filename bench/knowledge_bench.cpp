@@ -42,7 +42,7 @@ constexpr int kLineLength = 20;  // of a book line
 constexpr const char* kMiddleGame = "r2q1rk1/4bppp/p2p4/2pP4/3pP3/3Q4/PP1B1PPP/R3R1K1 w - -";
 
 // Plays a random game of at most `length` half-moves from the start position and calls `after` with
-// each move made. The board is as before afterwards.
+// each move made. The start position is on the board afterwards.
 template <typename After>
 void PlayRandomGame(std::mt19937& random, int length, After after) {
   ply = 0;

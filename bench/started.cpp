@@ -11,7 +11,7 @@ namespace tarvyle {
 void StartOnce() {
   static const bool started = [] {
     InitAtk();
-    if (!HashAllocate(0x80000)) std::abort();
+    if (!HashAllocate(kUsualEntries)) std::abort();
     InitEvaluate();
     return true;
   }();
