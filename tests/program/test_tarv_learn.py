@@ -41,6 +41,16 @@ def write(tmp_path):
     return write_records
 
 
+def no_file_beyond(size: int):
+    """For `preexec_fn`: writing behind so many bytes of a file fails, as on a full disk."""
+
+    def limit() -> None:
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (size, size))
+
+    return limit
+
+
 # --- stats, list, export ----------------------------------------------------------------------------------
 
 
@@ -268,12 +278,8 @@ def test_an_output_that_is_none_of_the_files(complains, says, learned, write, tm
 def test_a_full_disk_leaves_the_older_file(complains, learned, write, tmp_path):
     write("a.lrn", learned[0])
     before = (tmp_path / "a.lrn").read_bytes()
-
-    def limit() -> None:
-        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-        resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
-
-    complaint = complains("learn", "merge", "a.lrn", write("b.lrn", *learned[1:]), "-o", "a.lrn", preexec_fn=limit)
+    complaint = complains("learn", "merge", "a.lrn", write("b.lrn", *learned[1:]), "-o", "a.lrn",
+                          preexec_fn=no_file_beyond(100))
     assert complaint == "tarv: cannot write a.lrn: File too large\n".replace("a.lrn", str(tmp_path / "a.lrn"))
     assert (tmp_path / "a.lrn").read_bytes() == before
     assert sorted(path.name for path in tmp_path.iterdir()) == ["a.lrn", "b.lrn", "four.epd", "four.lrn"]
@@ -457,6 +463,26 @@ def test_one_process_holds_an_output(complains, learned, tmp_path):
     with (tmp_path / "four.lrn").open("ab") as file:
         fcntl.flock(file, fcntl.LOCK_EX)
         assert "another process writes four.lrn" in complains("learn", "analyse", "four.epd", "--depth", 4)
+
+
+@pytest.mark.parametrize("room, reason", [(0, "File too large"), (1, "No space left on device"),
+                                          (40, "No space left on device")])
+@pytest.mark.parametrize("records", [0, 2])
+def test_a_record_that_does_not_fit_is_taken_away_again(complains, learned, write, tmp_path, records, room, reason):
+    """The system gives a reason only where not even a part was written; no earlier error may be told in its place."""
+    before = b"".join(record.bytes() for record in learned[:records])
+    write("a.lrn", *learned[:records])
+    complaint = complains("learn", "analyse", "four.epd", "--depth", 3, "-o", "a.lrn",
+                          preexec_fn=no_file_beyond(len(before) + room))
+    assert complaint == f"tarv: cannot write a.lrn: {reason}\n"
+    assert (tmp_path / "a.lrn").read_bytes() == before
+
+
+def test_an_output_that_cannot_be_opened(complains, learned):
+    assert complains("learn", "analyse", "four.epd", "--depth", 3, "-o", "none/a.lrn") == (
+        "tarv: cannot write none/a.lrn: No such file or directory\n")
+    assert complains("learn", "analyse", "four.epd", "--depth", 3, "-o", "/dev/full") == (
+        "tarv: cannot read /dev/full: no plain file\n")
 
 
 def test_a_killed_run_leaves_a_whole_file(says, workbench, tmp_path):

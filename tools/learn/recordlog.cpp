@@ -43,13 +43,13 @@ RecordLog::RecordLog(std::string path)
 RecordLog::~RecordLog() { close(file_); }
 
 void RecordLog::Append(std::string_view bytes) {
-  errno = 0;
+  errno = 0;  // a write that ends early leaves it as it is
   const ssize_t written = write(file_, bytes.data(), bytes.size());
   if (written == static_cast<ssize_t>(bytes.size()) && fdatasync(file_) == 0) {
     size_ += bytes.size();
     return;
   }
-  const int error = errno != 0 ? errno : ENOSPC;  // a part of it was written
+  const int error = errno != 0 ? errno : ENOSPC;
   (void)!ftruncate(file_, static_cast<off_t>(size_));
   FailOn("cannot write", path_, error);
 }
