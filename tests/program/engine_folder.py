@@ -25,7 +25,7 @@ SETTINGS = {
 BOOK = "# two openings\ne2e4 e7e5 g1f3\nd2d4 d7d5\n"
 
 # What every start with these settings says.
-START = """\
+GREETING = """\
 # Chess, build Jul 22 2013 
 # hash table init: 
 # get mem 6815744 byte(s) 
@@ -51,8 +51,8 @@ class Run:
     @property
     def said(self) -> str:
         """Standard output after the start, without the thinking lines."""
-        assert self.stdout.startswith(START), self.stdout
-        return THINKING.sub("", self.stdout[len(START):])
+        assert self.stdout.startswith(GREETING), self.stdout
+        return THINKING.sub("", self.stdout[len(GREETING):])
 
     @property
     def complaints(self) -> str:
@@ -122,8 +122,8 @@ class EngineFolder:
     def started(self, **options) -> subprocess.Popen:
         """The same, once it waits for its first line."""
         process = self.start(**options)
-        lines = [process.stdout.readline() for _ in START.splitlines()]
-        assert "".join(line if isinstance(line, str) else line.decode() for line in lines) == START
+        lines = [process.stdout.readline() for _ in GREETING.splitlines()]
+        assert "".join(line if isinstance(line, str) else line.decode() for line in lines) == GREETING
         return process
 
     def run(self, *lines: str, raw: bytes | None = None, **options) -> Run:

@@ -1,8 +1,14 @@
-"""Saved games for tests: played by the engine, with moves typed for one side or both."""
+"""Saved games for tests: played by the engine, with moves typed for one side or both; and the layout of their files."""
 
 import pathlib
+import struct
 
 from engine_folder import EngineFolder
+
+SIZE = 19192  # of the file, in bytes
+GAME_LEN, GAME_MAX = 1180, 1184  # where the number of moves stands, and that with those taken back
+MOVES, SCORES = 1192, 17192  # where the moves and their scores stand, a word of four bytes each
+TYPED = 1000001  # the score of a move that was typed
 
 # White's moves against which the engine, whose clock stands still but for a step a look, plays Black.
 SCHOLAR = ["e2e4", "e7e5", "d1h5", "b8c6", "f1c4", "g8f6", "h5f7"]
@@ -23,3 +29,11 @@ def played_game(folder: EngineFolder, moves: int) -> pathlib.Path:
     run = folder.run(*["go"] * moves, "save game.dat", step_ms=1000)
     assert run.complaints == "", run
     return folder.file("game.dat")
+
+
+def with_scores(path: pathlib.Path, scores: dict[int, int]) -> None:
+    """Writes these scores beside the moves of a saved game, by the number of the move from 0."""
+    image = bytearray(path.read_bytes())
+    for number, score in scores.items():
+        struct.pack_into("<i", image, SCORES + 4 * number, score)
+    path.write_bytes(image)

@@ -6,6 +6,7 @@ import re
 import pytest
 from conftest import DATA, PROJECT, sanitized
 from engine_folder import EngineFolder
+from positions import START
 from talk import Talk
 
 GAMES = 500
@@ -23,8 +24,7 @@ PROBES = [
 def games() -> list[list[str]]:
     """Different games of 8 to some 70 half-moves."""
     histories = [line.split("\t")[0].split(" moves ") for line in (DATA / "histories.tsv").read_text().splitlines()]
-    start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -"
-    found = {root[1] for root in histories if len(root) == 2 and root[0] == start}
+    found = {root[1] for root in histories if len(root) == 2 and root[0] == START}
     openings = (PROJECT / "data" / "tarvyle.bk").read_text().splitlines()
     found |= {line.strip() for line in openings if re.fullmatch(r" *(?:[a-h][1-8][a-h][1-8] *){8,}", line)}
     return [game.split() for game in sorted(found)]

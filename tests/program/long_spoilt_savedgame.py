@@ -4,9 +4,9 @@ import random
 import struct
 
 import pytest
+from game_files import MOVES, SIZE
 from talk import Talk
 
-SIZE = 19192
 GAME = ["e2e4", "d7d5", "e4d5", "d8d5", "b1c3", "d5a5", "g1f3", "c8g4", "f1e2", "g4f3", "e2f3"]
 NEXT = "e7e6"
 SEARCHED = 20  # a search follows in one accepted game of so many
@@ -69,7 +69,7 @@ def test_every_byte_flipped_in_turn(loader, mask):
 
 def test_every_word_replaced(loader):
     for at in range(0, SIZE, 4):
-        for word in WORDS if at < 1192 + 4 * 40 else WORDS[:2]:  # the position and the moves played
+        for word in WORDS if at < MOVES + 4 * 40 else WORDS[:2]:  # the position and the moves played
             loader.load(loader.good[:at] + struct.pack("<i", word) + loader.good[at + 4:], (at, word))
 
 
@@ -83,6 +83,6 @@ def test_several_changes_at_once(loader):
     for number in range(RANDOM_CHANGES):
         content = bytearray(loader.good)
         for _ in range(dice.randrange(1, 6)):
-            at = dice.randrange(dice.choice([40, 1192, SIZE]))
+            at = dice.randrange(dice.choice([40, MOVES, SIZE]))
             content[at] = dice.choice([0, 1, dice.randrange(256), 255])
         loader.load(bytes(content), number)

@@ -3,11 +3,14 @@
 import signal
 
 import pytest
-from engine_folder import BOOK_INSTEAD, START
+from engine_folder import BOOK_INSTEAD, GREETING
+from game_files import with_scores
 from positions import AFTER_E4_TEXT, BEFORE_ONE_REPLY, CHECKMATE, MATE_IN_ONE, ONE_REPLY, STALEMATE, START_TEXT
 
 SHUFFLE = ["b1c3", "b8c6", "c3b1", "c6b8"]
 MAX_GAME_MOVES = 400
+
+FEATURES = "feature setboard=1\nfeature done=1\nfeature sigint=0\nfeature sigterm=0\n"
 
 BOARD_AFTER_ONE_REPLY = """\
 8  -   -   -   - k 
@@ -43,8 +46,7 @@ def assert_says(run, said: str = "", complaints: str = "") -> None:
 
 
 def test_xboard_and_protover(folder):
-    features = "feature setboard=1\nfeature done=1\nfeature sigint=0\nfeature sigterm=0\n"
-    assert_says(folder.run("xboard", "protover 2", "protover"), features + "feature done=1\n" * 2)
+    assert_says(folder.run("xboard", "protover 2", "protover"), FEATURES + "feature done=1\n" * 2)
 
 
 def test_st_messages(folder):
@@ -71,8 +73,7 @@ def test_time_allowances(folder, command, allowance):
 
 def test_force_new_and_go(folder):
     run = folder.run("xboard", "force", "e2e4", "getboard", "new", "getboard", f"setboard {ONE_REPLY}", "force", "go")
-    features = "feature setboard=1\nfeature done=1\nfeature sigint=0\nfeature sigterm=0\n"
-    assert_says(run, features + position(AFTER_E4_TEXT) + position(START_TEXT) + "move a1b2\n")
+    assert_says(run, FEATURES + position(AFTER_E4_TEXT) + position(START_TEXT) + "move a1b2\n")
 
 
 def test_a_move_is_answered(folder):
@@ -224,11 +225,7 @@ def test_no_move_at_all(folder):
 def saved_game_with_scores(folder, moves: list[str], scores: list[int]) -> None:
     """Saves a game of these moves and puts the scores beside those of the second side."""
     folder.run("force", "setboard k7/8/3p4/8/4K3/8/8/1RQ4R w - -", *moves, "save scores.dat")
-    image = bytearray(folder.file("scores.dat").read_bytes())
-    for index, score in enumerate(scores):
-        at = 17192 + 4 * (2 * index + 1)
-        image[at : at + 4] = score.to_bytes(4, "little", signed=True)
-    folder.file("scores.dat").write_bytes(image)
+    with_scores(folder.file("scores.dat"), {2 * index + 1: score for index, score in enumerate(scores)})
 
 
 @pytest.mark.parametrize("scores, last", [
@@ -313,7 +310,7 @@ def test_input_that_ends_while_thinking(folder):
 def test_every_line_is_out_at_once(folder):
     """An answer is there before the next command is read."""
     with folder.start() as process:
-        for line in START.splitlines(keepends=True):
+        for line in GREETING.splitlines(keepends=True):
             assert process.stdout.readline().decode() == line
         for _ in range(3):
             process.stdin.write(b"style\n")

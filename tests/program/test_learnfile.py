@@ -295,7 +295,7 @@ def test_closed_input_while_thinking(learned):
     assert len(read(learned.file("tarvyle.lrn"))) == before + 1
 
 
-def test_both_ends_and_errors_closed_from_the_start(learned):
+def test_streams_that_lead_nowhere(learned):
     nothing = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
     sound = learned.file("tarvyle.lrn").read_bytes()
     with learned.start(**nothing) as process:

@@ -6,13 +6,8 @@ import struct
 import subprocess
 
 import pytest
+from game_files import GAME_LEN, GAME_MAX, MOVES, SCORES, SIZE, TYPED
 from positions import AFTER_D4_TEXT, BEFORE_ONE_REPLY, START_TEXT
-
-SIZE = 19192
-USER_SCORE = 1000001
-
-GAME_LEN, GAME_MAX = 1180, 1184
-MOVES, SCORES = 1192, 17192
 
 
 def not_opened(name: str) -> str:
@@ -41,7 +36,7 @@ def test_the_file_is_the_record(saved):
     assert (word(image, GAME_LEN), word(image, GAME_MAX)) == (1, 1)
     origin, target = 51, 35  # d2, d4
     assert word(image, MOVES) == origin << 6 | target | 1 << 12
-    assert word(image, SCORES) == USER_SCORE
+    assert word(image, SCORES) == TYPED
     assert saved.names() == ["game.dat"]
 
 

@@ -7,7 +7,8 @@ import shutil
 
 import pytest
 from conftest import PROJECT, sanitized
-from engine_folder import BOOK_INSTEAD, START, THINKING
+from engine_folder import BOOK_INSTEAD, GREETING, THINKING
+from game_files import SIZE
 from learn_records import NOT_OPEN
 from positions import ONE_REPLY, START_TEXT
 
@@ -23,12 +24,12 @@ LEAST = 'hash size="32"\ntime search default seconds="7"\nlearn file write="disa
 def test_a_name_without_a_folder_means_the_current_one(folder):
     run = folder.run("save", name="tarvyle")
     assert run.said == "" and run.status == 0
-    assert folder.file("tarvyle_save_game.dat").stat().st_size == 19192
+    assert folder.file("tarvyle_save_game.dat").stat().st_size == SIZE
 
 
 def test_files_stand_beside_the_program(folder, tmp_path):
     run = folder.run("load", cwd=tmp_path, name=str(folder.path / "tarvyle"))
-    assert run.stdout == START
+    assert run.stdout == GREETING
     assert run.complaints == f"# error open file {folder.path}/tarvyle_save_game.dat \n"
 
 
@@ -42,7 +43,7 @@ def test_a_path_of_backslashes_is_cut_after_the_last(folder):
     for name in ("tarvyle.cfg", "tarvyle.bk"):
         folder.file(name).rename(folder.file("C:\\Games\\" + name))
     run = folder.run("load", name="C:\\Games\\x.exe")
-    assert run.stdout == START
+    assert run.stdout == GREETING
     assert run.complaints == "# error open file C:\\Games\\tarvyle_save_game.dat \n"
 
 
@@ -63,14 +64,14 @@ def test_other_arguments_are_not_looked_at(folder):
 ])
 def test_instances_listed(learning, count, warning):
     learning.list_instances(count)
-    banner, rest = START.split("\n", 1)
+    banner, rest = GREETING.split("\n", 1)
     run = learning.run("quit")
     assert run.stdout.startswith(banner + "\n" + warning + rest)
     assert learning.file("tarvyle.lrn").exists() == (count < 2)
 
 
 def assert_unknown_instances(folder, run, complaint: str) -> None:
-    banner, rest = START.split("\n", 1)
+    banner, rest = GREETING.split("\n", 1)
     assert run.stdout == banner + "\n# warning: learn file write disable \n" + rest
     assert re.fullmatch(complaint + re.escape(BOOK_INSTEAD), run.stderr)
     assert run.status == 0
@@ -96,12 +97,12 @@ def test_a_pipe_that_cannot_be_opened(learning):
 
 def test_a_lister_that_says_nothing(folder):
     folder.write_lister("exit 0\n")
-    assert folder.run("quit").stdout == START
+    assert folder.run("quit").stdout == GREETING
 
 
 def test_a_lister_with_long_lines_and_zeros(folder):
     folder.write_lister("printf '%05000d\\n\\0tarvyle\\n' 0\necho tarvyle\n")
-    assert folder.run("quit").stdout == START
+    assert folder.run("quit").stdout == GREETING
 
 
 # --- what is missing --------------------------------------------------------------------------------------
@@ -117,7 +118,7 @@ def test_without_learn_file_and_book(folder):
     folder.file("tarvyle.bk").unlink()
     run = folder.run("quit")
     assert run.stderr == BOOK_INSTEAD + "book file notfound  \n"
-    assert run.stdout == "".join(START.splitlines(keepends=True)[:3])
+    assert run.stdout == "".join(GREETING.splitlines(keepends=True)[:3])
     assert run.status == 1
 
 
@@ -125,7 +126,7 @@ def test_no_book_is_needed_beside_a_learn_file(folder):
     folder.file("tarvyle.bk").unlink()
     folder.file("tarvyle.lrn").write_bytes(b"")
     run = folder.run("quit")
-    assert (run.stdout, run.stderr, run.status) == (START, "", 0)
+    assert (run.stdout, run.stderr, run.status) == (GREETING, "", 0)
 
 
 # --- the configuration ------------------------------------------------------------------------------------
@@ -151,7 +152,7 @@ def test_refused_table_sizes(folder, size):
 def test_table_sizes(folder, size, bytes_shown):
     """An odd number counts as the even one below it, and 64 more make no difference."""
     folder.configure(hash_size=size)
-    assert folder.run("quit").stdout == START.replace("6815744", str(bytes_shown))
+    assert folder.run("quit").stdout == GREETING.replace("6815744", str(bytes_shown))
 
 
 def test_tables_beyond_the_machine(folder):
@@ -278,7 +279,7 @@ def test_the_shipped_book_is_read_without_an_error(folder):
     for name in ("tarvyle.cfg", "tarvyle.bk"):
         shutil.copy(SHIPPED / name, folder.path)
     run = folder.run("quit")
-    assert run.stdout.startswith(START.replace("6815744", str(104 << 19)))
+    assert run.stdout.startswith(GREETING.replace("6815744", str(104 << 19)))
     assert "#error" not in run.stdout
     assert run.stderr == BOOK_INSTEAD + NOT_OPEN
     assert run.status == 0

@@ -5,7 +5,7 @@ import shutil
 
 import pytest
 from conftest import PROJECT, engine_environment, require
-from engine_folder import START
+from engine_folder import GREETING
 
 SHIPPED = PROJECT / "data" / "tarvyle.bk"
 
@@ -172,7 +172,7 @@ def test_the_book_of_games_is_one(says, folder, games, tmp_path):
     assert says("book", "from-pgn", "--min-games", 1, "-o", "new.bk", games) == ""
     assert says("book", "check", "new.bk") == "new.bk: 3 lines, 0 errors, 0 that add nothing\n"
     folder.file("tarvyle.bk").write_bytes((tmp_path / "new.bk").read_bytes())
-    assert folder.run("quit").stdout == START
+    assert folder.run("quit").stdout == GREETING
 
 
 def test_wrong_games_are_told(tarv, games, tmp_path):

@@ -2,23 +2,11 @@
 
 import json
 import re
-import struct
 import subprocess
 
 import pytest
 from conftest import SEARCH_PATH, engine_environment, require
-from game_files import CASTLING, PROMOTION, SCHOLAR, played_game, typed_game
-
-SIZE = 19192
-GAME_LEN, MOVES, SCORES = 1180, 1192, 17192
-TYPED = 1000001
-
-
-def with_scores(path, *scores: int) -> None:
-    """Writes these scores with the moves of a saved game."""
-    image = bytearray(path.read_bytes())
-    struct.pack_into(f"<{len(scores)}i", image, SCORES, *scores)
-    path.write_bytes(image)
+from game_files import CASTLING, GAME_LEN, MOVES, PROMOTION, SCHOLAR, SIZE, played_game, typed_game, with_scores
 
 
 def movetext(pgn: str) -> str:
@@ -38,7 +26,7 @@ def page_game(page: str) -> dict:
 
 def test_show(says, folder):
     path = typed_game(folder, *SCHOLAR)
-    with_scores(path, TYPED, 20, TYPED, -30, TYPED, -999996, TYPED)
+    with_scores(path, {1: 20, 3: -30, 5: -999996})
     head, moves, board = says("game", "show", path).split("\n\n", 2)
     assert head == "White   Player\nBlack   Tarvyle\nResult  1-0, checkmate"
     assert [line.split() for line in moves.splitlines()] == [
@@ -48,7 +36,7 @@ def test_show(says, folder):
 
 def test_pgn(says, folder):
     path = typed_game(folder, *SCHOLAR)
-    with_scores(path, 123, TYPED, 0, TYPED, 999996, TYPED, 999998)
+    with_scores(path, {0: 123, 2: 0, 4: 999996, 6: 999998})
     pgn = says("game", "pgn", path)
     assert tags(pgn) | {"Date": ""} == {
         "Event": "Saved game", "Site": "?", "Date": "", "Round": "-", "White": "Tarvyle", "Black": "Player",
@@ -147,7 +135,7 @@ def test_the_page_needs_nothing_else(says, folder):
 
 def test_the_page_holds_the_game(says, folder):
     path = typed_game(folder, *SCHOLAR)
-    with_scores(path, 123, TYPED, 0, TYPED, 999996, TYPED, TYPED)
+    with_scores(path, {0: 123, 2: 0, 4: 999996})
     game = page_game(report(says, path))
     assert [move["san"] for move in game["moves"]] == ["e4", "e5", "Qh5", "Nc6", "Bc4", "Nf6", "Qxf7#"]
     assert [move.get("scoreText") for move in game["moves"]] == ["+0.12", None, None, None, "#1", None, None]
@@ -175,8 +163,8 @@ def test_the_page_beside_the_game(says, folder):
 
 
 @pytest.mark.parametrize("change, words", [
-    (lambda image: b"", "it has 0 bytes, a saved game has 19192"),
-    (lambda image: image[:-1], "it has 19191 bytes"),
+    (lambda image: b"", f"it has 0 bytes, a saved game has {SIZE}"),
+    (lambda image: image[:-1], f"it has {SIZE - 1} bytes"),
     (lambda image: b"\x0a" + image[1:], "does not begin as one"),
     (lambda image: image[:GAME_LEN] + b"\xff" + image[GAME_LEN + 1 :], "record is damaged"),
     (lambda image: image[:MOVES] + b"\xff" + image[MOVES + 1 :], "record is damaged"),

@@ -6,11 +6,8 @@ import time
 
 import learn_records
 import pytest
-from conftest import sanitized
 from positions import CLOSED_GAME, START_TEXT
-from uci_engine import centipawns
-
-SLOW = 10 if sanitized() else 1
+from uci_engine import SLOW, centipawns
 
 # --- options ----------------------------------------------------------------------------------------------
 

@@ -6,11 +6,10 @@ import subprocess
 import time
 
 import pytest
-from conftest import DATA, engine_environment, sanitized
+from conftest import DATA, engine_environment
 from positions import CHECKMATE, CLOSED_GAME, MATE_IN_ONE, MATED_IN_ONE, STALEMATE, START_TEXT
-from uci_engine import UciEngine, centipawns
+from uci_engine import SLOW, UciEngine, centipawns
 
-SLOW = 10 if sanitized() else 1
 # --- what is searched -------------------------------------------------------------------------------------
 
 

@@ -7,9 +7,10 @@ import subprocess
 import threading
 import time
 
-from conftest import engine_environment
+from conftest import engine_environment, sanitized
 
 PATIENCE = 60.0  # seconds for any answer: sanitizers on a busy machine are slow
+SLOW = 10 if sanitized() else 1  # how much longer things may take than with a release
 
 INFO = re.compile(r"info depth (\d+) score (cp -?\d+|mate -?\d+(?: lowerbound)?) nodes (\d+) nps \d+ time (\d+) "
                   r"hashfull (\d+) pv((?: [a-h][1-8][a-h][1-8][nbrq]?)+)")
