@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# Shell functions of ./play and ./check: what they need, whether it is there, and getting it.
+# Shell functions of ./play, ./check and the other scripts: what they need, whether it is there, and
+# getting it.
 # Sourced, with `me` set to the name that messages begin with. Messages go to standard error.
 
 # shellcheck disable=SC2154  # me: set by the script that sources this
