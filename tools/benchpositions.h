@@ -4,7 +4,7 @@
 
 namespace tarvyle::tools {
 
-// Openings, middle games and endings; the last two of each kind are known tactical tests.
+// Openings, middle games (the first 22 of data/bratko-kopec.epd) and endings.
 inline constexpr std::array kBenchPositions = {
     // Openings.
     "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -",

@@ -11,7 +11,7 @@
 #include "search/status.h"
 
 // The engine as a library: started once, reset to what a fresh process has, searched at fixed
-// depth.
+// depth or by a setting of one's own.
 
 namespace tarvyle::tools {
 

@@ -8,7 +8,6 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "search/root.h"
 #include "tools/numbers.h"
 
 namespace tarvyle::tools {
@@ -50,12 +49,11 @@ std::vector<std::string_view> Fields(std::string_view line) {
   return fields;
 }
 
-int DepthOf(std::string_view field, int least) {
+int DepthOf(std::string_view field, int least, int most) {
   int depth = 0;
-  if (!ReadInteger(field, depth) || depth < least || depth > kMaxIteration) {
-    throw std::runtime_error("depth " + std::to_string(least) + ".." +
-                             std::to_string(kMaxIteration) + " expected, not \"" +
-                             std::string(field) + "\"");
+  if (!ReadInteger(field, depth) || depth < least || depth > most) {
+    throw std::runtime_error("depth " + std::to_string(least) + ".." + std::to_string(most) +
+                             " expected, not \"" + std::string(field) + "\"");
   }
   return depth;
 }

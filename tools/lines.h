@@ -10,9 +10,9 @@ namespace tarvyle::tools {
 // The tab-separated fields of a line.
 std::vector<std::string_view> Fields(std::string_view line);
 
-// The depth that a field tells: a whole number from `least` to that of the deepest iteration.
-// Throws std::runtime_error for any other text.
-int DepthOf(std::string_view field, int least);
+// The depth that a field tells: a whole number from `least` to `most`. Throws std::runtime_error
+// for any other text.
+int DepthOf(std::string_view field, int least, int most);
 
 // Reads a file ("" or "-": standard input) line by line. Lines that begin with '#', and empty ones,
 // are copied to standard output; every other one is answered with what `answer` returns for it.

@@ -70,7 +70,7 @@ std::string DescribePerft(std::string_view line) {
   const auto fields = Fields(line);
   const std::string fen(fields[0]);
   if (fields.size() < 2) throw std::runtime_error("FEN, tab, depth expected");
-  const int depth = DepthOf(fields[1], 0);
+  const int depth = DepthOf(fields[1], 0, kDeepestPerft);
   if (!SetUp(fen)) return fen + "\trefused";
   return fen + '\t' + std::to_string(depth) + '\t' + std::to_string(Perft(depth));
 }

@@ -8,6 +8,7 @@
 
 #include "pv/print.h"
 #include "pv/tree.h"
+#include "search/root.h"
 #include "search/style.h"
 #include "tools/engine.h"
 #include "tools/lines.h"
@@ -43,7 +44,7 @@ std::string AnswerSearch(const SearchOptions& options, std::string_view line) {
   if (fields.size() < 3) throw std::runtime_error("root, tab, style, tab, depth expected");
   const std::string root(fields[0]);
   const std::string style(fields[1]);
-  const int depth = DepthOf(fields[2], 2);
+  const int depth = DepthOf(fields[2], 2, kMaxIteration);
   if (!load_play_style(style.c_str())) throw std::runtime_error("unknown style " + style);
   if (!options.chain) StartFresh(options);
   if (!SetUpRoot(root)) return root + "\trefused";

@@ -1,6 +1,7 @@
 // The learn file: any bytes, or records whose lengths and check bytes were put right first; then a
 // look into what was read, a choice of a book move, and a copy that must be read again.
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -18,8 +19,9 @@ namespace {
 
 using namespace tarvyle;
 
-constexpr std::size_t kLengthAt = 18;
-constexpr std::size_t kCheckAt = 23;
+// In a record, which begins with the key.
+constexpr std::size_t kLengthAt = offsetof(LearnNode, length) - offsetof(LearnNode, key_lo);
+constexpr std::size_t kCheckAt = offsetof(LearnNode, check) - offsetof(LearnNode, key_lo);
 
 // Gives each record the length and the check byte that its text asks for.
 void PutRecordsRight(std::string& bytes) {

@@ -120,7 +120,7 @@ std::vector<PgnGame> ExtractGames(const std::vector<std::string>& files) {
   std::vector<std::string> arguments = {"pgn-extract",   "-s",    "-C", "-N",   "-V",
                                         "--nosetuptags", "-Wuci", "-w", "65000"};
   for (const std::string& file : files) {
-    (void)ReadWholeFile(file);
+    (void)ReadWholeFile(file);  // a file that cannot be read is refused here, not passed over there
     arguments.push_back(file.starts_with('-') ? "./" + file : file);
   }
   std::istringstream output(OutputOf(program, arguments));

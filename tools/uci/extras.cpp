@@ -11,10 +11,12 @@
 #include "position/text.h"
 #include "position/types.h"
 #include "search/clock.h"
+#include "search/root.h"
 #include "search/style.h"
 #include "tools/bench.h"
 #include "tools/engine.h"
 #include "tools/numbers.h"
+#include "tools/scoretext.h"
 #include "tools/uci/input.h"
 #include "tools/uci/knowledge.h"
 #include "tools/uci/output.h"
@@ -25,14 +27,12 @@ namespace tarvyle::tools {
 
 namespace {
 
-// A number from `least` on, or `usual` when there is none. False, with a report, for all else.
-bool ReadDepth(std::string_view words, int least, int usual, int& depth) {
+// Reads a number from `least` to `most`; `depth` stays as it is when there is none. False, with a
+// report, for all else.
+bool ReadDepth(std::string_view words, int least, int most, int& depth) {
   const std::string_view word = NextWord(words);
-  depth = usual;
-  if (word.empty() || (ReadInteger(word, depth) && depth >= least && depth <= kDeepestPerft)) {
-    return true;
-  }
-  SayInfo("a depth from " + std::to_string(least) + " to " + std::to_string(kDeepestPerft) +
+  if (word.empty() || (ReadInteger(word, depth) && depth >= least && depth <= most)) return true;
+  SayInfo("a depth from " + std::to_string(least) + " to " + std::to_string(most) +
           " was expected");
   return false;
 }
@@ -45,8 +45,8 @@ bool StopWasSaid() {
 }  // namespace
 
 void ObeyPerft(std::string_view words) {
-  int depth = 0;
-  if (!ReadDepth(words, 0, 1, depth)) return;
+  int depth = 1;
+  if (!ReadDepth(words, 0, kDeepestPerft, depth)) return;
   interruption = {};
   const auto tell = [](Move move, std::uint64_t leaves) {
     Say(MoveToStr(move) + (": " + std::to_string(leaves)));
@@ -59,7 +59,7 @@ void ObeyEval(std::string_view /*words*/) {
   const int score = StaticScore();
   char text[40];
   std::snprintf(text, sizeof text, "evaluation %+.3f (White's side)",
-                (g.side == White ? score : -score) / 1000.0);
+                (g.side == White ? score : -score) / kPawn);
   Say(text);
 }
 
@@ -73,7 +73,7 @@ void ObeyShow(std::string_view /*words*/) {
 
 void ObeyBench(std::string_view words) {
   BenchOptions options;
-  if (!ReadDepth(words, 2, options.depth, options.depth)) return;
+  if (!ReadDepth(words, 2, kMaxIteration, options.depth)) return;
   options.style = print_play_str();
   interruption = {};
   const World outside = world;

@@ -12,7 +12,8 @@ void ListenTo(int descriptor);
 // Waits for the next line, without its end. False at the end of the input.
 bool NextLine(std::string& line);
 
-// What has been asked for since the last search began.
+// What has been asked for since the last search began: set by the two procedures below, emptied by
+// whoever begins to search.
 struct Interruption {
   bool stop = false;  // by "stop", "quit" or the end of the input
   bool quit = false;  // by "quit"

@@ -37,7 +37,7 @@ constexpr int Megabytes(int entries) {
 
 constexpr int kLeastMegabytes = 1;  // GUIs like to ask for 1; the smallest tables are larger
 
-struct Option {
+struct OptionRow {
   std::string_view name;
   std::string (*declaration)();           // type, default value and range
   void (*set)(const std::string& value);  // throws std::runtime_error with what was expected
@@ -109,44 +109,45 @@ void ClearHash(const std::string& /*value*/) {
   ResetSearchState();
 }
 
-constexpr std::array kOptions = {
-    Option{"Hash",
-           [] { return Spin(Megabytes(kUsualEntries), kLeastMegabytes, Megabytes(kMostEntries)); },
-           SetHash},
-    Option{"Clear Hash", [] { return std::string("button"); }, ClearHash},
-    Option{"Threads", [] { return Spin(1, 1, 1); },
-           [](const std::string& value) { ReadSpin(value, 1, 1); }},
-    Option{"Style",
-           [] {
-             return std::string(
-                 "combo default knowledge3 var knowledge1 var knowledge2 "
-                 "var knowledge3");
-           },
-           SetStyle},
-    Option{"Random Search", [] { return std::string("check default false"); },
-           [](const std::string& value) { is_rnd_search = ReadCheck(value) ? 1 : 0; }},
-    Option{"OwnBook", [] { return std::string("check default false"); },
-           [](const std::string& value) { SetOwnBook(ReadCheck(value)); }},
-    Option{"Book File", [] { return Text(DefaultFile("tarvyle.bk")); },
-           [](const std::string& value) {
-             settings.book_file = ReadText(value);
-             KnowledgeIsStale();
-           }},
-    Option{"Learn File", [] { return Text(DefaultFile("tarvyle.lrn")); },
-           [](const std::string& value) {
-             settings.learn_file = ReadText(value);
-             KnowledgeIsStale();
-           }},
-    Option{"Learn Output", [] { return Text({}); },
-           [](const std::string& value) { settings.learn_output = ReadText(value); }},
-    Option{"Move Overhead", [] { return Spin(Settings{}.move_overhead, 0, kMostOverhead); },
-           [](const std::string& value) {
-             settings.move_overhead = static_cast<int>(ReadSpin(value, 0, kMostOverhead));
-           }},
-    Option{"Seed", [] { return Spin(0, 0, kMostSeed); },
-           [](const std::string& value) {
-             settings.seed = static_cast<unsigned>(ReadSpin(value, 0, kMostSeed));
-           }},
+constexpr std::array kOptionRows = {
+    OptionRow{
+        "Hash",
+        [] { return Spin(Megabytes(kUsualEntries), kLeastMegabytes, Megabytes(kMostEntries)); },
+        SetHash},
+    OptionRow{"Clear Hash", [] { return std::string("button"); }, ClearHash},
+    OptionRow{"Threads", [] { return Spin(1, 1, 1); },
+              [](const std::string& value) { ReadSpin(value, 1, 1); }},
+    OptionRow{"Style",
+              [] {
+                return std::string(
+                    "combo default knowledge3 var knowledge1 var knowledge2 "
+                    "var knowledge3");
+              },
+              SetStyle},
+    OptionRow{"Random Search", [] { return std::string("check default false"); },
+              [](const std::string& value) { is_rnd_search = ReadCheck(value) ? 1 : 0; }},
+    OptionRow{"OwnBook", [] { return std::string("check default false"); },
+              [](const std::string& value) { SetOwnBook(ReadCheck(value)); }},
+    OptionRow{"Book File", [] { return Text(DefaultFile("tarvyle.bk")); },
+              [](const std::string& value) {
+                settings.book_file = ReadText(value);
+                KnowledgeIsStale();
+              }},
+    OptionRow{"Learn File", [] { return Text(DefaultFile("tarvyle.lrn")); },
+              [](const std::string& value) {
+                settings.learn_file = ReadText(value);
+                KnowledgeIsStale();
+              }},
+    OptionRow{"Learn Output", [] { return Text({}); },
+              [](const std::string& value) { settings.learn_output = ReadText(value); }},
+    OptionRow{"Move Overhead", [] { return Spin(Settings{}.move_overhead, 0, kMostOverhead); },
+              [](const std::string& value) {
+                settings.move_overhead = static_cast<int>(ReadSpin(value, 0, kMostOverhead));
+              }},
+    OptionRow{"Seed", [] { return Spin(0, 0, kMostSeed); },
+              [](const std::string& value) {
+                settings.seed = static_cast<unsigned>(ReadSpin(value, 0, kMostSeed));
+              }},
 };
 
 std::string_view Trimmed(std::string_view text) {
@@ -174,7 +175,7 @@ Assignment ReadAssignment(std::string_view words) {
 }
 
 void Assign(const Assignment& assignment) {
-  for (const Option& option : kOptions) {
+  for (const OptionRow& option : kOptionRows) {
     if (Lower(option.name) == Lower(assignment.name)) return option.set(assignment.value);
   }
   throw std::runtime_error("there is no such option");
@@ -192,7 +193,7 @@ void ResetOptions() {
 }
 
 void SayOptions() {
-  for (const Option& option : kOptions) {
+  for (const OptionRow& option : kOptionRows) {
     Say("option name " + std::string(option.name) + " type " + option.declaration());
   }
 }

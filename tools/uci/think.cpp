@@ -98,9 +98,7 @@ void NoteIteration(int depth, int score) {
   if (Elapsed() >= thinking.allowance.last_start || (by_clock && thinking.one_reply)) Enough();
 }
 
-std::uint32_t SteadyMilliseconds() {
-  return static_cast<std::uint32_t>(Milliseconds(Clock::now() - thinking.begin));
-}
+std::uint32_t SteadyMilliseconds() { return static_cast<std::uint32_t>(Elapsed()); }
 
 unsigned SearchSeed() { return settings.seed != 0 ? settings.seed : RealSeed(); }
 

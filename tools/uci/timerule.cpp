@@ -13,6 +13,7 @@ Allowance ForMove(std::int64_t time, std::int64_t overhead) {
   return {most, most};
 }
 
+// More time comes after this move: nearly all that is left may go.
 Allowance ForLastMove(std::int64_t left) {
   return {left / 2, std::max<std::int64_t>(left * 9 / 10, 1)};
 }
