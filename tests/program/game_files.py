@@ -10,7 +10,7 @@ GAME_LEN, GAME_MAX = 1180, 1184  # where the number of moves stands, and that wi
 MOVES, SCORES = 1192, 17192  # where the moves and their scores stand, a word of four bytes each
 TYPED = 1000001  # the score of a move that was typed
 
-# White's moves against which the engine, whose clock stands still but for a step a look, plays Black.
+# Games to type: moves of both sides, or a position and moves.
 SCHOLAR = ["e2e4", "e7e5", "d1h5", "b8c6", "f1c4", "g8f6", "h5f7"]
 CASTLING = ("e2e4 e7e5 g1f3 b8c6 f1b5 a7a6 b5c6 d7c6 e1g1 c8g4 h2h3 d8f6 d2d3 e8c8 b1d2 g4h5 f1e1 g7g5 d2f1 g5g4 "
             "h3g4 h5g4").split()
