@@ -75,10 +75,12 @@ std::string ReadWholeFile(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) FailOn("cannot read", path, errno);
   if (!S_ISREG(status.st_mode)) throw std::runtime_error("cannot read " + path + ": no plain file");
-  std::ifstream file(path, std::ios::binary);
   std::string content(static_cast<std::size_t>(status.st_size), '\0');
-  if (!file || !file.read(content.data(), status.st_size)) FailOn("cannot read", path, errno);
-  return content;
+  errno = 0;  // an end that comes early leaves it as it is
+  std::ifstream file(path, std::ios::binary);
+  if (file && file.read(content.data(), status.st_size)) return content;
+  if (errno != 0) FailOn("cannot read", path, errno);
+  throw std::runtime_error("cannot read " + path + ": it is shorter than its size says");
 }
 
 void WriteFileAtomically(const std::string& path, std::string_view content) {

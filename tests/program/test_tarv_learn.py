@@ -184,6 +184,16 @@ def test_no_file(complains, command, path):
     assert f"cannot read {path}" in complains("learn", command, path)
 
 
+def test_a_file_that_ends_before_its_size_says(complains):
+    """As the kernel's own do; no earlier error may be told as the reason."""
+    path = pathlib.Path("/sys/devices/system/cpu/online")
+    if not path.is_file() or path.stat().st_size == len(path.read_bytes()):
+        pytest.skip("the system shows no such file")
+    told = f"tarv: cannot read {path}: it is shorter than its size says\n"
+    assert complains("learn", "list", path) == told
+    assert complains("learn", "merge", path, "-o", "new.lrn") == told
+
+
 # --- verify -----------------------------------------------------------------------------------------------
 
 
