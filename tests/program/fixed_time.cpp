@@ -1,6 +1,6 @@
-// Preloaded into the engine by the tests of this folder: the wall clock that it sees does not run by
-// itself but moves on by a fixed step at each reading. The engine looks at the clock every so many
-// nodes, so a search that ends by time ends after the same number of nodes on every machine,
+// Preloaded into the engine by the tests of this folder: the wall clock that it sees does not run
+// by itself but moves on by a fixed step at each reading. The engine looks at the clock every so
+// many nodes, so a search that ends by time ends after the same number of nodes on every machine,
 // however loaded. time() is always 1, which fixes the seed of everything random.
 //
 // FIXED_TIME_STEP_MS: milliseconds that pass between two readings; 10 without it.
