@@ -270,8 +270,10 @@ constexpr CastlingRow kCastlingRows[] = {
 TEST_F(AttackTest, CastlingAsksForRightKingRookWayAndSafety) {
   for (const CastlingRow& row : kCastlingRows) {
     support::SetUpPosition(row.text);
-    EXPECT_EQ(LegalCastl(kShortCastlingMove[g.side]), row.short_side) << row.reason << row.text;
-    EXPECT_EQ(LegalCastl(kLongCastlingMove[g.side]), row.long_side) << row.reason << row.text;
+    EXPECT_EQ(LegalCastl(kShortCastlingMove[g.side]), row.short_side)
+        << row.reason << ' ' << row.text;
+    EXPECT_EQ(LegalCastl(kLongCastlingMove[g.side]), row.long_side)
+        << row.reason << ' ' << row.text;
   }
 }
 

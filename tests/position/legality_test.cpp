@@ -13,8 +13,9 @@ namespace {
 
 class LegalityTest : public support::PositionTest {};
 
-// Legality as the search finds it out: make the move, then ask the generator.
-TEST_F(LegalityTest, IsWhatTheLazyTestFinds) {
+// As the search finds it out: castling is looked at first, any other move is made, and the
+// generator then refuses a position in which the king can be captured.
+TEST_F(LegalityTest, AgreesWithMakingEachMoveAndAskingTheGenerator) {
   for (const auto& row : support::DataRows("movelists.tsv")) {
     support::SetUpPosition(row[0]);
     ASSERT_TRUE(Generate());

@@ -34,10 +34,7 @@ TEST_F(SetupTest, StartPositionIsThatOfItsText) {
 
 // The whole record of a position, built field by field.
 TEST_F(SetupTest, RecordHoldsThePositionAndNothingElse) {
-  GameRecord expected{};
-  for (auto& square : expected.list_sq) square = -1;
-  for (auto& slot : expected.list_idx) slot = -1;
-  for (auto& colour : expected.color) colour = NoColour;
+  GameRecord expected = support::EmptyRecord();
   const auto place = [&](int piece, int colour, Square square, int slot) {
     expected.board[square] = piece;
     expected.color[square] = colour;
@@ -54,7 +51,6 @@ TEST_F(SetupTest, RecordHoldsThePositionAndNothingElse) {
   place(Pawn, White, 25, 0);
   place(Pawn, Black, 26, 19);
   place(King, White, 60, 1);
-  expected.list_first[Black] = 16;
   expected.list_last[White] = 1;
   expected.list_last[Black] = 19;
   expected.material[White] = 1001000;
@@ -65,7 +61,6 @@ TEST_F(SetupTest, RecordHoldsThePositionAndNothingElse) {
   expected.pawn_row_cnt[Black][1] = 1;
   expected.pawn_row_cnt[Black][3] = 1;
   expected.castle = 4;
-  expected.xside = Black;
   expected.king_sq[White] = 60;
   expected.king_sq[Black] = 4;
   expected.start_key = expected.key;

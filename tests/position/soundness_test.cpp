@@ -1,3 +1,5 @@
+#include "position/soundness.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -7,7 +9,6 @@
 #include <vector>
 
 #include "position/pieces.h"
-#include "position/soundness.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {

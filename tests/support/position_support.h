@@ -108,6 +108,18 @@ inline std::string BoardText() {
   return text;
 }
 
+// The record without a piece, White to move.
+inline GameRecord EmptyRecord() {
+  GameRecord record{};
+  for (auto& square : record.list_sq) square = -1;
+  for (auto& slot : record.list_idx) slot = -1;
+  for (auto& colour : record.color) colour = NoColour;
+  record.xside = Black;
+  record.list_first[Black] = 16;
+  record.list_last[Black] = 16;  // the next free slot
+  return record;
+}
+
 inline bool SameBytes(const GameRecord& left, const GameRecord& right) {
   return std::memcmp(&left, &right, sizeof left) == 0;
 }
