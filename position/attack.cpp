@@ -51,9 +51,9 @@ void InitAtk() {
   for (int piece = Knight; piece <= King; ++piece) {
     for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
       if (IsSlider(piece)) {
-        MarkSlider(piece, dir[d]);
+        MarkSlider(piece, dir_white[d]);
       } else {
-        atk[kCentre + dir[d]] |= 1u << piece;
+        atk[kCentre + dir_white[d]] |= 1u << piece;
       }
     }
   }
@@ -66,6 +66,7 @@ bool Attack(int piece, int colour, Square from, Square to) {
   return !IsSlider(piece) || LineIsFree(from, to, dir_atk[index]);
 }
 
+// AttackersOf cut short at the first one found: it is asked at every node.
 bool SqAttack(Square square, int colour) {
   if (Steppers(square, colour) != 0) return true;
   const SquareSet* own = board_sets.of[colour];

@@ -29,6 +29,7 @@ bool KeepLegalMoves() {
   bool looked = false;
   for (int i = kept; i < treeCnt[ply + 1]; ++i) {
     const bool legal = legality.IsLegal(tree[i]);
+    // Castling that is not legal would be refused before it is made.
     looked |= legal || (tree[i] & kCastling) == 0;
     if (legal) std::swap(tree[i], tree[kept++]);
   }

@@ -131,7 +131,7 @@ Move* EmitTargets(Move* cursor, int piece, Square from, SquareSet targets) {
     *cursor++ = base | static_cast<Move>(FirstOf(targets));
     return cursor;
   }
-  std::uint32_t order[16];
+  std::uint32_t order[8];  // no piece has more than eight lines or steps
   const int count = SortTargets(from, targets, order);
   for (int i = 0; i < count; ++i) *cursor++ = base | (order[i] & kTargetMask);
   return cursor;

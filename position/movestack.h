@@ -11,7 +11,7 @@ inline constexpr int kMaxListMoves = 420;  // above any list of 15 queens, promo
 inline constexpr int kTreeSize = (kMaxPly + 1) * kMaxListMoves;
 
 // The list of ply p is tree[treeCnt[p]] up to, not including, tree[treeCnt[p + 1]]; a generator for
-// ply p sets treeCnt[p + 1]. treeCnt[0] is 0 but while root moves are set aside.
+// ply p sets treeCnt[p + 1]. treeCnt[0] is 0, except while root moves are set aside.
 inline Move tree[kTreeSize];
 inline int treeCnt[kMaxPly + 2];
 

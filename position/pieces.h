@@ -88,6 +88,7 @@ inline bool LiftPiece(int piece, int colour, Square square, int slot) {
 template <OnBroken kHow>
 inline bool PlacePiece(int piece, int colour, Square square, int slot) {
   if constexpr (kHow == OnBroken::kRefuse) {
+    // What comes back on trial is what a saved undo record says: anything.
     if (piece < Pawn || piece > King || !OnBoard(square) || !SlotOfColour(slot, colour)) {
       return false;
     }

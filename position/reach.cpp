@@ -99,22 +99,23 @@ SquareSet Seen(Square from, int first, int last, SquareSet occupied) {
   return seen;
 }
 
-SquareSet Steps(Square from, int first, int last) {
-  SquareSet seen = 0;
-  for (int d = first; d <= last; ++d) {
+SquareSet StepSet(int piece, Square from) {
+  SquareSet reached = 0;
+  for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
     const int wide = ToWide(from) + dir_white[d];
-    if (!OffBoard(wide)) seen |= SetOf(FromWide(wide));
+    if (!OffBoard(wide)) reached |= SetOf(FromWide(wide));
   }
-  return seen;
+  return reached;
 }
 
 // The next subset of `mask` in the order of binary numbers; the empty set after the last.
 constexpr SquareSet NextSubset(SquareSet subset, SquareSet mask) { return (subset - mask) & mask; }
 
-// Fills the part of one square and returns the place behind it. What stands on two of the lines
-// says nothing of the other two, so each half is looked at on its own.
-SquareSet* FillLines(LineTable& table, Square square, int piece, std::uint64_t multiplier,
-                     SquareSet* sets) {
+// Fills the table of one square, whose sets stand from `sets` on, and returns the place behind
+// them. What stands on two of the lines says nothing of the other two, so each half is looked at on
+// its own.
+SquareSet* FillLineTable(LineTable& table, Square square, int piece, std::uint64_t multiplier,
+                         SquareSet* sets) {
   const int first = d_start[piece];
   const int half = first + 2;
   const int last = d_stop[piece];
@@ -147,7 +148,7 @@ void FillBetween(Square from) {
   }
 }
 
-void FillOrder(Square from) {
+void FillDirectionIndex(Square from) {
   for (int table = 0; table < 2; ++table) {
     for (std::uint8_t& index : direction_index[table][from]) index = kNoDirection;
     const int* steps = table == 0 ? dir_white : dir_black;
@@ -168,14 +169,14 @@ void InitReach() {
   }
   SquareSet* sets = line_sets;
   for (Square square = 0; square < kSquares; ++square) {
-    knight_set[square] = Steps(square, d_start[Knight], d_stop[Knight]);
-    king_set[square] = Steps(square, d_start[King], d_stop[King]);
+    knight_set[square] = StepSet(Knight, square);
+    king_set[square] = StepSet(King, square);
     pawn_set[White][square] = PawnTargets(White, SetOf(square));
     pawn_set[Black][square] = PawnTargets(Black, SetOf(square));
-    sets = FillLines(bishop_lines[square], square, Bishop, kBishopMultipliers[square], sets);
-    sets = FillLines(rook_lines[square], square, Rook, kRookMultipliers[square], sets);
+    sets = FillLineTable(bishop_lines[square], square, Bishop, kBishopMultipliers[square], sets);
+    sets = FillLineTable(rook_lines[square], square, Rook, kRookMultipliers[square], sets);
     FillBetween(square);
-    FillOrder(square);
+    FillDirectionIndex(square);
   }
 }
 

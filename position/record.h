@@ -11,9 +11,10 @@
 
 namespace tarvyle {
 
+static_assert(std::endian::native == std::endian::little, "the file image is little-endian");
+
 // A 64-bit key as two words, low word first: the file image holds keys at offsets that are
 // multiples of four only.
-static_assert(std::endian::native == std::endian::little, "the file image is little-endian");
 struct Key64 {
   std::uint32_t low;
   std::uint32_t high;

@@ -51,10 +51,8 @@ constexpr int ToWide(Square square) { return square + (square & ~7); }
 constexpr Square FromWide(int wide) { return ((wide & ~7) >> 1) | (wide & 7); }
 constexpr bool OffBoard(int wide) { return (wide & 0x88) != 0; }
 
-// Bishop, rook and queen move along lines.
-constexpr bool IsSlider(int piece) {
-  return ((1 << piece) & (1 << Bishop | 1 << Rook | 1 << Queen)) != 0;
-}
+// Bishop, rook and queen, whose codes follow each other, move along lines.
+constexpr bool IsSlider(int piece) { return piece >= Bishop && piece <= Queen; }
 
 // A move in one word; 0 is the null move.
 //   bits 0-5 target, 6-11 origin, 12-14 the moving piece (of a promotion: the new piece),
@@ -72,10 +70,6 @@ inline constexpr Move kPromotion = 0x80000000;
 inline constexpr Move kNotQuiet = kCastling | kCapture | kPromotion;
 inline constexpr Move kEnPassantCapture = kCapture | kEnPassant | (Pawn << 12);
 
-// Castling moves by colour: the king's move; the rook's is implied.
-inline constexpr Move kShortCastlingMove[2] = {0x08006F3E, 0x08006106};
-inline constexpr Move kLongCastlingMove[2] = {0x10006F3A, 0x10006102};
-
 constexpr Square TargetOf(Move move) { return static_cast<Square>(move & kTargetMask); }
 constexpr Square OriginOf(Move move) { return static_cast<Square>(move >> 6 & 0x3F); }
 constexpr int PieceOf(Move move) { return static_cast<int>(move >> 12 & 7); }
@@ -86,6 +80,12 @@ constexpr int MoverOf(Move move) { return (move & kPromotion) != 0 ? Pawn : Piec
 constexpr Move MoveWord(int piece, Square origin, Square target) {
   return static_cast<Move>(piece << 12 | origin << 6 | target);
 }
+
+// Castling moves by colour: the king's move; the rook's is implied.
+inline constexpr Move kShortCastlingMove[2] = {MoveWord(King, E1, E1 + 2) | kShortCastling,
+                                               MoveWord(King, E8, E8 + 2) | kShortCastling};
+inline constexpr Move kLongCastlingMove[2] = {MoveWord(King, E1, E1 - 2) | kLongCastling,
+                                              MoveWord(King, E8, E8 - 2) | kLongCastling};
 
 // Castling rights: bit 2 * colour is the long (a-file) side, the next one the short side.
 constexpr std::uint32_t LongRight(int colour) { return 1u << (2 * colour); }
