@@ -7,8 +7,6 @@
 #include <memory>
 
 #include "eval/attackmap.h"
-#include "eval/mobility.h"
-#include "eval/side.h"
 #include "position/piecesets.h"
 #include "position/text.h"
 #include "tests/support/eval_support.h"
@@ -21,8 +19,7 @@ using support::VisitRandomPositions;
 // The evaluation works on sets; the words are the same knowledge square by square.
 TEST(AttackSets, SayTheSameAsTheAttackWords) {
   VisitRandomPositions(51, 4000, [] {
-    GenerateAttackes();
-    BuildAttackSets();
+    GenerateAttackes();  // builds both
     for (const int colour : {White, Black}) {
       const AttackSets& sets = attack_sets[colour];
       for (Square square = 0; square < kSquares; ++square) {
@@ -45,24 +42,6 @@ TEST(AttackSets, SumTheAttacksOverAnySquares) {
     int sum = 0;
     for (SquareSet rest = squares; rest != 0;) sum += AttackCount(p_attack[White][TakeFirst(rest)]);
     ASSERT_EQ(AttackSum(attack_sets[White], squares), sum);
-  });
-}
-
-TEST(LineBonus, IsWhatTheRayScanFindsBehindTheFirstPieceOfEachLine) {
-  VisitRandomPositions(53, 4000, [] {
-    GenerateAttackes();
-    for (const int colour : {White, Black}) {
-      const Side side = SideOf(colour);
-      for (const int piece : {Bishop, Rook, Queen}) {
-        for (SquareSet rest = board_sets.of[colour][piece]; rest != 0;) {
-          const Square square = TakeFirst(rest);
-          RayScan scan;
-          Mobile_Pin_XRay(square, piece, colour, scan, p_attack[1 - colour], p_attack[colour]);
-          ASSERT_EQ(LineBonus(side, piece, square), scan.bonus) << chb[square];
-          ASSERT_EQ(CountOf(slider_reach[square] & ~Occupied()), scan.empty) << chb[square];
-        }
-      }
-    }
   });
 }
 

@@ -7,10 +7,10 @@
 #include <memory>
 
 #include "eval/attackmap.h"
-#include "eval/evaluate.h"
 #include "position/text.h"
 #include "position/types.h"
 #include "tests/support/any_position.h"
+#include "tests/support/eval_support.h"
 #include "tests/support/plain_evaluation.h"
 
 namespace tarvyle {
@@ -28,8 +28,7 @@ void CompareAttacks() {
 
 TEST(ManyPositions, AreEvaluatedAsThePlainEvaluationDoes) {
   support::VisitTrees(61, support::Scaled(40000, 1000000), [] {
-    ASSERT_EQ(Evaluate(-support::kFar, support::kFar),
-              support::PlainEvaluate(-support::kFar, support::kFar));
+    ASSERT_EQ(support::EvaluateFully(), support::PlainEvaluate(-support::kFar, support::kFar));
   });
 }
 

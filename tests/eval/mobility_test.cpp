@@ -5,7 +5,11 @@
 #include <string>
 
 #include "eval/attackmap.h"
+#include "eval/attacksets.h"
+#include "eval/side.h"
+#include "position/piecesets.h"
 #include "position/record.h"
+#include "position/sets.h"
 #include "position/text.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/plain_evaluation.h"
@@ -88,6 +92,23 @@ TEST(RayScan, EqualsThePlainOneForEverySliderOfRandomPositions) {
           support::PlainRayScan(square, g.board[square], g.color[square]);
       ASSERT_EQ(scan.empty, plain.empty) << chb[square];
       ASSERT_EQ(scan.bonus, plain.bonus) << chb[square];
+    }
+  });
+}
+
+TEST(LineBonus, IsWhatTheRayScanFindsBehindTheFirstPieceOfEachLine) {
+  support::VisitRandomPositions(53, 4000, [] {
+    GenerateAttackes();
+    for (const int colour : {White, Black}) {
+      const Side side = SideOf(colour);
+      for (const int piece : {Bishop, Rook, Queen}) {
+        for (SquareSet rest = board_sets.of[colour][piece]; rest != 0;) {
+          const Square square = TakeFirst(rest);
+          const RayScan scan = Scan(square);
+          ASSERT_EQ(LineBonus(side, piece, square), scan.bonus) << chb[square];
+          ASSERT_EQ(CountOf(slider_reach[square] & ~Occupied()), scan.empty) << chb[square];
+        }
+      }
     }
   });
 }

@@ -51,7 +51,7 @@ void SetUpRoot(const std::string& fen) {
   LikeARoot();
 }
 
-int EvaluateFully() { return Evaluate(-1000000, 1000000); }
+int EvaluateFully() { return Evaluate(-kFar, kFar); }
 
 int Below(Random& random, int bound) {
   return static_cast<int>(random() % static_cast<unsigned>(bound));

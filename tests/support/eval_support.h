@@ -12,7 +12,10 @@ namespace tarvyle::support {
 // direction table of its side to move. A refused text fails the test.
 void SetUpRoot(const std::string& fen);
 
-// The full evaluation of the position, without the early exit.
+// Bounds that no evaluation reaches, so that neither ends it early.
+inline constexpr int kFar = 1000000;
+
+// The evaluation within these bounds.
 int EvaluateFully();
 
 using Random = std::mt19937;

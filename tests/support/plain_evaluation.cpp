@@ -122,11 +122,11 @@ int RankOf(int colour, int row) { return colour == White ? 7 - row : row; }
 int Forward(int colour) { return colour == White ? -1 : 1; }
 
 int LookupRook(int empty) {
-  return std::array{0, 1, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 9, 9, 10, 10, 10, 10, 10, 10}[empty];
+  return std::array{0, 1, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 9, 9, 10}[empty];
 }
 
 int LookupBishop(int empty) {
-  return std::array{0, 1, 2, 4, 5, 6, 7, 8, 9, 10, 10, 11, 11, 12, 12, 12, 12, 12, 12}[empty];
+  return std::array{0, 1, 2, 4, 5, 6, 7, 8, 9, 10, 10, 11, 11, 12}[empty];
 }
 
 int LookupQueen(int empty) {

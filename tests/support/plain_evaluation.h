@@ -20,6 +20,7 @@ std::uint32_t PlainAttackWord(int colour, Square square);
 int PlainWeight(int colour);
 double PlainPhase(int colour);
 
+// The lines of a slider: empty squares seen, and the bonus for pins and x-rays.
 struct PlainRays {
   int empty = 0;
   int bonus = 0;
@@ -29,6 +30,7 @@ PlainRays PlainRayScan(Square square, int piece, int colour);
 // Squares on lines and jumps to the king of `colour` that the opponent attacks along them.
 int PlainAttackedLines(int colour);
 
+// The term of the king of `colour`.
 int PlainKingSafety(int colour);
 
 // One side: the sum of its terms without material, and each term as it was added, by name.
@@ -42,9 +44,7 @@ struct PlainSide {
 };
 PlainSide PlainSideScore(int colour);
 
-// Bounds that no evaluation reaches, so that neither ends it early.
-inline constexpr int kFar = 1000000;
-
+// The evaluation for the side to move, with the early answer of the window.
 int PlainEvaluate(int alpha, int beta);
 
 }  // namespace tarvyle::support
