@@ -21,13 +21,13 @@ void Mark(std::uint32_t* words, int wide, std::uint32_t bit) {
 
 void MarkPawn(std::uint32_t* words, Square from, int colour) {
   const int ahead = ToWide(from) + 2 * dP[colour];  // in this form a row is 16 wide
-  if (!OffBoard(ahead - 1)) Mark(words, ahead - 1, kPawnBit);
-  if (!OffBoard(ahead + 1)) Mark(words, ahead + 1, kPawnBit);
+  if (!OffBoard(ahead - 1)) Mark(words, ahead - 1, piece_cntrl[Pawn]);
+  if (!OffBoard(ahead + 1)) Mark(words, ahead + 1, piece_cntrl[Pawn]);
 }
 
 void MarkStepper(std::uint32_t* words, int piece, Square from) {
   for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
-    const int wide = ToWide(from) + dir[d];
+    const int wide = ToWide(from) + dir_white[d];
     if (!OffBoard(wide)) Mark(words, wide, piece_cntrl[piece]);
   }
 }
@@ -51,9 +51,10 @@ bool LetsThrough(Square from, Square blocker, int colour) {
 
 void MarkSlider(std::uint32_t* words, int piece, int colour, Square from) {
   for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
-    const Square blocker = MarkRay(words, ToWide(from), dir[d], piece_cntrl[piece]);
+    const int step = dir_white[d];
+    const Square blocker = MarkRay(words, ToWide(from), step, piece_cntrl[piece]);
     if (blocker >= 0 && LetsThrough(from, blocker, colour)) {
-      MarkRay(words, ToWide(blocker), dir[d], 0);
+      MarkRay(words, ToWide(blocker), step, 0);
     }
   }
 }
@@ -80,6 +81,9 @@ void GenerateAttackes() {
   }
 }
 
-std::uint32_t get_less(std::uint32_t word) { return std::bit_floor(word & kTypeBits); }
+std::uint32_t get_less(std::uint32_t word) {
+  constexpr std::uint32_t kTypeBits = 0xFC00;
+  return std::bit_floor(word & kTypeBits);
+}
 
 }  // namespace tarvyle

@@ -18,21 +18,8 @@ inline constexpr std::uint32_t piece_cntrl[7] = {0, 32768, 16384, 8192, 4096, 20
 // The same with the bishop on the knight's bit: minor pieces count as equal.
 inline constexpr std::uint32_t comp_piece_cntrl[7] = {0, 32768, 16384, 16384, 4096, 2048, 1024};
 
-inline constexpr std::uint32_t kPawnBit = 32768;
-inline constexpr std::uint32_t kKnightBit = 16384;
-inline constexpr std::uint32_t kBishopBit = 8192;
-inline constexpr std::uint32_t kRookBit = 4096;
-inline constexpr std::uint32_t kQueenBit = 2048;
-inline constexpr std::uint32_t kTypeBits = 0xFC00;
-
 // Number of attackers in an attack word.
 constexpr int AttackCount(std::uint32_t word) { return static_cast<int>(word & 15); }
-
-// Whether pieces of the types in `types` are among the attackers of a square that may lie off the
-// board (where nothing is attacked).
-inline bool AttackedBy(int colour, Square square, std::uint32_t types) {
-  return OnBoard(square) && (p_attack[colour][square] & types) != 0;
-}
 
 // Rebuilds `p_attack` from the board, and the attack sets that king safety works on. The evaluation
 // builds the sets alone: they hold the same knowledge.

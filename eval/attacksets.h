@@ -7,15 +7,17 @@
 
 namespace tarvyle {
 
-// The attack words' knowledge as sets, which the evaluation works on.
+// The attacks of one side. The words of attackmap.h tell the same square by square.
 struct AttackSets {
   SquareSet by[8];     // attacked by pieces of each code, x-rays left out
   SquareSet all;       // attacked at all, bare x-rays included
   SquareSet count[4];  // number of attacks, bit by bit, modulo 16
 };
+
+// By colour, as of the last BuildAttackSets.
 extern AttackSets attack_sets[2];
 
-// What the slider on each square sees; meaningful for sliders' squares only.
+// What the slider on each square saw then; meaningful for sliders' squares only.
 extern SquareSet slider_reach[kSquares];
 
 // Builds the attack sets of both sides from the board.

@@ -24,13 +24,11 @@ int maxHungValue[2];
 
 namespace {
 
-// By the number of empty squares seen.
-constexpr int kRookMobility[20] = {0, 1, 2, 3, 4,  5,  5,  6,  7,  8,
-                                   8, 9, 9, 9, 10, 10, 10, 10, 10, 10};
-constexpr int kBishopMobility[19] = {0,  1,  2,  4,  5,  6,  7,  8,  9, 10,
-                                     10, 11, 11, 12, 12, 12, 12, 12, 12};
-constexpr int kQueenMobility[40] = {0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 3, 4, 4, 4, 4, 4,
-                                    5, 5, 5, 5, 5, 5, 5, 6, 6, 6, 6, 6, 6, 6, 6, 6, 6, 6, 6, 6};
+// By the number of empty squares seen, up to the most that there can be.
+constexpr int kRookMobility[15] = {0, 1, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 9, 9, 10};
+constexpr int kBishopMobility[14] = {0, 1, 2, 4, 5, 6, 7, 8, 9, 10, 10, 11, 11, 12};
+constexpr int kQueenMobility[28] = {0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3,
+                                    3, 4, 4, 4, 4, 4, 5, 5, 5, 5, 5, 5, 5, 6};
 
 constexpr int kRookFileBonus[8] = {0, 0, 1, 1, 1, 1, 0, 0};  // by file
 
@@ -87,7 +85,7 @@ int RookTerm(const Side& side, Square square) {
          LineBonus(side, Rook, square) + kRookMobility[EmptySeen(square)];
 }
 
-// What is added behind it.
+// What is added after it.
 int RookPlaceTerm(const Side& side, Square square) {
   const int helped = Contains(side.attacks.by[Rook], square) ? 1 : 0;
   const int pair = g.piece_cnt[side.colour][Rook] >= 2 ? 1 : 0;
@@ -116,7 +114,7 @@ int Truncated(double phase, int total) {
 
 // From this total on the truncation adds the same whatever the total. Below, it depends: a negative
 // sum is truncated the other way, and in two phases 10 * (1 - phase) falls short of a whole number
-// by so little that only a sum of 4 or more rounds it up.
+// by so little that adding 3 rounds the gap away, where adding 2 may keep it.
 constexpr int kSteadyTotal = 3;
 
 // Walks one side's piece list. The slots come in order, because each rook truncates the sum of all
@@ -168,7 +166,7 @@ class SideSum {
 
   void AddRook(int slot, Square square) {
     officers_ += RookTerm(side_, square);
-    // Threats and pawn losses of all pieces are no less than those of the pieces before.
+    // At most the total up to here: all threats and pawn losses cost no less than those so far.
     const int least = officers_ + threat_terms_ + pawn_terms_.losses;
     officers_ += least >= kSteadyTotal ? steady_ : TruncatedAt(slot);
     officers_ += RookPlaceTerm(side_, square);

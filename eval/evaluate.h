@@ -2,7 +2,7 @@
 
 namespace tarvyle {
 
-// A material difference this much outside the window stands for the evaluation.
+// A material difference further than this outside the window stands for the evaluation.
 inline constexpr int kLazyMargin = 499;
 
 // Static evaluation from the side to move's point of view, in 1/1000 pawn. The window is used only

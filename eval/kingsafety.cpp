@@ -16,10 +16,10 @@ namespace {
 
 constexpr int kShieldBonus[8] = {4, 6, 2, 0, 0, 2, 6, 4};  // by the file of a shield pawn
 
-// By the number of attacked king lines: 60 * sin(pi * a / 20), peaking at 10, 0 above 20.
-constexpr int kDangerLines = 27;
-constexpr int kDanger[kDangerLines] = {0,  9,  19, 27, 35, 42, 49, 53, 57, 59, 60, 59, 57, 53,
-                                       49, 42, 35, 27, 19, 9,  0,  0,  0,  0,  0,  0,  0};
+// By the number of attacked king lines: 60 * sin(pi * lines / 20), peaking at 10; 0 for any more.
+constexpr int kDangerLines = 21;
+constexpr int kDanger[kDangerLines] = {0,  9,  19, 27, 35, 42, 49, 53, 57, 59, 60,
+                                       59, 57, 53, 49, 42, 35, 27, 19, 9,  0};
 
 // The eight neighbours and, on purpose, the target of the first knight jump of the direction table
 // in use as well.
@@ -30,7 +30,7 @@ SquareSet RingOf(Square king) {
   return ring;
 }
 
-// Rows in front of the king, as its side sees it.
+// Rows in front of the king, as its side sees it. (Two shifts: one by 64 would have no meaning.)
 constexpr SquareSet RowsInFront(int colour, Square king) {
   const int row = RowOf(king);
   return colour == White ? SetOf(8 * row) - 1 : ~SquareSet{0} << (8 * row) << 8;

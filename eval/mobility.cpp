@@ -49,10 +49,10 @@ void Mobile_Pin_XRay(Square square, int piece, int colour, RayScan& result,
   result = {0, 0};
   for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
     int wide = ToWide(square);
-    const Square front = FirstPiece(wide, dir[d], result.empty);
+    const Square front = FirstPiece(wide, dir_white[d], result.empty);
     if (front < 0 || g.board[front] == King || g.board[front] == Pawn) continue;
     int passed = 0;
-    const Square behind = FirstPiece(wide, dir[d], passed);
+    const Square behind = FirstPiece(wide, dir_white[d], passed);
     if (behind < 0 || g.color[behind] == colour) continue;
     // Worth a bonus when it is dearer than the scanning piece, or undefended.
     if (comp_value[g.board[behind]] > comp_value[piece] || opponent_attacks[behind] == 0) {
@@ -65,7 +65,7 @@ void Mobile_Pin_XRay(Square square, int piece, int colour, RayScan& result,
 int LineBonus(const Side& side, int piece, Square square) {
   const SquareSet enemies = board_sets.colour[side.opponent];
   // Undefended or dearer pieces that the slider would see on an empty board but does not see now.
-  SquareSet targets = (enemies & ~side.threats.all) | DearerPieces(side, piece);
+  SquareSet targets = (enemies & ~side.their_attacks.all) | DearerPieces(side, piece);
   targets &= ReachSet(piece, square, 0) & ~slider_reach[square];
   int bonus = 0;
   while (targets != 0) {

@@ -51,7 +51,7 @@ SquareSet Behind(int colour, SquareSet set) {
 // A pawn is passed when neither an enemy pawn nor a square that one attacks lies on its way; own
 // pawns ahead do not matter. With its front square off the board it counts as passed.
 SquareSet PassedPawns(const Side& side, SquareSet pawns) {
-  const SquareSet stops = side.theirs[Pawn] | side.threats.by[Pawn];
+  const SquareSet stops = side.theirs[Pawn] | side.their_attacks.by[Pawn];
   return pawns & ~Behind(side.colour, stops);
 }
 

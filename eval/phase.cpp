@@ -8,9 +8,11 @@ namespace tarvyle {
 
 namespace {
 
+// The phase is 0.0 up to the weight of one minor piece, and 1.0 from that of a full set on.
 constexpr int kOneMinorPiece = 4;
+constexpr int kFullWeight = 40;
 
-// Filled with the one expression that decides every rounding below.
+// By weight. The truncations of the evaluation hang on the last bit of this one division.
 struct PhaseTable {
   double phase[kFullWeight + 1];
   constexpr PhaseTable() : phase() {
@@ -29,9 +31,7 @@ int OpponentWeight(int colour) {
   return 14 * count[Queen] + 6 * count[Rook] + 3 * count[Knight] + 4 * count[Bishop];
 }
 
-double PhaseOfWeight(int weight) { return kPhases.phase[min(weight, kFullWeight)]; }
-
-double Stage(int colour) { return PhaseOfWeight(OpponentWeight(colour)); }
+double Stage(int colour) { return kPhases.phase[min(OpponentWeight(colour), kFullWeight)]; }
 
 int stage_nb_int(int colour) {
   static constexpr int kByMinors[12] = {0, 0, 1, 3, 4, 4, 4, 4, 4, 4, 4, 4};

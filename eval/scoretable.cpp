@@ -37,7 +37,7 @@ constexpr int kRounds = 3;
 // Adds to acc[from] the table values of every square that the piece reaches from there.
 void AddReach(int piece, Square from, const int* table, int* acc) {
   for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
-    for (int wide = ToWide(from) + dir[d]; !OffBoard(wide); wide += dir[d]) {
+    for (int wide = ToWide(from) + dir_white[d]; !OffBoard(wide); wide += dir_white[d]) {
       acc[from] += table[FromWide(wide)];
       if (!IsSlider(piece)) break;
     }

@@ -11,11 +11,11 @@ namespace tarvyle {
 struct Side {
   int colour;
   int opponent;
-  double phase;             // of the game, by the opponent's material
-  const SquareSet* own;     // its pieces, by code
-  const SquareSet* theirs;  // the opponent's
-  const AttackSets& attacks;
-  const AttackSets& threats;  // the opponent's attacks
+  double phase;                     // of the game, by the opponent's material
+  const SquareSet* own;             // its pieces, by code
+  const SquareSet* theirs;          // the opponent's
+  const AttackSets& attacks;        // its own
+  const AttackSets& their_attacks;  // the opponent's
 };
 
 // One side's view of the current position; needs the attack sets.

@@ -22,7 +22,7 @@ SquareSet CheaperIn(const AttackSets& a, const AttackSets& b) {
   return cheaper;
 }
 
-// Squares with fewer attacks in `a` than in `b`, comparing from the highest bit down.
+// Squares with fewer attacks in `a` than in `b`: the highest bit that differs decides.
 SquareSet FewerIn(const AttackSets& a, const AttackSets& b) {
   SquareSet fewer = 0;
   for (int bit = 0; bit < 4; ++bit) {
@@ -34,13 +34,13 @@ SquareSet FewerIn(const AttackSets& a, const AttackSets& b) {
 
 // Pieces of the side that a piece of a cheaper class attacks.
 SquareSet AttackedByCheaper(const Side& side) {
-  SquareSet attacks = side.threats.by[Pawn];
+  SquareSet attacks = side.their_attacks.by[Pawn];
   SquareSet pieces = (side.own[Knight] | side.own[Bishop]) & attacks;
-  attacks |= side.threats.by[Knight] | side.threats.by[Bishop];
+  attacks |= side.their_attacks.by[Knight] | side.their_attacks.by[Bishop];
   pieces |= side.own[Rook] & attacks;
-  attacks |= side.threats.by[Rook];
+  attacks |= side.their_attacks.by[Rook];
   pieces |= side.own[Queen] & attacks;
-  attacks |= side.threats.by[Queen];
+  attacks |= side.their_attacks.by[Queen];
   return pieces | (side.own[King] & attacks);
 }
 
@@ -48,20 +48,20 @@ SquareSet AttackedByCheaper(const Side& side) {
 
 Threats FindThreats(const Side& side) {
   Threats threats = {};
-  threats.attacked = board_sets.colour[side.colour] & side.threats.all;
+  threats.attacked = board_sets.colour[side.colour] & side.their_attacks.all;
   if (threats.attacked == 0) return threats;
   threats.hanging = threats.attacked & (~side.attacks.all | AttackedByCheaper(side));
   const SquareSet guarded = threats.attacked & ~threats.hanging;
   if (guarded == 0) return threats;
-  threats.outbid = guarded & CheaperIn(side.threats, side.attacks);
+  threats.outbid = guarded & CheaperIn(side.their_attacks, side.attacks);
   threats.weak = guarded & side.own[Pawn] & ~side.attacks.by[Pawn];
-  if (threats.weak != 0) threats.weak &= FewerIn(side.attacks, side.threats);
+  if (threats.weak != 0) threats.weak &= FewerIn(side.attacks, side.their_attacks);
   return threats;
 }
 
 int ThreatTerms(const Side& side, const Threats& threats, SquareSet pieces) {
   if ((threats.attacked & pieces) == 0) return 0;
-  int term = -AttackSum(side.threats, threats.attacked & pieces) -
+  int term = -AttackSum(side.their_attacks, threats.attacked & pieces) -
              CountOf(threats.outbid & pieces) - CountOf(threats.weak & pieces);
   const SquareSet hanging = threats.hanging & pieces;
   if (hanging != 0) {
