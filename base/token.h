@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+// Cutting a text into tokens: configuration lines, commands, position texts.
+
 namespace tarvyle {
 
 // Cuts the next run of characters outside `delimiters` from the front of `rest` and returns it;

@@ -2,8 +2,8 @@
 
 add_library(project_options INTERFACE)
 
-# Evaluation compares sums of doubles that must come out the same everywhere, so no operation may be
-# fused or reordered: no contraction, and never fast-math.
+# The evaluation truncates sums of doubles, which must come out the same everywhere, so no operation
+# may be fused or reordered: no contraction, and never fast-math.
 target_compile_options(project_options INTERFACE
   -ffp-contract=off
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion
@@ -84,11 +84,11 @@ if(TARVYLE_ARCH)
   target_compile_options(project_options INTERFACE -march=${TARVYLE_ARCH})
 endif()
 
-# compile_together(<target> <files>): so many files of the target are compiled as one, which takes
-# half the time. For what need not be fast itself: tests, benchmarks, workbench. No two files of such
-# a target give one name to different things. The debug preset compiles each by itself, as it is
-# written: what linters look at, and proof that none lives off the includes of another.
-function(compile_together target files)
+# compile_together(<target> <number>): up to that many files of the target are compiled as one, which
+# takes half the time. For what need not be fast itself: tests, benchmarks, workbench. No two files
+# of such a target give one name to different things. The debug preset compiles each by itself, as it
+# is written: what linters look at, and proof that none lives off the includes of another.
+function(compile_together target number)
   set_target_properties(${target} PROPERTIES
-    UNITY_BUILD ${TARVYLE_TOGETHER} UNITY_BUILD_BATCH_SIZE ${files})
+    UNITY_BUILD ${TARVYLE_TOGETHER} UNITY_BUILD_BATCH_SIZE ${number})
 endfunction()

@@ -41,7 +41,8 @@ PvNode** pvFindMove(PvNode** head, Move move);
 // returns the head link.
 PvNode** pvToFront(PvNode** link, PvNode** head);
 
-// Puts a node in front of the list, unless it is there already.
+// Puts a node in front of the list, unless it is there already. This and the next take the tree as
+// the others do, but the list is all that they need.
 void pvInsertToFront(PvTree& tree, PvNode** head, PvNode* node);
 
 // Appends a node at the end of the list, unless it is its first; returns the link that points at

@@ -1,14 +1,14 @@
 #include "base/property.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <fstream>
+#include <cstddef>
 #include <initializer_list>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "tests/support/files.h"
 
 namespace tarvyle {
 namespace {
@@ -19,15 +19,11 @@ class PropertyTest : public testing::Test {
  protected:
   void SetUp() override { property_clear(); }
 
-  void TearDown() override {
-    property_clear();
-    std::remove(path_.c_str());
-  }
+  void TearDown() override { property_clear(); }
 
   // Loads a configuration file of this content.
   bool Load(const std::string& content) {
-    std::ofstream(path_, std::ios::binary) << content;
-    return property_load(path_.c_str());
+    return property_load(folder_.Write("configuration", content).c_str());
   }
 
   // All entries, newest first.
@@ -39,7 +35,7 @@ class PropertyTest : public testing::Test {
     return entries;
   }
 
-  const std::string path_ = testing::TempDir() + "property_test_" + std::to_string(getpid());
+  const support::TemporaryFolder folder_;
 };
 
 TEST_F(PropertyTest, EntriesStandNewestFirst) {
@@ -85,7 +81,7 @@ TEST_F(PropertyTest, ClearingForgetsEverything) {
 }
 
 TEST_F(PropertyTest, MissingFileIsRefused) {
-  EXPECT_FALSE(property_load((path_ + "_missing").c_str()));
+  EXPECT_FALSE(property_load(folder_.Path("missing").c_str()));
   EXPECT_EQ(dict, nullptr);
 }
 
@@ -153,8 +149,9 @@ TEST_F(PropertyTest, LinesAreSplitAtRunsOfDelimiters) {
   }
 }
 
+constexpr std::size_t kLineLength = 255;  // longer lines are cut there
+
 TEST_F(PropertyTest, RestOfAnOverlongLineIsALineOfItsOwn) {
-  constexpr std::size_t kLineLength = 255;
   const std::string name = "name=";
   const std::string value(kLineLength - name.size(), 'v');
   ASSERT_TRUE(Load(name + value + "rest=\"other\"\n"));
@@ -162,13 +159,11 @@ TEST_F(PropertyTest, RestOfAnOverlongLineIsALineOfItsOwn) {
 }
 
 TEST_F(PropertyTest, RestOfAnOverlongLineCanBeAComment) {
-  constexpr std::size_t kLineLength = 255;
   ASSERT_TRUE(Load(std::string(kLineLength, 'n') + "#rest=\"other\"\n"));
   EXPECT_EQ(Entries(), Pairs{});
 }
 
 TEST_F(PropertyTest, RestOfAnOverlongCommentIsNotAComment) {
-  constexpr std::size_t kLineLength = 255;
   ASSERT_TRUE(Load(std::string(kLineLength, '#') + "rest=\"other\"\n"));
   EXPECT_EQ(Entries(), (Pairs{{"rest", "other"}}));
 }
