@@ -28,7 +28,6 @@ namespace tarvyle {
 namespace {
 
 constexpr std::string_view kSeparators = " \n";  // a tab is part of a token
-constexpr int kUserScore = 1000001;  // above any search score: the machine did not choose the move
 
 // One procedure for each row of the table below. It obeys a line and returns true, or finds that
 // the line is not its own.
@@ -145,7 +144,7 @@ bool RowGetboard(Command& /*command*/) {
 
 bool RowMove(Command& command) {
   Move move = 0;
-  if (!StrToMove(command.token, move) || !InsertMoveInGame(move, kUserScore)) return false;
+  if (!StrToMove(command.token, move) || !InsertMoveInGame(move, kTypedMove)) return false;
   if (is_glintview != 0) print_board();
   if (stop == 0) move_machine();
   return true;

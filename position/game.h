@@ -9,6 +9,9 @@
 
 namespace tarvyle {
 
+// The score recorded with a move that the engine did not choose: above any that a search finds.
+inline constexpr int kTypedMove = 1000001;
+
 // Sum of `length` bytes from `data` on as an unsigned 32-bit number; 0 for a length of 0 or less.
 std::uint32_t ControlSumm(const void* data, int length);
 

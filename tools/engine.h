@@ -16,7 +16,6 @@
 namespace tarvyle::tools {
 
 inline constexpr int kUsualEntries = 0x80000;  // of each hash table: "hash size" 38
-inline constexpr int kTypedMove = 1000001;     // score of a move that the engine did not choose
 inline constexpr int kNoTimeLimit = 20000000;  // 1/100 s; the engine's clock can reckon with it
 
 // Builds all tables; "hash size" 38. Called once. False without memory.

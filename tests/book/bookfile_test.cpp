@@ -8,13 +8,10 @@
 #include "book/book.h"
 #include "book/epd.h"
 #include "book/learn.h"
-#include "position/game.h"
-#include "position/record.h"
-#include "position/setup.h"
-#include "position/types.h"
 #include "tests/support/book_support.h"
 #include "tests/support/captured.h"
 #include "tests/support/files.h"
+#include "tests/support/position_support.h"
 
 namespace tarvyle {
 namespace {

@@ -7,15 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "position/legal.h"
 #include "position/makemove.h"
-#include "position/movegen.h"
-#include "position/movestack.h"
-#include "position/record.h"
-#include "position/text.h"
 #include "tests/support/book_support.h"
-#include "tests/support/data_rows.h"
 #include "tests/support/eval_support.h"
+#include "tests/support/position_support.h"
 
 namespace tarvyle {
 namespace {

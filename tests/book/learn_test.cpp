@@ -11,12 +11,11 @@
 
 #include "book/learnfile.h"
 #include "book/learnmemory.h"
-#include "position/record.h"
-#include "position/types.h"
 #include "tests/support/book_support.h"
 #include "tests/support/build_kind.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/files.h"
+#include "tests/support/position_support.h"
 
 namespace tarvyle {
 namespace {

@@ -17,11 +17,11 @@
 
 #include "book/book.h"
 #include "book/learn.h"
-#include "position/record.h"
 #include "tests/support/book_support.h"
 #include "tests/support/captured.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/files.h"
+#include "tests/support/position_support.h"
 
 namespace tarvyle {
 namespace {

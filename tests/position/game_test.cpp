@@ -16,7 +16,6 @@ namespace tarvyle {
 namespace {
 
 using support::Aborted;
-using support::kUserMove;
 using support::LegalMove;
 using support::Play;
 
@@ -62,7 +61,7 @@ TEST_F(GameTest, InsertedMoveIsPlayedWithItsScore) {
 }
 
 TEST_F(GameTest, EachMoveHasItsOwnScore) {
-  for (const auto& [text, score] : {std::pair{"e2e4", 0}, {"e7e5", kUserMove}, {"g1f3", -7}}) {
+  for (const auto& [text, score] : {std::pair{"e2e4", 0}, {"e7e5", kTypedMove}, {"g1f3", -7}}) {
     ASSERT_TRUE(InsertMoveInGame(LegalMove(text), score));
   }
   EXPECT_EQ(g.game_score[0], 0);
@@ -127,14 +126,14 @@ TEST_F(GameDeathTest, MoveKeptForRedoFailsTheSelfCheckOfAnotherMove) {
   Play("e2e4 e7e5");
   UndoGameMove();
   const Move other = LegalMove("c7c5");
-  EXPECT_EXIT(InsertMoveInGame(other, kUserMove), Aborted(), kSelfCheckFailed);
+  EXPECT_EXIT(InsertMoveInGame(other, kTypedMove), Aborted(), kSelfCheckFailed);
 }
 
 TEST_F(GameDeathTest, MoveKeptForRedoFailsTheSelfCheckOfTheSameMove) {
   Play("e2e4");
   UndoGameMove();
   const Move same = LegalMove("e2e4");
-  EXPECT_EXIT(InsertMoveInGame(same, kUserMove), Aborted(), kSelfCheckFailed);
+  EXPECT_EXIT(InsertMoveInGame(same, kTypedMove), Aborted(), kSelfCheckFailed);
 }
 
 TEST_F(GameDeathTest, HalfMoveCounterOfAnotherSearchFailsTheSelfCheck) {
@@ -200,7 +199,7 @@ TEST_F(GameTest, UndoTakesBackTheLastMoveAndKeepsIt) {
   EXPECT_EQ(g.game_moves[1], kept);
   EXPECT_EQ(g.game_keys[1], std::uint64_t{0});
   EXPECT_EQ(g.side, Black);
-  EXPECT_EQ(g.game_score[1], kUserMove);
+  EXPECT_EQ(g.game_score[1], kTypedMove);
 }
 
 TEST_F(GameTest, UndoAtTheStartAndRedoAtTheEndDoNothing) {

@@ -1,21 +1,15 @@
 #include "tests/support/book_support.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <map>
-#include <sstream>
 #include <type_traits>
 
 #include "book/epd.h"
 #include "book/learn.h"
-#include "position/game.h"
-#include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"
-#include "position/types.h"
 #include "tests/support/eval_support.h"
 
 namespace tarvyle::support {
@@ -51,15 +45,6 @@ void StartAfresh() {
   ClearRepetitions();
   treeCnt[0] = 0;
   SetUpRoot("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -");
-}
-
-void Play(std::string_view moves) {
-  std::istringstream in{std::string(moves)};
-  for (std::string text; in >> text;) {
-    Move move = 0;
-    ASSERT_TRUE(StrToMove(text, move)) << text;
-    ASSERT_TRUE(InsertMoveInGame(move, 0)) << text;
-  }
 }
 
 std::string Epd() {

@@ -13,9 +13,6 @@ namespace tarvyle::support {
 // The start position, an empty learn table and zeroed repetition counters.
 void StartAfresh();
 
-// Plays moves, separated by blanks, into the game.
-void Play(std::string_view moves);
-
 // The text of the current position by MakeEpd, whose buffer held something else before.
 std::string Epd();
 

@@ -29,9 +29,6 @@
 
 namespace tarvyle::support {
 
-// Score of a move that the user entered.
-inline constexpr int kUserMove = 1000001;
-
 // Fills the attack tables and the keys, unless that has been done.
 inline void BuildTables() {
   if (HashRnd(White, Pawn, A8) != 0) return;
@@ -93,7 +90,7 @@ inline Move LegalMove(const std::string& text) {
 inline void Play(const std::string& moves) {
   std::istringstream words(moves);
   for (std::string text; words >> text;) {
-    ASSERT_TRUE(InsertMoveInGame(LegalMove(text), kUserMove)) << text;
+    ASSERT_TRUE(InsertMoveInGame(LegalMove(text), kTypedMove)) << text;
   }
 }
 

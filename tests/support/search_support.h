@@ -89,7 +89,6 @@ bool PlayKnightMoves(int count);
 
 inline constexpr int kReferenceEntries = 0x80000;  // "hash size" 38
 inline constexpr int kNoTimeLimit = 20000000;      // 1/100 s; 95 % of it can be formed in an int
-inline constexpr int kTypedMove = 1000001;
 
 // A clock that stands still, or moves on by `step` at each reading.
 struct TestClock {
