@@ -8,8 +8,9 @@
 
 namespace tarvyle {
 
-// Bits 0-3 of a word hold the number of attacks, x-rays through an own slider included; the type
-// bits are those of piece_cntrl (x-rays set none). 0: not attacked.
+// By colour and square, as of the last GenerateAttackes. Bits 0-3 of a word hold the number of
+// attacks, x-rays through an own slider included; the type bits are those of piece_cntrl (x-rays
+// set none). 0: not attacked.
 extern std::uint32_t p_attack[2][kSquares];
 
 // Attack-type bit by piece code: the cheaper the piece, the higher the bit.

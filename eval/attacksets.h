@@ -17,7 +17,7 @@ struct AttackSets {
 // By colour, as of the last BuildAttackSets.
 extern AttackSets attack_sets[2];
 
-// What the slider on each square saw then; meaningful for sliders' squares only.
+// What the slider on each square sees, as of the same; meaningful for sliders' squares only.
 extern SquareSet slider_reach[kSquares];
 
 // Builds the attack sets of both sides from the board.

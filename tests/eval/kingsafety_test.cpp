@@ -40,7 +40,7 @@ TEST(KingSafety, AddsTheseTerms) {
   const SafetyRow rows[] = {
       {"start position: a shield pawn on f2 earns 2",
        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq", 2},
-      {"castling to the long side lost: 4 for the short right",
+      {"castling to the long side alone: 4 for the short right",
        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w Qkq", 2 - 4},
       {"castling to the short side alone: 2 for the long right",
        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w Kkq", 2 - 2},

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <iterator>
@@ -60,19 +59,22 @@ TEST_F(LegalTest, MovesThatLeaveTheKingAttackedAreDropped) {
 }
 
 TEST_F(LegalTest, MateAndStalemateHaveAnEmptyList) {
-  const char* rows[] = {
-      "7k/6Q1/6K1/8/8/8/8/8 b",
-      "R6k/6pp/8/8/8/8/8/K7 b",
-      "rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq",
-      "7k/5Q2/6K1/8/8/8/8/8 b",
-      "k7/P7/K7/8/8/8/8/8 b",
+  struct Row {
+    const char* text;
+    bool mate;
   };
-  const bool mates[] = {true, true, true, false, false};
-  for (std::size_t i = 0; i < std::size(rows); ++i) {
-    support::SetUpPosition(rows[i]);
-    EXPECT_TRUE(LegalMoveList()) << rows[i];
-    EXPECT_EQ(ListLength(), 0) << rows[i];
-    EXPECT_EQ(Check(), mates[i]) << rows[i];
+  const Row rows[] = {
+      {"7k/6Q1/6K1/8/8/8/8/8 b", true},
+      {"R6k/6pp/8/8/8/8/8/K7 b", true},
+      {"rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq", true},
+      {"7k/5Q2/6K1/8/8/8/8/8 b", false},
+      {"k7/P7/K7/8/8/8/8/8 b", false},
+  };
+  for (const Row& row : rows) {
+    support::SetUpPosition(row.text);
+    EXPECT_TRUE(LegalMoveList()) << row.text;
+    EXPECT_EQ(ListLength(), 0) << row.text;
+    EXPECT_EQ(Check(), row.mate) << row.text;
   }
 }
 

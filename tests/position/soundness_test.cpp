@@ -49,7 +49,9 @@ void Remove(GameRecord& record, int piece, int colour, Square square) {
   record.color_key[colour] ^= key;
 }
 
-// Each row damages the sound record of "r3k3/2p5/8/1Pp5/8/8/8/R3K3 w Qq".
+constexpr const char* kPosition = "r3k3/2p5/8/1Pp5/8/8/8/R3K3 w Qq";
+
+// Each row damages the sound record of this position.
 constexpr DamageRow kDamages[] = {
     {"piece on an empty square", [](GameRecord& r) { r.board[At("e4")] = Pawn; }},
     {"no piece on an occupied square", [](GameRecord& r) { r.board[At("b5")] = NoPiece; }},
@@ -73,7 +75,7 @@ constexpr DamageRow kDamages[] = {
     {"slot that points elsewhere", [](GameRecord& r) { r.list_sq[0] = At("b6"); }},
     {"free slot that points to a piece", [](GameRecord& r) { r.list_sq[9] = At("b5"); }},
     {"free slot that points to an empty square", [](GameRecord& r) { r.list_sq[9] = At("e4"); }},
-    {"free slot 0 that points to a piece",
+    {"two slots that point to one piece",
      [](GameRecord& r) {
        r.list_last[White] = 9;
        r.list_sq[9] = At("b5");
@@ -143,8 +145,6 @@ constexpr DamageRow kDamages[] = {
      }},
 };
 
-constexpr const char* kPosition = "r3k3/2p5/8/1Pp5/8/8/8/R3K3 w Qq";
-
 TEST_F(SoundnessTest, SetUpPositionsAreSound) {
   for (const auto& row : support::DataRows("positions.tsv")) {
     support::SetUpPosition(row[0]);
@@ -172,7 +172,7 @@ TEST_F(SoundnessTest, PieceAddedOrRemovedWithAllItsCountersIsSound) {
   EXPECT_TRUE(RecordIsSound(record));
 }
 
-TEST_F(SoundnessTest, EmptyRecordIsNot) {
+TEST_F(SoundnessTest, EmptyRecordIsUnsound) {
   ClearRecord();
   EXPECT_FALSE(RecordIsSound(g));
 }
