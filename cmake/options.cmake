@@ -30,8 +30,9 @@ endif()
 
 # A release ends at an access outside a container, an overrun buffer or a broken stack instead of
 # going on with it, and nothing can be written over the addresses of library functions: 0.9 % more
-# instructions for a search, counted as in docs/PERFORMANCE.md. The level of fortification stands with the build type's own flags, so
-# that what is compiled without optimisation, where it does not work, can take it back.
+# instructions for a search, counted as in docs/PERFORMANCE.md. The level of fortification stands
+# with the build type's own flags, so that what is compiled without optimisation, where it does not
+# work, can take it back.
 string(APPEND CMAKE_CXX_FLAGS_RELEASE " -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
 target_compile_definitions(project_options INTERFACE $<$<CONFIG:Release>:_GLIBCXX_ASSERTIONS>)
 target_compile_options(project_options INTERFACE $<$<CONFIG:Release>:-fstack-protector-strong>)
