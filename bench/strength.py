@@ -57,11 +57,20 @@ def told(results: list[float]) -> str:
             f"Elo {elo(mean):+.0f} ({elo(mean - error):+.0f} to {elo(mean + error):+.0f})")
 
 
+def setting(text: str) -> tuple[str, str]:
+    """NAME=VALUE as a pair."""
+    name, equals, value = text.partition("=")
+    if not name or not equals:
+        raise argparse.ArgumentTypeError(f"{text} is not NAME=VALUE")
+    return name, value
+
+
 def arguments() -> argparse.Namespace:
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--games", type=int, default=100)
     parser.add_argument("--clock", default="2+0.02", metavar="SECONDS+INCREMENT")
-    parser.add_argument("--option", action="append", default=[], metavar="NAME=VALUE", help="of the other engine")
+    parser.add_argument("--option", action="append", type=setting, default=[], metavar="NAME=VALUE",
+                        help="of the other engine")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("command", nargs="+", metavar="COMMAND")
     return parser.parse_args()
@@ -85,8 +94,8 @@ def main() -> None:
               AnyEngine(command_of(wanted.command), env=quiet, cwd=folder) as theirs):
             theirs.send("uci")
             theirs.until("uciok")
-            for option in wanted.option:
-                theirs.ask("setoption name {} value {}".format(*option.split("=", 1)))
+            for name, value in wanted.option:
+                theirs.ask(f"setoption name {name} value {value}")
             for number in range(wanted.games):
                 we_are_white = number % 2 == 0
                 players = [ours, theirs] if we_are_white else [theirs, ours]
