@@ -1,5 +1,6 @@
 // The workbench: the engine's parts on the command line.
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
@@ -42,4 +43,8 @@ int Obey(int argc, char** argv) {
 
 }  // namespace tarvyle::tools
 
-int main(int argc, char** argv) { return tarvyle::tools::Obey(argc, argv); }
+int main(int argc, char** argv) {
+  // A write beyond a limit on file sizes reports it, like one on a full disk.
+  std::signal(SIGXFSZ, SIG_IGN);
+  return tarvyle::tools::Obey(argc, argv);
+}

@@ -7,6 +7,7 @@ FIXED_TIME_LIBRARY. By hand, `pytest tests/program` takes those of the release p
 import contextlib
 import os
 import pathlib
+import resource
 import shutil
 import subprocess
 
@@ -51,6 +52,12 @@ def engine_environment() -> dict[str, str]:
     if sanitized():
         environment["ASAN_OPTIONS"] = "verify_asan_link_order=0"
     return environment
+
+
+def no_file_beyond(size: int):
+    """For `preexec_fn`: writing behind so many bytes of a file fails, as on a full disk. The signal that comes with it
+    is left to the program."""
+    return lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (size, size))
 
 
 @pytest.fixture(scope="session")
@@ -146,6 +153,27 @@ def complains(tarv):
 
 
 # --- tarv uci ---------------------------------------------------------------------------------------------
+
+
+@pytest.fixture
+def learned(says, tmp_path):
+    """The records of learn_records.FOUR; four.epd holds these positions, and four.lrn what was found at depth 3."""
+    import learn_records
+
+    (tmp_path / "four.epd").write_text("\n".join(learn_records.FOUR) + "\n")
+    says("learn", "analyse", "four.epd", "--depth", 3)
+    return learn_records.parse(tmp_path / "four.lrn")
+
+
+@pytest.fixture
+def write(tmp_path):
+    """Writes records into a learn file of some name, and returns the name."""
+
+    def write_records(name: str, *records) -> str:
+        (tmp_path / name).write_bytes(b"".join(record.bytes() for record in records))
+        return name
+
+    return write_records
 
 
 @pytest.fixture

@@ -9,10 +9,16 @@ import dataclasses
 import pathlib
 import struct
 
+from positions import MATE_IN_ONE, START
+
 HEADER = struct.Struct("<IIIihhbbBB")
 LENGTH_AT = 18
 LEAST_LENGTH = HEADER.size + 2
 BOOK_KIND = 16
+
+EN_PASSANT = "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6"
+ITALIAN = "r1bqk1nr/pppp1ppp/2n5/2b1p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq -"
+FOUR = [START, MATE_IN_ONE, EN_PASSANT, ITALIAN]  # what the fixture `learned` has searched
 
 # What the engine says of its learn file when it ends.
 NOT_OPEN = "------> error: file_size() - file ./tarvyle.lrn not open\n"
@@ -73,9 +79,11 @@ def read(path: pathlib.Path) -> list[bytes]:
     return sorted(found)
 
 
-def parse(content: bytes) -> list[Record]:
+def parse(path: pathlib.Path) -> list[Record]:
     """The records of a sound learn file, in file order."""
-    return [Record(*HEADER.unpack_from(one), one[HEADER.size : -1].decode()) for one in split(content)]
+    found = split(path.read_bytes())
+    assert found is not None, f"{path} is damaged"
+    return [Record(*HEADER.unpack_from(one), one[HEADER.size : -1].decode()) for one in found]
 
 
 def many(count: int) -> bytes:

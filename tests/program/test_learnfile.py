@@ -2,14 +2,13 @@
 
 import os
 import pathlib
-import resource
 import shutil
 import signal
 import subprocess
 import tempfile
 
 import pytest
-from conftest import sanitized
+from conftest import no_file_beyond, sanitized
 from engine_folder import BOOK_INSTEAD, THINKING, EngineFolder
 from learn_records import NOT_OPEN, NOT_WRITTEN, read, split, written
 from positions import MATE_IN_ONE, MIDDLE_GAME
@@ -227,7 +226,7 @@ def assert_not_written(folder: EngineFolder, run, old: bytes) -> None:
 def test_a_limit_on_file_sizes(learned):
     """As for a full disk; the signal that comes with it does not end the program."""
     old = learned.file("tarvyle.lrn").read_bytes()
-    run = learned.run("quit", preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100)))
+    run = learned.run("quit", preexec_fn=no_file_beyond(100))
     assert_not_written(learned, run, old)
 
 

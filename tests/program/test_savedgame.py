@@ -1,11 +1,11 @@
 """Saved games from outside: the file's form, the names, and files that are refused."""
 
 import os
-import resource
 import struct
 import subprocess
 
 import pytest
+from conftest import no_file_beyond
 from game_files import GAME_LEN, GAME_MAX, MOVES, SCORES, SIZE, TYPED
 from positions import AFTER_D4_TEXT, BEFORE_ONE_REPLY, START_TEXT
 
@@ -110,13 +110,9 @@ def test_a_missing_file_and_a_folder(folder):
                               + not_written("inner") + not_written("inner/x/y"))
 
 
-def with_size_limit(bytes_: int):
-    return lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (bytes_, bytes_))
-
-
 def test_a_full_disk_leaves_no_half_file(folder):
     """A limit on file sizes stands for the full disk."""
-    run = folder.run("save new.dat", "getboard", preexec_fn=with_size_limit(SIZE - 1))
+    run = folder.run("save new.dat", "getboard", preexec_fn=no_file_beyond(SIZE - 1))
     assert (run.said, run.complaints) == (f"position {START_TEXT}\n", not_written("new.dat"))
     assert run.status == 0
     assert folder.names() == []
@@ -125,7 +121,7 @@ def test_a_full_disk_leaves_no_half_file(folder):
 def test_a_full_disk_leaves_the_older_game(saved):
     before = saved.file("game.dat").read_bytes()
     run = saved.run("force", "e2e4", "save game.dat", "new", "load game.dat", "getmoves",
-                    preexec_fn=with_size_limit(SIZE - 1))
+                    preexec_fn=no_file_beyond(SIZE - 1))
     assert (run.said, run.complaints) == ("moves d2d4 \n", not_written("game.dat"))
     assert saved.file("game.dat").read_bytes() == before
     assert saved.names() == ["game.dat"]

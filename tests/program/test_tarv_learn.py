@@ -1,55 +1,14 @@
-"""`tarv learn` from outside: what learn files hold, damaged ones, merging, analysing."""
+"""`tarv learn` from outside: what learn files hold, damaged ones, merging, adding a book."""
 
-import fcntl
 import json
 import pathlib
-import resource
-import signal
-import subprocess
 import time
 
 import pytest
-from conftest import engine_environment
+from conftest import no_file_beyond
 from engine_folder import BOOK_INSTEAD
-from learn_records import HEADER, Record, parse
-from positions import ILLEGAL, MATE_IN_ONE, NO_KINGS, START, START_TEXT, STALEMATE
-from terminal import Terminal
-
-EN_PASSANT = "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6"
-ITALIAN = "r1bqk1nr/pppp1ppp/2n5/2b1p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq -"
-POSITIONS = [START, MATE_IN_ONE, EN_PASSANT, ITALIAN]
-
-
-def records_in(path: pathlib.Path) -> list[Record]:
-    return parse(path.read_bytes())
-
-
-@pytest.fixture
-def learned(says, tmp_path):
-    """The records of some positions, searched to depth 3."""
-    (tmp_path / "four.epd").write_text("\n".join(POSITIONS) + "\n")
-    says("learn", "analyse", "four.epd", "--depth", 3)
-    return records_in(tmp_path / "four.lrn")
-
-
-@pytest.fixture
-def write(tmp_path):
-    def write_records(name: str, *records: Record) -> str:
-        (tmp_path / name).write_bytes(b"".join(record.bytes() for record in records))
-        return name
-
-    return write_records
-
-
-def no_file_beyond(size: int):
-    """For `preexec_fn`: writing behind so many bytes of a file fails, as on a full disk."""
-
-    def limit() -> None:
-        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-        resource.setrlimit(resource.RLIMIT_FSIZE, (size, size))
-
-    return limit
-
+from learn_records import EN_PASSANT, HEADER, ITALIAN, parse, split
+from positions import MATE_IN_ONE, START, START_TEXT
 
 # --- stats, list, export ----------------------------------------------------------------------------------
 
@@ -125,7 +84,7 @@ DAMAGES = {
 
 
 def len_of_last(content: bytes) -> int:
-    return parse(content)[-1].length
+    return len(split(content)[-1])
 
 
 def start_of_last(content: bytes) -> int:
@@ -170,7 +129,7 @@ def test_salvage(tarv, damaged, tmp_path):
     done = tarv("learn", "merge", "--salvage", "bad.lrn", "-o", "saved.lrn")
     assert done.returncode == 0
     assert "3 records before it are taken" in done.stderr
-    assert len(records_in(tmp_path / "saved.lrn")) == 3
+    assert len(parse(tmp_path / "saved.lrn")) == 3
 
 
 def test_the_engine_refuses_the_same_files(damaged, folder, tmp_path):
@@ -232,7 +191,7 @@ def test_what_the_engine_writes_is_sound(says, learning, tmp_path):
     learning.run("st 1", "e2e4", "e7e6", "force", "new", "d2d4", "go", "quit")
     path = learning.file("tarvyle.lrn")
     assert says("learn", "verify", path).endswith(" records, 0 problems\n")
-    assert len(records_in(path)) > 5
+    assert len(parse(path)) > 5
 
 
 # --- merge ------------------------------------------------------------------------------------------------
@@ -244,20 +203,20 @@ def test_the_deepest_search_wins_and_the_book_stays(says, learned, write, tmp_pa
     write("b.lrn", one.but(depth=7, score=20), two.but(depth=6, score=30), three.but(depth=4, score=2), four)
     answer = says("learn", "merge", "a.lrn", "b.lrn", "--output", "all.lrn")
     assert answer == "all.lrn: 4 records, 1 of the book, from 2 files\n"
-    merged = {record.text: record for record in records_in(tmp_path / "all.lrn")}
+    merged = {record.text: record for record in parse(tmp_path / "all.lrn")}
     assert merged[one.text] == one.but(depth=7, score=20)
     assert merged[two.text] == two.but(depth=6, score=30, book=1, kind=16)
     assert merged[three.text] == three.but(depth=4, score=1), "of equal depths the first file's"
     assert merged[four.text] == four
     says("learn", "merge", "b.lrn", "a.lrn", "--output", "other.lrn")
-    other = {record.text: record for record in records_in(tmp_path / "other.lrn")}
+    other = {record.text: record for record in parse(tmp_path / "other.lrn")}
     assert other == merged | {three.text: three.but(depth=4, score=2)}
 
 
 def test_one_key_and_two_texts_stay_two(says, learned, write, tmp_path):
     write("a.lrn", learned[0], learned[0].but(text=learned[0].text.replace("QKqk", "QK")))
     says("learn", "merge", "a.lrn", "-o", "a.lrn")
-    assert len(records_in(tmp_path / "a.lrn")) == 2
+    assert len(parse(tmp_path / "a.lrn")) == 2
 
 
 def test_the_order_is_the_engines(says, learned, write, tmp_path):
@@ -265,7 +224,7 @@ def test_the_order_is_the_engines(says, learned, write, tmp_path):
     says("learn", "merge", write("a.lrn", *learned), "-o", "one.lrn")
     says("learn", "merge", write("b.lrn", *learned[2:]), write("c.lrn", *reversed(learned)), "-o", "two.lrn")
     assert (tmp_path / "one.lrn").read_bytes() == (tmp_path / "two.lrn").read_bytes()
-    buckets = [record.key_lo & 0xFFFF for record in records_in(tmp_path / "one.lrn")]
+    buckets = [record.key_lo & 0xFFFF for record in parse(tmp_path / "one.lrn")]
     assert buckets == sorted(buckets)
 
 
@@ -274,15 +233,15 @@ def test_merging_into_one_of_the_files(says, learned, write, tmp_path):
     (tmp_path / "link.lrn").symlink_to("a.lrn")
     says("learn", "merge", "a.lrn", write("b.lrn", learned[1]), "-o", "link.lrn")
     assert (tmp_path / "link.lrn").is_symlink()
-    assert len(records_in(tmp_path / "a.lrn")) == 2
+    assert len(parse(tmp_path / "a.lrn")) == 2
 
 
 def test_an_output_that_is_none_of_the_files(complains, says, learned, write, tmp_path):
     write("old.lrn", learned[3])
     assert "is there already" in complains("learn", "merge", write("a.lrn", *learned[:2]), "-o", "old.lrn")
-    assert records_in(tmp_path / "old.lrn") == [learned[3]]
+    assert parse(tmp_path / "old.lrn") == [learned[3]]
     says("learn", "merge", "--force", "a.lrn", "-o", "old.lrn")
-    assert len(records_in(tmp_path / "old.lrn")) == 2
+    assert len(parse(tmp_path / "old.lrn")) == 2
 
 
 def test_a_full_disk_leaves_the_older_file(complains, learned, write, tmp_path):
@@ -306,13 +265,13 @@ def test_the_engine_reads_what_was_merged(says, learning, tmp_path):
     learning.run("d2d4", "quit")
     learning.file("tarvyle.lrn").rename(tmp_path / "second.lrn")
     says("learn", "merge", "first.lrn", "second.lrn", "-o", learning.file("tarvyle.lrn"))
-    merged = {record.text for record in records_in(learning.file("tarvyle.lrn"))}
-    first, second = ({record.text for record in records_in(tmp_path / name)}
+    merged = {record.text for record in parse(learning.file("tarvyle.lrn"))}
+    first, second = ({record.text for record in parse(tmp_path / name)}
                      for name in ("first.lrn", "second.lrn"))
     assert merged == first | second and len(first & second) < min(len(first), len(second)) + 1
     run = learning.run("quit")
     assert BOOK_INSTEAD not in run.stderr
-    assert {record.text for record in records_in(learning.file("tarvyle.lrn"))} == merged
+    assert {record.text for record in parse(learning.file("tarvyle.lrn"))} == merged
 
 
 def test_many_records_are_fast(says, learned, tmp_path):
@@ -335,10 +294,10 @@ def test_many_records_are_fast(says, learned, tmp_path):
 def test_add_book(says, learning, tmp_path):
     learning.run("e2e4", "quit")  # the engine answers: the position after e2e4 is learned, and of the book
     path = learning.file("tarvyle.lrn")
-    before = {record.text: record for record in records_in(path)}
+    before = {record.text: record for record in parse(path)}
     (tmp_path / "new.bk").write_text("# new\ne2e4 c7c5\nd2d4 d7d5 c2c4\n")
     says("learn", "add-book", "new.bk", path)
-    after = {record.text: record for record in records_in(path)}
+    after = {record.text: record for record in parse(path)}
     assert len(after) == len(before) + 2
     for text, record in before.items():
         assert after[text] == record
@@ -350,7 +309,7 @@ def test_a_searched_position_becomes_a_book_position(says, learned, write, tmp_p
     (tmp_path / "new.bk").write_text("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5\n")
     write("a.lrn", *learned)
     says("learn", "add-book", "new.bk", "a.lrn")
-    after = {record.text: record for record in records_in(tmp_path / "a.lrn")}
+    after = {record.text: record for record in parse(tmp_path / "a.lrn")}
     assert after[learned[3].text] == learned[3].but(book=1, kind=16)
     assert after[learned[0].text] == learned[0]
 
@@ -361,7 +320,7 @@ def test_replacing_the_book(says, learned, write, tmp_path):
     (tmp_path / "new.bk").write_text("e2e4\n")
     assert says("learn", "add-book", "--replace", "new.bk", "a.lrn") == (
         "a.lrn: 3 records before, 3 now, 1 of the book (2 before)\n")
-    after = {record.text: record for record in records_in(tmp_path / "a.lrn")}
+    after = {record.text: record for record in parse(tmp_path / "a.lrn")}
     assert after[one.text] == one.but(book=0) and after[three.text] == three and two.text not in after
 
 
@@ -374,156 +333,3 @@ def test_a_bad_book_changes_nothing(complains, learned, tmp_path):
     (tmp_path / "good.bk").write_text("e2e4\n")
     assert "none.lrn" in complains("learn", "add-book", "good.bk", "none.lrn")
     assert (tmp_path / "four.lrn").read_bytes() == before
-
-
-# --- analyse ----------------------------------------------------------------------------------------------
-
-
-def test_analyse_records_what_a_search_finds(says, learned, tmp_path):
-    assert {record.text for record in learned} == {
-        START_TEXT, "6k1/5ppp/8/8/8/8/8/R3K3 w Q", "r1bqk1nr/pppp1ppp/2n5/2b1p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w QKqk",
-        "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w QKqk d6"}
-    assert says("learn", "verify", "four.lrn") == "four.lrn: 4 records, 0 problems\n"
-    found = says("search", text=f"{ITALIAN}\tknowledge3\t3\n").split("\t")[4]
-    record = next(record for record in learned if record.text.startswith("r1bqk1nr"))
-    assert found.endswith(f" score {record.score} depth {record.depth}")
-    assert (record.kind, record.book, record.depth) == (0, 0, 3)
-
-
-def test_a_position_has_the_identity_that_it_has_in_a_game(says, learning, tmp_path):
-    """Also where en passant is possible: then the engine's own text names the square."""
-    learning.run("force", "e2e4", "g8f6", "e4e5", "d7d5", "go", "quit")
-    game = {(record.text, record.key_lo, record.key_hi) for record in records_in(learning.file("tarvyle.lrn"))
-            if record.depth > 0}
-    (tmp_path / "one.epd").write_text("rnbqkb1r/ppp1pppp/5n2/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6\n")
-    says("learn", "analyse", "one.epd", "--depth", 2)
-    assert {(record.text, record.key_lo, record.key_hi) for record in records_in(tmp_path / "one.lrn")} == game
-
-
-def test_analyse_goes_on_where_it_stopped(says, tmp_path):
-    (tmp_path / "four.epd").write_text("\n".join(POSITIONS[:2]) + "\n")
-    assert says("learn", "analyse", "four.epd", "--depth", 3) == (
-        "four.lrn: 2 positions: 2 searched, 0 known before, 0 without a move; 2 records\n")
-    (tmp_path / "four.epd").write_text("# all\n\n" + "\n".join(POSITIONS) + "\n" + START)
-    assert says("learn", "analyse", "four.epd", "--depth", 3) == (
-        "four.lrn: 5 positions: 2 searched, 3 known before, 0 without a move; 4 records\n")
-    before = (tmp_path / "four.lrn").read_bytes()
-    assert " 0 searched, 5 known " in says("learn", "analyse", "four.epd", "--seconds", 60)
-    assert (tmp_path / "four.lrn").read_bytes() == before
-
-
-def test_deeper_results_take_the_place_of_others(says, tmp_path):
-    (tmp_path / "two.epd").write_text(f"{ITALIAN}\n{MATE_IN_ONE}\n")
-    says("learn", "analyse", "two.epd", "--depth", 3)
-    assert " 1 searched, 1 known " in says("learn", "analyse", "two.epd", "--depth", 4), "a mate is a mate"
-    records = records_in(tmp_path / "two.lrn")
-    assert len(records) == 2 and max(record.depth for record in records) == 4
-
-
-def test_analyse_keeps_the_book_flag(says, learned, write, tmp_path):
-    write("four.lrn", *(record.but(book=1, kind=16, depth=0, score=0) for record in learned))
-    assert " 4 searched, 0 known " in says("learn", "analyse", "four.epd", "--depth", 3)
-    found = {record.text: record for record in records_in(tmp_path / "four.lrn")}
-    assert found == {record.text: record.but(book=1, kind=16) for record in learned}
-
-
-def test_analyse_with_a_clock(says, tmp_path):
-    begin = time.monotonic()
-    assert " 1 searched," in says("learn", "analyse", "-", "--seconds", 0.2, "--output", "a.lrn", text=ITALIAN)
-    assert time.monotonic() - begin < 10
-    assert records_in(tmp_path / "a.lrn")[0].depth >= 2
-
-
-def test_positions_without_a_move(says):
-    assert " 0 searched, 0 known before, 1 without a move; 0 records" in says(
-        "learn", "analyse", "-", "--depth", 4, "-o", "a.lrn", text=f"{STALEMATE}\n")
-
-
-@pytest.mark.parametrize("line, words", [
-    ("nonsense", "no side to move"),
-    (NO_KINGS, "no chess position"),
-    ("rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -", "no chess position"),
-    ("rnbqkbnr/ppppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -", "no chess position"),
-    (ILLEGAL, "the side not to move is in check"),
-    ("4k3/3p4/8/3pP3/8/8/8/4K3 w - d6", "no pawn can have passed over d6"),
-])
-def test_a_refused_position_stops_before_any_search(complains, tmp_path, line, words):
-    (tmp_path / "bad.epd").write_text(f"{START}\n{line}\n")
-    complaint = complains("learn", "analyse", "bad.epd", "--depth", 2)
-    assert complaint.startswith("tarv: bad.epd: line 2: ") and words in complaint
-    assert not (tmp_path / "bad.lrn").exists()
-
-
-@pytest.mark.parametrize("arguments, words", [
-    ([], "subcommand"),
-    (["stats"], "FILE"),
-    (["merge", "a.lrn"], "--output"),
-    (["analyse", "a.epd"], "--seconds or --depth"),
-    (["analyse", "a.epd", "--seconds", "0"], "--seconds"),
-    (["analyse", "-", "--depth", "2"], "--output"),
-    (["analyse", "none.epd", "--depth", "2"], "none.epd"),
-    (["export", "--format", "xml", "a.lrn"], "--format"),
-    (["list", "--min-depth", "91", "a.lrn"], "--min-depth"),
-])
-def test_bad_arguments(complains, arguments, words):
-    assert words in complains("learn", *arguments)
-
-
-def test_one_process_holds_an_output(complains, learned, tmp_path):
-    with (tmp_path / "four.lrn").open("ab") as file:
-        fcntl.flock(file, fcntl.LOCK_EX)
-        assert "another process writes four.lrn" in complains("learn", "analyse", "four.epd", "--depth", 4)
-
-
-@pytest.mark.parametrize("room, reason", [(0, "File too large"), (1, "No space left on device"),
-                                          (40, "No space left on device")])
-@pytest.mark.parametrize("records", [0, 2])
-def test_a_record_that_does_not_fit_is_taken_away_again(complains, learned, write, tmp_path, records, room, reason):
-    """The system gives a reason only where not even a part was written; no earlier error may be told in its place."""
-    before = b"".join(record.bytes() for record in learned[:records])
-    write("a.lrn", *learned[:records])
-    complaint = complains("learn", "analyse", "four.epd", "--depth", 3, "-o", "a.lrn",
-                          preexec_fn=no_file_beyond(len(before) + room))
-    assert complaint == f"tarv: cannot write a.lrn: {reason}\n"
-    assert (tmp_path / "a.lrn").read_bytes() == before
-
-
-def test_an_output_that_cannot_be_opened(complains, learned):
-    assert complains("learn", "analyse", "four.epd", "--depth", 3, "-o", "none/a.lrn") == (
-        "tarv: cannot write none/a.lrn: No such file or directory\n")
-    assert complains("learn", "analyse", "four.epd", "--depth", 3, "-o", "/dev/full") == (
-        "tarv: cannot read /dev/full: no plain file\n")
-
-
-def test_a_killed_run_leaves_a_whole_file(says, workbench, tmp_path):
-    (tmp_path / "p.epd").write_text("\n".join(POSITIONS[2:] + [START]) + "\n")
-    command = [workbench, "learn", "analyse", "p.epd", "--depth", "30"]
-    with subprocess.Popen(command, cwd=tmp_path, env=engine_environment(), stdout=subprocess.PIPE) as process:
-        time.sleep(0.4)
-        process.kill()
-    assert says("learn", "verify", "p.lrn").endswith(", 0 problems\n")
-
-
-def test_two_processes_and_a_merge_equal_one(says, workbench, tmp_path):
-    lines = [f"{position}\n" for position in POSITIONS]
-    (tmp_path / "all.epd").write_text("".join(lines))
-    (tmp_path / "a.epd").write_text("".join(lines[:2]))
-    (tmp_path / "b.epd").write_text("".join(lines[2:]))
-    runs = [subprocess.Popen([workbench, "learn", "analyse", name, "--depth", "5"], cwd=tmp_path,
-                             env=engine_environment(), stdout=subprocess.PIPE) for name in ("a.epd", "b.epd")]
-    for run in runs:
-        run.communicate()
-        assert run.returncode == 0
-    says("learn", "merge", "a.lrn", "b.lrn", "-o", "both.lrn")
-    says("learn", "analyse", "all.epd", "--depth", 5)
-    says("learn", "merge", "all.lrn", "-o", "all.lrn")
-    assert (tmp_path / "both.lrn").read_bytes() == (tmp_path / "all.lrn").read_bytes()
-
-
-def test_progress_is_shown_on_a_terminal_only(workbench, tmp_path):
-    with Terminal() as terminal:
-        subprocess.run([workbench, "learn", "analyse", "-", "--depth", "2", "-o", "a.lrn"], text=True,
-                       input=f"{START}\n{ITALIAN}\n", cwd=tmp_path, stdout=subprocess.PIPE, stderr=terminal.inside,
-                       env=engine_environment(), check=True)
-        shown = terminal.shown()
-    assert "0/2" in shown and "1/2" in shown and shown.endswith("\r\x1b[K")

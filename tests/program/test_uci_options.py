@@ -137,7 +137,7 @@ def test_default_files_are_found(start, tmp_path, home, place):
 
 def records_of(path: pathlib.Path) -> list[tuple]:
     """Score, depth, side, book flag and text of each record of a learn file."""
-    found = learn_records.parse(path.read_bytes())
+    found = learn_records.parse(path)
     assert all(record.kind == 0 for record in found)
     return [(record.score, record.depth, record.side, record.book, record.text) for record in found]
 
