@@ -16,7 +16,6 @@
 #include "position/record.h"
 #include "position/text.h"
 #include "search/state.h"
-#include "tools/engine.h"
 #include "tools/files.h"
 #include "tools/positiontext.h"
 #include "tools/san.h"

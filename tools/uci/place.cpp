@@ -13,7 +13,6 @@
 #include "position/setup.h"
 #include "position/text.h"
 #include "position/types.h"
-#include "tools/engine.h"
 #include "tools/uci/output.h"
 #include "tools/uci/words.h"
 
