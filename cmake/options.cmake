@@ -94,3 +94,12 @@ function(compile_together target number)
   set_target_properties(${target} PROPERTIES
     UNITY_BUILD ${TARVYLE_TOGETHER} UNITY_BUILD_BATCH_SIZE ${number})
 endfunction()
+
+# optimise_lightly(<target>): for what calls the engine and does little itself. What is built after a
+# profile is to be fast, not fast to build.
+function(optimise_lightly target)
+  if(NOT TARVYLE_PROFILE)
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
+    set_target_properties(${target} PROPERTIES INTERPROCEDURAL_OPTIMIZATION_RELEASE OFF)
+  endif()
+endfunction()

@@ -3,13 +3,13 @@
 #include <cstdio>
 #include <exception>
 
-#include "tools/bench.h"
-#include "tools/engine.h"
+#include "host/bench.h"
+#include "host/engine.h"
 
 int main() {
   try {
-    if (!tarvyle::tools::StartEngine()) return 1;
-    tarvyle::tools::RunBench({.depth = 4});
+    if (!tarvyle::StartEngine()) return 1;
+    tarvyle::RunBench({.depth = 4});
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 1;

@@ -10,7 +10,9 @@ set(allowed_book book position base)
 set(allowed_pv pv position base)
 set(allowed_search search eval book pv position base)
 set(allowed_frontend frontend search eval book pv position base)
-set(folders base position eval book pv search frontend)
+set(allowed_host host search eval book pv position base)
+set(allowed_uci uci host frontend search eval book pv position base)
+set(folders base position eval book pv search frontend host uci)
 
 include(${REACH})
 file(MAKE_DIRECTORY ${WORK_DIR})
@@ -53,5 +55,5 @@ endforeach()
 
 if(wrong)
   message(FATAL_ERROR
-    "includes must run one way: frontend -> search -> eval, book, pv -> position -> base")
+    "includes must run one way: uci -> frontend, host -> search -> eval, book, pv -> position -> base")
 endif()

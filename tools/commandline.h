@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/boundedsearch.h"
+#include "host/boundedsearch.h"
 
 namespace CLI {
 class App;

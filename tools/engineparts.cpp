@@ -8,10 +8,10 @@
 
 #include "eval/dump.h"
 #include "eval/scoretable.h"
+#include "host/bench.h"
 #include "position/perft.h"
 #include "position/setup.h"
 #include "search/root.h"
-#include "tools/bench.h"
 #include "tools/commandline.h"
 #include "tools/commands.h"
 #include "tools/lines.h"

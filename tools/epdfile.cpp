@@ -5,8 +5,8 @@
 #include <sstream>  // IWYU pragma: keep
 #include <stdexcept>
 
+#include "host/positiontext.h"
 #include "tools/files.h"
-#include "tools/positiontext.h"
 
 namespace tarvyle::tools {
 

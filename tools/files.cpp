@@ -13,6 +13,8 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "base/file.h"
+
 namespace tarvyle::tools {
 
 namespace {

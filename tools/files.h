@@ -5,8 +5,6 @@
 
 namespace tarvyle::tools {
 
-inline constexpr unsigned kNewFileMode = 0666;  // less what the user's mask takes away
-
 // All bytes of a regular file. Throws std::runtime_error that names the file.
 std::string ReadWholeFile(const std::string& path);
 

@@ -18,7 +18,7 @@ from pathlib import Path
 from typing import Iterator, NamedTuple
 
 ROOT = Path(__file__).resolve().parent.parent
-FOLDERS = ("base", "position", "eval", "book", "pv", "search", "frontend")
+FOLDERS = ("base", "position", "eval", "book", "pv", "search", "frontend", "host", "uci")
 DOCUMENT = ROOT / "docs" / "INTERFACES.md"
 NAMES = ROOT / "tests" / "data" / "interface_names.txt"
 HEAD = """# Interfaces
@@ -69,7 +69,7 @@ def needs_comment(code: str) -> bool:
 
 def declarations(path: Path) -> Iterator[Declaration]:
     """The declarations of one header, in its order."""
-    text = re.sub(r".*?^namespace tarvyle {$", "", path.read_text(encoding="utf-8"), count=1,
+    text = re.sub(r".*?^namespace tarvyle(?:::\w+)? {$", "", path.read_text(encoding="utf-8"), count=1,
                   flags=re.DOTALL | re.MULTILINE)
     above: list[str] = []
     above_is_open = False  # the line before was part of the comment

@@ -8,7 +8,7 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "tools/numbers.h"
+#include "base/number.h"
 
 namespace tarvyle::tools {
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "book/epd.h"
+#include "host/engine.h"
 #include "position/legal.h"
 #include "position/movegen.h"
 #include "position/movestack.h"
@@ -16,7 +17,6 @@
 #include "position/text.h"
 #include "position/types.h"
 #include "search/hash.h"
-#include "tools/engine.h"
 #include "tools/lines.h"
 
 namespace tarvyle::tools {

@@ -5,9 +5,9 @@
 #include <exception>
 #include <stdexcept>
 
+#include "host/engine.h"
 #include "tools/commandline.h"
 #include "tools/commands.h"
-#include "tools/engine.h"
 #include "tools/failure.h"
 
 namespace tarvyle::tools {

@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
+#include "host/engine.h"
 #include "pv/print.h"
 #include "pv/tree.h"
 #include "search/root.h"
 #include "search/style.h"
-#include "tools/engine.h"
 #include "tools/lines.h"
 
 namespace tarvyle::tools {

@@ -13,7 +13,7 @@
 
 #include "fuzz/engine.h"
 #include "search/clock.h"
-#include "tools/uci/loop.h"
+#include "uci/loop.h"
 
 namespace {
 
@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
   const int lines = open(input.Path(), O_RDONLY | O_CLOEXEC);
   Expect(nowhere >= 0 && lines >= 0, "files can be opened");
-  tarvyle::tools::SpeakUci(lines, nowhere);
+  tarvyle::uci::SpeakUci(lines, nowhere);
   close(lines);
   return 0;
 }

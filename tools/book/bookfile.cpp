@@ -18,7 +18,7 @@
 #include "position/setup.h"
 #include "position/text.h"
 #include "tools/book/eco.h"
-#include "tools/positiontext.h"
+#include "host/positiontext.h"
 
 namespace tarvyle::tools {
 

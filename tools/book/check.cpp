@@ -9,10 +9,10 @@
 #include "position/record.h"
 #include "position/types.h"
 #include "tools/book/bookfile.h"
-#include "tools/boundedsearch.h"
+#include "host/boundedsearch.h"
 #include "tools/failure.h"
 #include "tools/progress.h"
-#include "tools/scoretext.h"
+#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -15,7 +15,7 @@
 #include "position/types.h"
 #include "tools/book/pgnextract.h"
 #include "tools/files.h"
-#include "tools/positiontext.h"
+#include "host/positiontext.h"
 
 namespace tarvyle::tools {
 

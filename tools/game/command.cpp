@@ -13,7 +13,7 @@
 #include "tools/game/pgn.h"
 #include "tools/game/report.h"
 #include "tools/game/savedgame.h"
-#include "tools/scoretext.h"
+#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "position/types.h"
-#include "tools/scoretext.h"
+#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -9,7 +9,7 @@
 #include "tools/game/pgn.h"
 #include "tools/game/reportpage.h"
 #include "tools/json.h"
-#include "tools/scoretext.h"
+#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

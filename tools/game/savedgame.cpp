@@ -17,7 +17,7 @@
 #include "position/text.h"
 #include "search/state.h"
 #include "tools/files.h"
-#include "tools/positiontext.h"
+#include "host/positiontext.h"
 #include "tools/san.h"
 
 namespace tarvyle::tools {

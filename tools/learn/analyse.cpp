@@ -13,9 +13,9 @@
 #include "tools/learn/record.h"
 #include "tools/learn/recordlog.h"
 #include "tools/learn/recordset.h"
-#include "tools/positiontext.h"
+#include "host/positiontext.h"
 #include "tools/progress.h"
-#include "tools/scoretext.h"
+#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

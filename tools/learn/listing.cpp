@@ -11,8 +11,8 @@
 #include "tools/files.h"
 #include "tools/json.h"
 #include "tools/learn/record.h"
-#include "tools/positiontext.h"
-#include "tools/scoretext.h"
+#include "host/positiontext.h"
+#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "tools/book/bookfile.h"
-#include "tools/engine.h"
+#include "host/engine.h"
 #include "tools/files.h"
 #include "tools/learn/record.h"
 #include "tools/learn/recordset.h"

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/file.h"
 #include "tools/files.h"
 
 namespace tarvyle::tools {

@@ -10,7 +10,7 @@
 
 #include "book/learn.h"
 #include "tools/files.h"
-#include "tools/learntable.h"
+#include "host/learntable.h"
 
 namespace tarvyle::tools {
 

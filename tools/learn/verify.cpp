@@ -13,7 +13,7 @@
 #include "tools/files.h"
 #include "tools/learn/record.h"
 #include "tools/learn/recordset.h"
-#include "tools/positiontext.h"
+#include "host/positiontext.h"
 
 namespace tarvyle::tools {
 

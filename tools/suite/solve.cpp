@@ -11,10 +11,10 @@
 #include "position/types.h"
 #include "tools/epdfile.h"
 #include "tools/failure.h"
-#include "tools/positiontext.h"
+#include "host/positiontext.h"
 #include "tools/progress.h"
 #include "tools/san.h"
-#include "tools/scoretext.h"
+#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tools/boundedsearch.h"
+#include "host/boundedsearch.h"
 
 namespace tarvyle::tools {
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <charconv>
+#include <string_view>
+#include <system_error>
+
+namespace tarvyle {
+
+// Reads a text that is a whole number from its first character to its last. False, changing
+// nothing, for any other, and for a number out of range of the type.
+template <typename Integer>
+bool ReadInteger(std::string_view text, Integer& number) {
+  Integer read = 0;
+  const char* end = text.data() + text.size();
+  const auto [stopped, error] = std::from_chars(text.data(), end, read);
+  if (error != std::errc() || stopped != end) return false;
+  number = read;
+  return true;
+}
+
+}  // namespace tarvyle

@@ -1,0 +1,38 @@
+#include "host/scoretext.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "search/state.h"
+
+namespace tarvyle {
+
+namespace {
+
+constexpr int kEpdMate = 32767;
+constexpr int kMateAtOnce = -kMated;  // a mate in n plies scores n less
+
+}  // namespace
+
+bool IsMateScore(int score) { return score > kMateWindow || score < -kMateWindow; }
+
+int EpdScore(int score) {
+  if (score > kMateWindow) return kEpdMate - (kMateAtOnce - score);
+  if (score < -kMateWindow) return -kEpdMate + (kMateAtOnce + score);
+  return score / 10;
+}
+
+std::string ScoreText(int score) {
+  char text[32];
+  if (score > kMateWindow) {
+    std::snprintf(text, sizeof text, "#%d", (kMateAtOnce - score + 1) / 2);
+  } else if (score < -kMateWindow) {
+    std::snprintf(text, sizeof text, "-#%d", (kMateAtOnce + score + 1) / 2);
+  } else {
+    // Not "-0.00".
+    std::snprintf(text, sizeof text, "%+.2f", std::abs(score) < 5 ? 0.0 : score / kPawn);
+  }
+  return text;
+}
+
+}  // namespace tarvyle

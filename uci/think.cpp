@@ -1,0 +1,193 @@
+#include "uci/think.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "book/learn.h"
+#include "host/engine.h"
+#include "position/attack.h"
+#include "position/legal.h"
+#include "position/movestack.h"
+#include "position/record.h"
+#include "position/text.h"
+#include "position/types.h"
+#include "pv/line.h"
+#include "search/clock.h"
+#include "search/root.h"
+#include "search/state.h"
+#include "search/status.h"
+#include "uci/infolines.h"
+#include "uci/input.h"
+#include "uci/knowledge.h"
+#include "uci/output.h"
+#include "uci/score.h"
+#include "uci/settings.h"
+#include "uci/timerule.h"
+
+namespace tarvyle::uci {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int kLeastDepth = 2;              // the first iteration there is
+constexpr double kRandomSearchTakes = 1.5;  // of the time that it is given
+
+// The search that runs.
+struct Thinking {
+  Limits limits;
+  Allowance allowance;
+  Clock::time_point begin;
+  std::uint64_t first_count = 0;
+  bool one_reply = false;
+  bool enough = false;  // some limit has been reached
+};
+Thinking thinking;
+
+std::int64_t Milliseconds(Clock::duration time) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+}
+
+std::int64_t Elapsed() { return Milliseconds(Clock::now() - thinking.begin); }
+
+std::uint64_t Nodes() {
+  const std::uint64_t counted = cnt_nodes - thinking.first_count;
+  // Unwinding counts on.
+  return thinking.limits.nodes > 0 ? std::min(counted, thinking.limits.nodes) : counted;
+}
+
+Effort EffortSoFar() { return {Nodes(), Elapsed()}; }
+
+// The randomised search knows no deepest iteration.
+bool TooDeep() {
+  const int depth = thinking.limits.depth;
+  return is_rnd_search != 0 && depth > 0 && s_depth > std::max(depth, kLeastDepth);
+}
+
+bool ReachedLimit() {
+  const Limits& limits = thinking.limits;
+  return Elapsed() >= thinking.allowance.most || TooDeep() ||
+         (limits.nodes > 0 && Nodes() >= limits.nodes);
+}
+
+bool ShouldStop() {
+  HearWhileThinking();
+  PassOnWords(SayInfo);
+  thinking.enough = thinking.enough || interruption.stop || ReachedLimit();
+  return thinking.enough;
+}
+
+void Enough() {
+  thinking.enough = true;
+  is_stop_search = 1;
+}
+
+void NoteLine(const SearchStatus& status) {
+  SayLine(status, EffortSoFar());
+  const int mates_in = MatesIn(status.score, LineLen(status.line));
+  if (mates_in > 0 && mates_in <= thinking.limits.mate) Enough();
+}
+
+void NoteIteration(int depth, int score) {
+  if (is_stop_search != 0) return;
+  SayLine({depth, score, 0, 0, pv_line}, EffortSoFar());
+  const bool by_clock = thinking.limits.time[g.side] >= 0;
+  if (Elapsed() >= thinking.allowance.last_start || (by_clock && thinking.one_reply)) Enough();
+}
+
+std::uint32_t SteadyMilliseconds() { return static_cast<std::uint32_t>(Elapsed()); }
+
+unsigned SearchSeed() { return settings.seed != 0 ? settings.seed : RealSeed(); }
+
+// The engine's own clock stands still: all limits are kept by ShouldStop. Only the randomised
+// search divides its time by that clock.
+SearchSetting SettingOf(const std::vector<Move>& only) {
+  const int depth = thinking.limits.depth;
+  SearchSetting setting;
+  setting.world = {[] { return 0u; }, SearchSeed, ShouldStop, thinking.first_count};
+  setting.hooks = {depth > 0 ? std::clamp(depth, kLeastDepth, kMaxIteration) : kMaxIteration,
+                   NoteIteration, only.size() > 1 ? only.data() : nullptr};
+  setting.on_line = NoteLine;
+  if (is_rnd_search == 0) return setting;
+  const double planned = static_cast<double>(thinking.allowance.last_start) / kRandomSearchTakes;
+  setting.world.milliseconds = SteadyMilliseconds;
+  setting.allowance = static_cast<int>(std::min(planned / 10, static_cast<double>(kNoTimeLimit)));
+  return setting;
+}
+
+// Runs the search within the limits. False when it found no move.
+bool RunSearch(Move& move) {
+  std::vector<Move> only = thinking.limits.only;
+  only.push_back(0);
+  const bool found = SearchWith(SettingOf(only), move);
+  PassOnWords(SayInfo);
+  return found;
+}
+
+// The book and a single reply leave no depth.
+bool WasSearched() { return search_depth > 0; }
+
+// The result with all the effort that was made. The randomised search has not shown its lines.
+void SayResult(Move move) {
+  const LearnNode* node = is_rnd_search != 0 ? FindCurrentNode() : nullptr;
+  const Move random_line[] = {move, 0};
+  const SearchStatus result = node != nullptr
+                                  ? SearchStatus{node->depth, node->score, 0, 0, random_line}
+                                  : SearchStatus{search_depth, search_score, 0, 0, pv_line};
+  SayLine(result, EffortSoFar());
+}
+
+void SayBestMove(Move move) { Say(std::string("bestmove ") + MoveToStr(move)); }
+
+void TellFound(Move move) {
+  if (!WasSearched()) {
+    SayInfo("not searched: the book's move, or the only one");
+    return;
+  }
+  SayResult(move);
+  if (thinking.limits.only.empty()) PutDownResult();
+}
+
+void FindBestMove(Move first) {
+  Move move = first;
+  if (RunSearch(move)) {
+    TellFound(move);
+  } else {
+    move = first;
+    SayInfo("no move was searched in time: the first legal one");
+  }
+  if (thinking.limits.infinite) WaitForStop();
+  SayBestMove(move);
+}
+
+void SayGameIsOver() {
+  Say(Check() ? "info depth 0 score mate 0" : "info depth 0 score cp 0");
+  if (thinking.limits.infinite) WaitForStop();
+  Say("bestmove 0000");
+}
+
+// The clock is read every so many nodes: lets it be read at the last node that is allowed.
+std::uint64_t FirstCount(std::uint64_t nodes) {
+  if (nodes == 0) return world.first_count;
+  return (kNodesPerPoll - nodes % kNodesPerPoll) % kNodesPerPoll;
+}
+
+}  // namespace
+
+void Think(const Limits& limits) {
+  thinking = {limits, AllowanceFor(limits, g.side, settings.move_overhead), Clock::now(),
+              FirstCount(limits.nodes)};
+  interruption = {};
+  LegalMoveList();
+  if (ListLength() == 0) {
+    SayGameIsOver();
+    return;
+  }
+  thinking.one_reply = ListLength() == 1;
+  FindBestMove(limits.only.empty() ? tree[0] : limits.only.front());
+}
+
+}  // namespace tarvyle::uci
