@@ -4,7 +4,13 @@
 #include <string_view>
 #include <system_error>
 
+// Whole decimal numbers in texts.
+
 namespace tarvyle {
+
+// The whole number that a text begins with, blanks and a sign before it, as far as there is one:
+// "38", " +38 entries". `otherwise` when there is none, or none that fits 32 bits.
+int LeadingInteger(const char* text, int otherwise);
 
 // Reads a text that is a whole number from its first character to its last. False, changing
 // nothing, for any other, and for a number out of range of the type.

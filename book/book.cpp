@@ -27,7 +27,7 @@ LearnNode* BookNodeAfter(Move move) {
   MakeMove(move);
   LearnNode* node = FindCurrentNode();
   UnMakeMove(move);
-  return node != nullptr && node->book != 0 ? node : nullptr;
+  return node != nullptr && IsBookNode(*node) ? node : nullptr;
 }
 
 struct Candidates {

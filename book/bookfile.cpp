@@ -3,7 +3,10 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string>
+#include <string_view>
 
+#include "base/file.h"
 #include "book/book.h"
 #include "book/bookline.h"
 #include "book/epd.h"
@@ -45,19 +48,18 @@ void ReadLine(char* line, int number) {
 }  // namespace
 
 bool ReadLibFile(const char* path) {
-  std::FILE* file = std::fopen(path, "r");
-  if (file == nullptr) return false;
+  std::string content;
+  if (ReadFile(path, content) != FileState::kRead) return false;
   const auto game = std::make_unique<GameRecord>(g);
   InitNewGame();
   const auto start = std::make_unique<GameRecord>(g);
-  const auto line = std::make_unique<char[]>(kBookLineSize);
   int number = 0;
-  while (std::fgets(line.get(), kBookLineSize, file) != nullptr) {
-    if (!IsOpeningLine(line.get())) continue;
+  for (std::string_view rest = content; !rest.empty();) {
+    std::string line = NextBookLine(rest);
+    if (!IsOpeningLine(line.c_str())) continue;
     SetRecord(*start);
-    ReadLine(line.get(), ++number);
+    ReadLine(line.data(), ++number);
   }
-  std::fclose(file);
   SetRecord(*game);
   return true;
 }

@@ -129,7 +129,7 @@ bool LearnLook(int depth, int alpha, int beta, int& score) {
     score = node->score;
     return true;
   }
-  if (node->book != 1 || node->depth != 0) return false;
+  if (!IsBookNode(*node) || node->depth != 0) return false;
   if (alpha > kBookBand) {
     score = alpha;
     return true;

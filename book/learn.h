@@ -39,6 +39,9 @@ static_assert(offsetof(LearnNode, check) - offsetof(LearnNode, key_lo) == 23);
 // LinkLearnNode, which also notes their keys: others are not found.
 extern LearnNode* learn[kLearnBuckets];
 
+// Whether a node is a position of the opening book: its flag is set.
+inline bool IsBookNode(const LearnNode& node) { return node.book != 0; }
+
 inline LearnNode*& LearnBucket(std::uint32_t key_lo) { return learn[key_lo & 0xFFFF]; }
 
 // Forgets every node; nothing is freed.

@@ -1,15 +1,14 @@
 #include "book/learnfile.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <string>
 
+#include "base/file.h"
 #include "book/learn.h"
 #include "book/learnmemory.h"
 
@@ -18,34 +17,6 @@ namespace tarvyle {
 namespace {
 
 constexpr std::size_t kBeforeRecord = offsetof(LearnNode, key_lo);  // node bytes not in the file
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-struct FreeMemory {
-  void operator()(char* memory) const { std::free(memory); }
-};
-using Memory = std::unique_ptr<char, FreeMemory>;
-
-// The bytes of a learn file.
-struct FileBytes {
-  Memory bytes;
-  std::size_t size = 0;
-};
-
-bool ReadFile(const char* path, FileBytes& content) {
-  // Asked before it is opened: opening a pipe would wait for its other end.
-  struct stat status {};
-  if (stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return false;
-  const File file(std::fopen(path, "rb"));
-  if (!file) return false;
-  content.size = static_cast<std::size_t>(status.st_size);
-  content.bytes.reset(static_cast<char*>(std::malloc(content.size + 1)));
-  return content.bytes &&
-         std::fread(content.bytes.get(), 1, content.size, file.get()) == content.size;
-}
 
 // Length of the record at `record`, or 0 when it is damaged: cut short, shorter than a text needs,
 // a text without its end, or a wrong check byte.
@@ -69,10 +40,10 @@ constexpr std::size_t NodeStride(std::size_t length) {
 }
 
 // Bytes of a block that holds a node for every record; false when one is damaged.
-bool MeasureNodes(const FileBytes& content, std::size_t& block_size) {
+bool MeasureNodes(const std::string& content, std::size_t& block_size) {
   block_size = 0;
-  for (std::size_t at = 0; at < content.size;) {
-    const std::size_t length = SoundRecordLength(content.bytes.get() + at, content.size - at);
+  for (std::size_t at = 0; at < content.size();) {
+    const std::size_t length = SoundRecordLength(content.data() + at, content.size() - at);
     if (length == 0) return false;
     block_size += NodeStride(length);
     at += length;
@@ -81,12 +52,12 @@ bool MeasureNodes(const FileBytes& content, std::size_t& block_size) {
 }
 
 // Copies every record, known to be sound, into its node of the block and links it.
-void LinkNodes(const FileBytes& content, char* block) {
-  for (std::size_t at = 0; at < content.size;) {
+void LinkNodes(const std::string& content, char* block) {
+  for (std::size_t at = 0; at < content.size();) {
     auto* node = reinterpret_cast<LearnNode*>(block);
-    std::memcpy(block + kBeforeRecord, content.bytes.get() + at, kLearnHeader);
+    std::memcpy(block + kBeforeRecord, content.data() + at, kLearnHeader);
     const auto length = static_cast<std::size_t>(node->length);
-    std::memcpy(block + kBeforeRecord, content.bytes.get() + at, length);
+    std::memcpy(block + kBeforeRecord, content.data() + at, length);
     LinkLearnNode(node);
     block += NodeStride(length);
     at += length;
@@ -110,23 +81,30 @@ bool WriteTable(std::FILE* file) {
   return true;
 }
 
+LearnFileState AddRecords(const char* path) {
+  std::string content;
+  switch (ReadFile(path, content)) {
+    case FileState::kMissing: return LearnFileState::kMissing;
+    case FileState::kUnreadable: return LearnFileState::kUnreadable;
+    case FileState::kRead: break;
+  }
+  std::size_t block_size = 0;
+  if (!MeasureNodes(content, block_size)) return LearnFileState::kDamaged;
+  char* block = static_cast<char*>(LearnAllocate(block_size));
+  if (block == nullptr) return LearnFileState::kUnreadable;
+  LinkNodes(content, block);
+  return LearnFileState::kLoaded;
+}
+
 }  // namespace
 
-bool LoadLearnTable(const char* path) {
-  FileBytes content;
-  std::size_t block_size = 0;
-  if (!ReadFile(path, content) || !MeasureNodes(content, block_size)) {
-    LearnClear();
-    return false;
-  }
-  char* block = static_cast<char*>(LearnAllocate(block_size));
-  if (block == nullptr) {
-    LearnClear();
-    return false;
-  }
-  LinkNodes(content, block);
-  return true;
+LearnFileState ReadLearnFile(const char* path) {
+  const LearnFileState state = AddRecords(path);
+  if (state != LearnFileState::kLoaded) LearnClear();
+  return state;
 }
+
+bool LoadLearnTable(const char* path) { return ReadLearnFile(path) == LearnFileState::kLoaded; }
 
 bool SaveLearnTable(const char* path) {
   std::FILE* file = std::fopen(path, "wb");

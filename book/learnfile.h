@@ -2,8 +2,17 @@
 
 namespace tarvyle {
 
-// Adds the records of a learn file to the table. Returns false, with the table empty, when the file
-// cannot be opened, is no regular file, or is damaged anywhere: the whole file is refused then.
+enum class LearnFileState {
+  kLoaded,
+  kMissing,     // nothing is there, or no regular file
+  kDamaged,     // some record is not sound: the whole file is refused
+  kUnreadable,  // its content could not be had, for want of memory say: `errno` tells why
+};
+
+// Adds the records of a learn file to the table, which is empty unless that succeeds.
+LearnFileState ReadLearnFile(const char* path);
+
+// The same; whether the file was loaded.
 bool LoadLearnTable(const char* path);
 
 // Writes the whole table to a file, bucket by bucket, newest node first, and has it on disk when

@@ -2,9 +2,9 @@
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
+#include "base/number.h"
 #include "base/token.h"
 #include "eval/evaluate.h"
 #include "eval/scoretable.h"
@@ -126,7 +126,7 @@ bool RowStyle(Command& command) {
 }
 
 bool RowDeb(Command& command) {
-  const int number = std::atoi(command.NextArgument().c_str());
+  const int number = LeadingInteger(command.NextArgument().c_str(), 0);
   if (!InitGame(TestPosition(number))) std::fputs("#error\n", stderr);
   return true;
 }

@@ -11,6 +11,7 @@
 #include <string>
 #include <system_error>
 
+#include "base/file.h"
 #include "base/path.h"
 #include "base/property.h"
 #include "book/learnfile.h"
@@ -22,34 +23,46 @@ namespace {
 
 constexpr int kTemporaryNumbers = 1000;
 
-// Creates an empty file of a name that no other program has: the process id takes part in its
-// number, and a number in use leads to the next one. In a folder that takes no file the name alone
-// is returned.
+// Creates an empty file of a name that nobody uses: the process id takes part in its number, and a
+// number in use leads to the next one. "" when all are taken, or the folder takes no file.
 std::string ReserveTemporary() {
   int number = (std::rand() % kTemporaryNumbers + getpid()) % kTemporaryNumbers;
-  std::string path;
   for (int tries = 0; tries < kTemporaryNumbers; ++tries) {
     char name[40];
     std::snprintf(name, sizeof name, "tarvyle_tmp_lrn%d.lrn", number);
-    path = ConCat(name);
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file >= 0) close(file);
-    if (file >= 0 || errno != EEXIST) return path;
+    std::string path = ConCat(name);
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
+    if (file >= 0) {
+      close(file);
+      return path;
+    }
+    if (errno != EEXIST) return {};
     number = (number + 1) % kTemporaryNumbers;
   }
-  return path;
+  return {};
 }
 
-// Whether nothing or a file stands there, be it behind a link. A folder, a device or a link to
-// nowhere is not ours to replace.
-bool IsReplaceable(const std::string& path) {
+// Whether nothing or a file stands there, be it behind a link; or a folder, over which no file can
+// be renamed. A device, a pipe or a link to anything else would be lost.
+bool MayBeRenamedOver(const std::string& path) {
   std::error_code ignored;
-  return !std::filesystem::exists(std::filesystem::symlink_status(path, ignored)) ||
+  const std::filesystem::file_status itself = std::filesystem::symlink_status(path, ignored);
+  return !std::filesystem::exists(itself) || std::filesystem::is_directory(itself) ||
          std::filesystem::is_regular_file(path, ignored);
 }
 
+// The table in a temporary file, whose name is returned; "" when it cannot be written, or must not
+// take the learn file's place.
+std::string WriteTemporary(const std::string& learn_file) {
+  if (!MayBeRenamedOver(learn_file)) return {};
+  std::string temporary = ReserveTemporary();
+  if (temporary.empty() || SaveLearnTable(temporary.c_str())) return temporary;
+  std::remove(temporary.c_str());
+  return {};
+}
+
 void ReplaceLearnFile(const std::string& temporary, const std::string& learn_file, long size) {
-  if (!IsReplaceable(learn_file) || std::rename(temporary.c_str(), learn_file.c_str()) != 0) {
+  if (std::rename(temporary.c_str(), learn_file.c_str()) != 0) {
     std::fputs("----> error write learn file(2), ?rename() \n", stderr);
     std::remove(temporary.c_str());
     return;
@@ -60,14 +73,14 @@ void ReplaceLearnFile(const std::string& temporary, const std::string& learn_fil
 }  // namespace
 
 void WriteLearnFile() {
-  if (prev_inst != 0 || std::strcmp(property_get("learn file write"), "disable") == 0) return;
-  const std::string temporary = ReserveTemporary();
-  if (!SaveLearnTable(temporary.c_str())) {
-    std::remove(temporary.c_str());
+  if (prev_inst != 0 || learn_file_stays != 0) return;
+  if (std::strcmp(property_get("learn file write"), "disable") == 0) return;
+  const std::string learn_file = ConCat("tarvyle.lrn");
+  const std::string temporary = WriteTemporary(learn_file);
+  if (temporary.empty()) {
     std::fputs("error write learn file\n", stderr);
     return;
   }
-  const std::string learn_file = ConCat("tarvyle.lrn");
   const long new_size = file_size(temporary.c_str());
   const long old_size = file_size(learn_file.c_str());
   if (new_size < old_size) {

@@ -1,5 +1,9 @@
 #include "frontend/loop.h"
 
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -17,6 +21,32 @@ namespace {
 // Announces the position to a board-display program if it has changed.
 void Announce() {
   if (is_glintview != 0) print_board();
+}
+
+// The next character of the input; waits where an input that does not block has none yet. EOF at
+// its end, which any other read error is as well.
+int NextCharacter() {
+  int character = std::getc(stdin);
+  while (character == EOF && std::ferror(stdin) != 0 && errno == EAGAIN) {
+    pollfd waiting{STDIN_FILENO, POLLIN, 0};
+    poll(&waiting, 1, -1);
+    std::clearerr(stdin);
+    character = std::getc(stdin);
+  }
+  return character;
+}
+
+// Reads a line with its end, or as much of it as the buffer holds. False at the end of the input.
+bool ReadLine(char* line, int size) {
+  int length = 0;
+  while (length < size - 1) {
+    const int character = NextCharacter();
+    if (character == EOF) break;
+    line[length++] = static_cast<char>(character);
+    if (character == '\n') break;
+  }
+  line[length] = '\0';
+  return length > 0;
 }
 
 }  // namespace
@@ -39,7 +69,7 @@ bool ObeyLine(const char* line) {
 void PlayWinBoard() {
   StartUp();
   char line[kInputLineSize];
-  while (std::fgets(line, sizeof line, stdin) != nullptr && ObeyLine(line)) {
+  while (ReadLine(line, sizeof line) && ObeyLine(line)) {
   }
   WriteLearnFile();
 }

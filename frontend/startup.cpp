@@ -3,12 +3,11 @@
 #include <sys/wait.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <system_error>
 
 #include "base/path.h"
 #include "base/property.h"
@@ -47,17 +46,22 @@ void LoadConfiguration() {
   std::exit(1);
 }
 
-// A folder or a device in the learn file's place is not ours to delete.
-void DeleteLearnFile(const char* path) {
-  std::error_code ignored;
-  if (std::filesystem::is_regular_file(path, ignored)) std::remove(path);
+// A sound file that cannot be read now holds what was learned: it is neither deleted nor replaced.
+void LeaveLearnFile(const char* path, int reason) {
+  learn_file_stays = 1;
+  std::fprintf(stderr, "# warning: learn file %s cannot be read (%s), it stays as it is \n", path,
+               std::strerror(reason));
 }
 
 // The book is read only without a usable learn file: one that was written holds the book.
 void LoadKnowledge() {
   const char* learn_file = ConCat("tarvyle.lrn");
-  if (LoadLearnTable(learn_file)) return;
-  DeleteLearnFile(learn_file);
+  switch (ReadLearnFile(learn_file)) {
+    case LearnFileState::kLoaded: return;
+    case LearnFileState::kMissing: break;
+    case LearnFileState::kDamaged: std::remove(learn_file); break;
+    case LearnFileState::kUnreadable: LeaveLearnFile(learn_file, errno); break;
+  }
   std::fputs("#  learn file notfound, load book-file \n", stderr);
   if (ReadLibFile(ConCat("tarvyle.bk"))) return;
   std::fputs("book file notfound  \n", stderr);
@@ -123,6 +127,7 @@ void ResetProcess() {
   is_rnd_search = 0;
   PLAY_STYLE = kKnowledge3;
   prev_inst = 0;
+  learn_file_stays = 0;
   is_xboard = 0;
   is_glintview = 0;
   stop = 0;

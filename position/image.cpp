@@ -53,8 +53,12 @@ bool ReplayToEnd() {
   return true;
 }
 
+// At the start of a game: the counters are of its castling moves alone.
+bool NobodyHasCastled() { return g.castled[White] == 0 && g.castled[Black] == 0; }
+
 bool GameCanBeReplayed() {
-  return LengthsAreSound() && StateIsSound() && TakeBackToStart() && ReplayToEnd();
+  return LengthsAreSound() && StateIsSound() && TakeBackToStart() && NobodyHasCastled() &&
+         ReplayToEnd();
 }
 
 }  // namespace

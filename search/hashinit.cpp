@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/number.h"
 #include "base/property.h"
 #include "position/hashkey.h"
 #include "position/types.h"
@@ -18,16 +19,18 @@ namespace tarvyle {
 namespace {
 
 constexpr int kMinEntries = 0x10000;
+constexpr int kMinHashSize = 32;  // a smaller number is refused, whatever the shift makes of it
 constexpr std::size_t kLargePage = std::size_t{2} << 20;  // its size and alignment
 
 // Bytes that the line about the memory counts for an entry of both tables: that line stays as it
 // is, whatever an entry really takes.
 constexpr std::uint32_t kToldBytes = 104;
 
-// The configured number is twice the base-two logarithm of the entry count; odd ones round down.
+// The configured number is twice the base-two logarithm of the entry count; odd ones round down. 0
+// for a number below the least, or none at all. Large numbers wrap, and may be too few then.
 int EntriesFromText(const char* text) {
-  const int number = std::atoi(text);
-  return static_cast<int>(1u << (number / 2 & 31));
+  const int number = LeadingInteger(text, 0);
+  return number < kMinHashSize ? 0 : static_cast<int>(1u << (number / 2 & 31));
 }
 
 // Tables beyond the machine's memory would be granted now and end the process when they are used.

@@ -53,12 +53,11 @@ void SetAside(Move move, int score) {
   ++treeCnt[0];
 }
 
+// The lines that are published stay in `pv_table`: the next ordinary search takes them into its
+// tree after its first iteration.
 int SearchRoot(int alpha, int depth) {
   s_depth = depth;
-  const int score =
-      main_search(alpha, kInfinity, depth, Check() ? 1 : 0, pv_line, 0, 0, 0, search_mv);
-  DropLines();
-  return score;
+  return main_search(alpha, kInfinity, depth, Check() ? 1 : 0, pv_line, 0, 0, 0, search_mv);
 }
 
 // The last root result that was published counts, be it of an interrupted iteration.

@@ -10,8 +10,9 @@ namespace tarvyle {
 // returns false when there is none. `limit_time` is the same afterwards.
 bool Rnd_Root_Search(Move& move);
 
-// Plays random moves to the end from the current position. -1 when the side to move is checkmated,
-// as seen from there; 0 for everything else, a stopped search included.
+// Plays random moves to the end from the current position. The result is the side to move's: -1
+// when it is the one that is checkmated in the end, 1 when the other is, 0 for everything else, a
+// stopped search included.
 int RndSearch();
 
 }  // namespace tarvyle

@@ -31,9 +31,11 @@ enum CutReason : int {
 // By ply, 0 = root; written by the node searches. They live on across iterations and moves; the
 // root searches clear the killers.
 extern Move gl_find_move[kPlyArray];  // best move of the latest search of a node there
-extern Move killer[kPlyArray];        // last move that raised alpha, but no recapture
-extern Move pv_killer[kPlyArray];     // last move that raised alpha without a cut-off
-extern int cut_forse[kPlyArray];      // why the node ended (CutReason); nothing reads it
+// Last move that raised alpha, unless it landed on the target of the move before. Where no move was
+// played before, or a null move, that target is a8.
+extern Move killer[kPlyArray];
+extern Move pv_killer[kPlyArray];  // last move that raised alpha without a cut-off
+extern int cut_forse[kPlyArray];   // why the node ended (CutReason); nothing reads it
 
 extern int doNull;       // 1 while a null-move child is searched
 extern int doReduction;  // reduction of the current child; nothing reads it
@@ -58,6 +60,9 @@ extern Move search_list[kRecordMoves + 1];
 extern Key64 search_start_pos_key;
 
 extern Move pv_line[kLineSize];  // the root's principal variation, index 0 = the root move
-extern Queue pv_table;           // lines found during one iteration, oldest first
+
+// Lines published since an ordinary search has last merged them into its tree, oldest first: those
+// of one iteration, and before its first one those of the randomised searches since.
+extern Queue pv_table;
 
 }  // namespace tarvyle

@@ -42,7 +42,7 @@ fs::path UserFolder() {
 bool HoldsBook() {
   bool found = false;
   VisitLearnTable([&found](const LearnNode& node) {
-    found = node.book != 0;
+    found = IsBookNode(node);
     return !found;
   });
   return found;

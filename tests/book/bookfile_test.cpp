@@ -169,9 +169,21 @@ TEST_F(BookFile, RefusesTheFourHundredAndFirstMove) {
 }
 
 TEST_F(BookFile, TakesALineLongerThanItsBufferAsTwo) {
-  const std::string gap(70000, ' ');
-  EXPECT_EQ(Read("e2e4" + gap + "e7e5 e2e4\n"), "#error: line 2, lexem e7e5\n");
+  const std::string gap(65533 - 7, ' ');
+  EXPECT_EQ(Read("e2e4" + gap + "e7e5\n"), "#error: line 1, lexem e7e\n#error: line 2, lexem 5\n")
+      << "of a line 65533 characters are read at once";
   EXPECT_EQ(TableTexts(), Lines{TextAfter("e2e4")});
+}
+
+TEST_F(BookFile, TakesALineThatFillsItsBufferAsOne) {
+  const std::string gap(65533 - 8, ' ');
+  EXPECT_EQ(Read("e2e4" + gap + "e7e5g8f6\n"), "#error: line 2, lexem g8f6\n");
+  EXPECT_EQ(TableTexts().size(), 2u);
+}
+
+TEST_F(BookFile, CountsAnEndBehindAFullLineAsNoLine) {
+  EXPECT_EQ(Read("e2e4" + std::string(65533 - 4, ' ') + "\ne2e5\n"),
+            "#error: line 2, lexem e2e5\n");
 }
 
 TEST_F(BookFile, EndsALineAtItsFirstZeroByte) {
@@ -198,6 +210,12 @@ TEST_F(BookFile, ThatIsMissingIsRefusedWithoutAWord) {
   EXPECT_FALSE(read);
   EXPECT_EQ(printed.out + printed.err, "");
   EXPECT_EQ(std::memcmp(&before, &g, sizeof g), 0);
+}
+
+TEST_F(BookFile, IsMissingWhereThereIsNoRegularFile) {
+  EXPECT_FALSE(ReadLibFile(folder_.Name().c_str()));
+  EXPECT_FALSE(ReadLibFile("/dev/null"));
+  EXPECT_TRUE(TableTexts().empty());
 }
 
 TEST_F(BookFile, OfTheReferenceSearchesIsReadWithoutAnError) {

@@ -73,6 +73,14 @@ class LearnFile : public testing::Test {
     return support::ReadFile(folder_.Path("saved.lrn"));
   }
 
+  // What becomes of a file that is added to a table with a position.
+  static LearnFileState StateOf(const std::string& path) {
+    InsertNodeLearn();
+    const LearnFileState state = ReadLearnFile(path.c_str());
+    EXPECT_EQ(TableRecords().empty(), state != LearnFileState::kLoaded);
+    return state;
+  }
+
   // The table must be empty after a refusal, and what the records say otherwise.
   void ExpectLoadedAsTheBytesSay(std::string_view bytes) {
     const auto records = SplitRecords(bytes);
@@ -132,6 +140,15 @@ TEST_F(LearnFile, ThatIsNoRegularFileIsRefusedAtOnce) {
     EXPECT_TRUE(TableRecords().empty()) << name;
   }
   EXPECT_FALSE(LoadPath("/dev/zero"));
+}
+
+TEST_F(LearnFile, TellsWhyItIsNotLoaded) {
+  EXPECT_EQ(StateOf(folder_.Write("sound", Joined(SomeRecords()))), LearnFileState::kLoaded);
+  EXPECT_EQ(StateOf(folder_.Path("nothing")), LearnFileState::kMissing);
+  EXPECT_EQ(StateOf(folder_.Name()), LearnFileState::kMissing);
+  EXPECT_EQ(StateOf(folder_.Write("damaged", "damaged")), LearnFileState::kDamaged);
+  std::filesystem::create_symlink("itself", folder_.Path("itself"));
+  EXPECT_EQ(StateOf(folder_.Path("itself")), LearnFileState::kUnreadable);
 }
 
 TEST_F(LearnFile, IsReadThroughALink) {

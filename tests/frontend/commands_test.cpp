@@ -205,7 +205,8 @@ TEST_F(CommandsTest, DebSetsUpATestPosition) {
 }
 
 TEST_F(CommandsTest, DebRefusesOtherNumbers) {
-  for (const char* line : {"deb", "deb 0", "deb 12", "deb -1", "deb x", "deb 99999999999"}) {
+  for (const char* line : {"deb", "deb 0", "deb 12", "deb -1", "deb x", "deb 4294967297",
+                           "deb 18446744073709551617", "deb 99999999999"}) {
     EXPECT_EQ(Obey(line).err, "#error\n") << line;
   }
   EXPECT_EQ(Obey("getboard").out, Position(kStartText));

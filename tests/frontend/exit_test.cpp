@@ -1,6 +1,7 @@
 #include "frontend/exit.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <initializer_list>
@@ -156,13 +157,39 @@ TEST_F(ExitTest, LeavesTemporaryFilesOfOthersAlone) {
   EXPECT_EQ(Names().count("tarvyle.lrn"), 1u);
 }
 
-TEST_F(ExitTest, WritesEvenWhenEveryTemporaryNameIsTaken) {
-  for (int number = 0; number < 1000; ++number) {
-    WriteFile(Path("tarvyle_tmp_lrn" + std::to_string(number) + ".lrn"), "left behind");
-  }
+TEST_F(ExitTest, WritesNothingWhenEveryTemporaryNameIsTaken) {
+  const auto name = [&](int number) {
+    return Path("tarvyle_tmp_lrn" + std::to_string(number) + ".lrn");
+  };
+  for (int number = 0; number < 1000; ++number) WriteFile(name(number), "left behind");
+  WriteFile(learn_file_, "");
   Learn(1);
-  EXPECT_NE(Listen(WriteLearnFile).out, "");
-  EXPECT_EQ(Names().count("tarvyle_tmp_lrnN.lrn"), 999u);
+  const Said said = Listen(WriteLearnFile);
+  EXPECT_EQ(said.out, "");
+  EXPECT_EQ(said.err, "error write learn file\n");
+  for (int number = 0; number < 1000; ++number) EXPECT_EQ(ReadFile(name(number)), "left behind");
+  EXPECT_EQ(ReadFile(learn_file_), "");
+}
+
+TEST_F(ExitTest, LeavesALearnFileAloneThatCouldNotBeRead) {
+  WriteFile(learn_file_, "");
+  Learn(1);
+  learn_file_stays = 1;
+  const Said said = Listen(WriteLearnFile);
+  EXPECT_EQ(said.out + said.err, "");
+  EXPECT_EQ(Names(), std::multiset<std::string>{"tarvyle.lrn"});
+}
+
+TEST_F(ExitTest, WritesNothingOverALinkToNowhereOrAPipe) {
+  Learn(1);
+  std::filesystem::create_symlink("nowhere", learn_file_);
+  EXPECT_EQ(Listen(WriteLearnFile).err, "error write learn file\n");
+  EXPECT_TRUE(std::filesystem::is_symlink(learn_file_));
+  std::filesystem::remove(learn_file_);
+  ASSERT_EQ(mkfifo(learn_file_.c_str(), 0600), 0);
+  EXPECT_EQ(Listen(WriteLearnFile).err, "error write learn file\n");
+  EXPECT_TRUE(std::filesystem::is_fifo(learn_file_));
+  EXPECT_EQ(Names(), std::multiset<std::string>{"tarvyle.lrn"});
 }
 
 TEST_F(ExitTest, DrawsTheTemporaryNumber) {

@@ -257,6 +257,18 @@ TEST_F(StartUpTest, DeletesADamagedLearnFileAndReadsTheBook) {
   EXPECT_NE(FindCurrentNode(), nullptr) << "the book was read";
 }
 
+TEST_F(StartUpTest, LeavesALearnFileAloneThatCannotBeRead) {
+  std::filesystem::create_symlink("tarvyle.lrn", Path("tarvyle.lrn"));  // leads to itself
+  EXPECT_EQ(Start().err,
+            "# warning: learn file " + Path("tarvyle.lrn") +
+                " cannot be read (Too many levels of symbolic links), it stays as it is \n" +
+                kBookInstead);
+  EXPECT_TRUE(std::filesystem::is_symlink(Path("tarvyle.lrn")));
+  EXPECT_EQ(learn_file_stays, 1) << "nothing is written at the exit";
+  ASSERT_TRUE(Play("e2e4"));
+  EXPECT_NE(FindCurrentNode(), nullptr) << "the book was read";
+}
+
 TEST_F(StartUpTest, LeavesAFolderInTheLearnFilesPlaceAlone) {
   std::filesystem::create_directory(Path("tarvyle.lrn"));
   EXPECT_EQ(Start().err, kBookInstead);
@@ -280,6 +292,13 @@ TEST_F(StartUpDeathTest, EndsWithoutLearnFileAndBook) {
   std::filesystem::remove(Path("tarvyle.bk"));
   EXPECT_EXIT(StartUp(), testing::ExitedWithCode(1),
               "^#  learn file notfound, load book-file \nbook file notfound  \n$");
+}
+
+TEST_F(StartUpDeathTest, EndsWithAFolderInTheBooksPlace) {
+  WriteFile(Path("tarvyle.cfg"), "hash size=\"32\"\n");
+  std::filesystem::remove(Path("tarvyle.bk"));
+  std::filesystem::create_directory(Path("tarvyle.bk"));
+  EXPECT_EXIT(StartUp(), testing::ExitedWithCode(1), "book file notfound  \n$");
 }
 
 TEST_F(StartUpDeathTest, EndsWithTooSmallTables) {

@@ -25,6 +25,9 @@ using support::At;
 
 class ImageTest : public support::PositionTest {};
 
+constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+
 constexpr int kPlayed = 11;
 constexpr int kRecorded = 14;
 
@@ -202,6 +205,11 @@ constexpr ImageRow kHarmful[] = {
     {"kept move of a wrong piece", [](GameRecord& r) { r.game_moves[kPlayed] |= 0x3000; }},
     {"kept move from an empty square", [](GameRecord& r) { r.game_moves[kPlayed] ^= 0x40; }},
     {"last kept move", [](GameRecord& r) { r.game_moves[kRecorded - 1] &= ~kCapture; }},
+    {"castling that is not counted", [](GameRecord& r) { r.castled[White] = 0; }},
+    {"castling that was not made", [](GameRecord& r) { r.castled[Black] = 2; }},
+    {"negative castling counter", [](GameRecord& r) { r.castled[Black] = -1; }},
+    {"greatest castling counter", [](GameRecord& r) { r.castled[White] = kMost; }},
+    {"least castling counter", [](GameRecord& r) { r.castled[Black] = kLeast; }},
 };
 
 TEST_F(ImageTest, GameThatCouldDoHarmIsRefused) {
@@ -215,9 +223,6 @@ TEST_F(ImageTest, GameThatCouldDoHarmIsRefused) {
 
 // --- what is taken as it stands --------------------------------------------------------------
 
-constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
-
 constexpr ImageRow kHarmless[] = {
     {"no rights", [](GameRecord& r) { r.castle = 0; }},
     {"all rights", [](GameRecord& r) { r.castle = 15; }},
@@ -228,14 +233,16 @@ constexpr ImageRow kHarmless[] = {
     {"greatest half-move counter", [](GameRecord& r) { r.fifty = kMost; }},
     {"least half-move counter", [](GameRecord& r) { r.fifty = kLeast; }},
     {"half-move counter before a move", [](GameRecord& r) { r.undo[8].fifty_before = kMost; }},
-    {"greatest castling counter", [](GameRecord& r) { r.castled[White] = kMost; }},
-    {"least castling counter", [](GameRecord& r) { r.castled[Black] = kLeast; }},
     {"words behind the game", [](GameRecord& r) { r.game_moves[kRecorded] = 0xFFFFFFFF; }},
     {"undo words behind the game",
      [](GameRecord& r) {
        r.undo[kRecorded] = {99, 99, 99, 99, 99};
      }},
-    {"castling without its rook", [](GameRecord& r) { r.game_moves[3] &= ~kCastling; }},
+    {"castling without its rook",
+     [](GameRecord& r) {
+       r.game_moves[3] &= ~kCastling;
+       r.castled[Black] = 0;
+     }},
     {"queen instead of a promotion", [](GameRecord& r) { r.game_moves[5] &= ~kPromotion; }},
     {"kept move that passes", [](GameRecord& r) { r.game_moves[kPlayed] = 0; }},
     {"no move kept", [](GameRecord& r) { r.game_max = r.game_len; }},

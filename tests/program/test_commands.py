@@ -1,6 +1,8 @@
 """The command loop from outside: each command, the order in which they are tried, and strange input."""
 
+import os
 import signal
+import time
 
 import pytest
 from engine_folder import BOOK_INSTEAD, GREETING
@@ -322,3 +324,19 @@ def test_every_line_is_out_at_once(folder):
         assert process.stderr.readline() == b"# unknow: foo\n"
         process.stdin.close()
     assert process.returncode == 0
+
+
+def test_an_input_that_does_not_block_is_waited_for(folder):
+    """Whoever shares a pipe or a terminal may have set that. Lines come in pieces."""
+    read_end, write_end = os.pipe()
+    os.set_blocking(read_end, False)
+    with folder.started(stdin=read_end) as engine:
+        os.close(read_end)
+        for piece in (b"pro", b"tover 2\nst", b"yle\nprotover"):
+            time.sleep(0.1)
+            assert engine.poll() is None
+            os.write(write_end, piece)
+        os.close(write_end)
+        out, err = engine.communicate(timeout=60)
+    assert (out, err) == (b"feature done=1\n# knowledge3 \nfeature done=1\n", BOOK_INSTEAD.encode())
+    assert engine.returncode == 0

@@ -12,6 +12,8 @@ from positions import MATE_IN_ONE
 
 LEARN = [f"setboard {MATE_IN_ONE}", "go", "quit"]  # adds one record to the learn file
 
+STAYS = "it stays as it is"  # said of a learn file that could not be read
+
 AFTER_D4, AFTER_E4 = "moves d2d4 \n", "moves e2e4 \n"
 
 
@@ -88,7 +90,7 @@ def test_writing_the_learn_file_until_killed(traced):
 
 
 def test_reading_the_learn_file_with_one_call_failing(traced):
-    """It is read, or the book in its place."""
+    """It is read, or the book in its place; what could not be read is neither deleted nor replaced."""
     learn_file = LearnFile(traced)
     moments = traced.moments_of_start(["quit"], since="tarvyle.lrn")
     least_calls(moments, openat=1, read=1, close=1)
@@ -97,10 +99,35 @@ def test_reading_the_learn_file_with_one_call_failing(traced):
         learn_file.path.write_bytes(learn_file.new)
         run = traced.fail(["quit"], moment)
         assert run.status == 0, moment
+        assert (BOOK_INSTEAD in run.stderr) == (STAYS in run.stderr), moment
+        assert ("write learn file" in run.stdout) != (STAYS in run.stderr), moment
         from_book += BOOK_INSTEAD in run.stderr
-        expected = learn_file.old if BOOK_INSTEAD in run.stderr else learn_file.new
-        assert learn_file.path.read_bytes() == expected, moment
+        assert learn_file.path.read_bytes() == learn_file.new, moment
+        assert learn_file.temporaries() == [], moment
     assert 0 < from_book < len(moments)
+
+
+def test_reading_the_book_with_one_call_failing(traced):
+    """It is read as a whole, or missing: nothing is learned from a part of it."""
+    learn_file = traced.folder.file("tarvyle.lrn")
+    book = traced.folder.file("tarvyle.bk")
+    content = book.read_bytes()
+    learn_file.unlink()
+    moments = traced.moments_of_start(["quit"], since="tarvyle.bk")
+    whole = learn_file.read_bytes()
+    least_calls(moments, openat=1, read=1, close=1)
+    missing = 0
+    for moment in moments:
+        learn_file.unlink(missing_ok=True)
+        run = traced.fail(["quit"], moment)
+        missing += run.status == 1
+        assert (run.status, "book file notfound  \n" in run.stderr) in ((0, False), (1, True)), moment
+        assert book.read_bytes() == content, moment
+        if run.status == 0:
+            assert learn_file.read_bytes() == whole, moment
+        else:
+            assert not learn_file.exists(), moment
+    assert 0 < missing < len(moments)
 
 
 def test_reading_the_learn_file_until_killed(traced):

@@ -157,7 +157,7 @@ def test_an_empty_folder_is_left_alone_too(learning):
 def test_a_pipe_in_its_place_is_not_waited_for(learning):
     os.mkfifo(learning.file("tarvyle.lrn"))
     run = learning.run("quit")
-    assert (run.said, run.stderr) == ("", BOOK_INSTEAD + NOT_OPEN + NOT_RENAMED)
+    assert (run.said, run.stderr) == ("", BOOK_INSTEAD + NOT_WRITTEN)
     assert learning.file("tarvyle.lrn").is_fifo()
 
 
@@ -181,7 +181,7 @@ def test_a_link_is_read_through(learned):
 def test_a_link_to_no_file_is_left_alone(learning, target):
     learning.file("tarvyle.lrn").symlink_to(target)
     run = learning.run("quit")
-    assert (run.said, run.stderr) == ("", BOOK_INSTEAD + NOT_OPEN + NOT_RENAMED)
+    assert (run.said, run.stderr) == ("", BOOK_INSTEAD + NOT_WRITTEN)
     assert os.readlink(learning.file("tarvyle.lrn")) == target
     assert learning.names() == ["tarvyle.lrn"]
 

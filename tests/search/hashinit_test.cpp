@@ -91,7 +91,9 @@ TEST_F(HashInitialisation, LargeSizesAreReportedAsASignedWord) {
 }
 
 TEST_F(HashInitialisation, SizesBelow65536EntriesEndTheProcess) {
-  for (const char* text : {"31", "30", "0", "1", "-1", "-2", "62", "63", "abc", ""}) {
+  // -26 would be shifted as 19, and 2^32 + 38 as 38.
+  for (const char* text : {"31", "30", "0", "1", "-1", "-2", "-26", "62", "63", "64", "4294967334",
+                           "99999999999999999999", "abc", ""}) {
     SCOPED_TRACE(text);
     EXPECT_EXIT(InitWith(text), testing::ExitedWithCode(1),
                 std::string("^# error: \"hash size\"=") + text + "   \n$");

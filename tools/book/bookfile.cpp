@@ -1,24 +1,25 @@
 #include "tools/book/bookfile.h"
 
-#include <sys/stat.h>
-
+#include <array>
+#include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
 #include <memory>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
 #include "base/token.h"
 #include "book/bookline.h"
 #include "book/tokenizer.h"
+#include "host/positiontext.h"
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/setup.h"
 #include "position/text.h"
 #include "tools/book/eco.h"
-#include "host/positiontext.h"
+#include "tools/files.h"
 
 namespace tarvyle::tools {
 
@@ -81,19 +82,30 @@ struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
+// A pipe is read as well.
+std::string ReadAll(const std::string& path) {
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "r"));
+  if (!file) FailOn("cannot read", path, errno);
+  std::string content;
+  std::array<char, 65536> chunk;
+  for (std::size_t count = chunk.size(); count == chunk.size();) {
+    count = std::fread(chunk.data(), 1, chunk.size(), file.get());
+    content.append(chunk.data(), count);
+  }
+  if (std::ferror(file.get()) != 0) FailOn("cannot read", path, errno);
+  return content;
+}
+
 }  // namespace
 
 BookFile ReadBookFile(const std::string& path) {
-  struct stat status {};
-  const bool plain = stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
-  const std::unique_ptr<std::FILE, CloseFile> file(plain ? std::fopen(path.c_str(), "r") : nullptr);
-  if (!file) throw std::runtime_error("cannot read " + path);
-  const auto text = std::make_unique<char[]>(kBookLineSize);
+  const std::string content = ReadAll(path);
   BookFile book;
   std::size_t file_line = 1;
-  while (std::fgets(text.get(), kBookLineSize, file.get()) != nullptr) {
-    const bool ended = std::strchr(text.get(), '\n') != nullptr;
-    TakeLine(text.get(), file_line, book);
+  for (std::string_view rest = content; !rest.empty();) {
+    std::string line = NextBookLine(rest);
+    const bool ended = line.back() == '\n';
+    TakeLine(line.data(), file_line, book);
     if (ended) ++file_line;
   }
   InitNewGame();

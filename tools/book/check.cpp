@@ -6,13 +6,13 @@
 #include <utility>
 #include <vector>
 
+#include "host/boundedsearch.h"
+#include "host/scoretext.h"
 #include "position/record.h"
 #include "position/types.h"
 #include "tools/book/bookfile.h"
-#include "host/boundedsearch.h"
 #include "tools/failure.h"
 #include "tools/progress.h"
-#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -9,13 +9,13 @@
 #include <unordered_set>
 #include <utility>
 
+#include "host/positiontext.h"
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/setup.h"
 #include "position/types.h"
 #include "tools/book/pgnextract.h"
 #include "tools/files.h"
-#include "host/positiontext.h"
 
 namespace tarvyle::tools {
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "frontend/display.h"
+#include "host/scoretext.h"
 #include "position/types.h"
 #include "tools/commandline.h"
 #include "tools/commands.h"
@@ -13,7 +14,6 @@
 #include "tools/game/pgn.h"
 #include "tools/game/report.h"
 #include "tools/game/savedgame.h"
-#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

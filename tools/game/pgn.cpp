@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "position/types.h"
 #include "host/scoretext.h"
+#include "position/types.h"
 
 namespace tarvyle::tools {
 

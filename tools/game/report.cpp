@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
+#include "host/scoretext.h"
 #include "position/types.h"
 #include "tools/game/pgn.h"
 #include "tools/game/reportpage.h"
 #include "tools/json.h"
-#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "frontend/savedgame.h"
+#include "host/positiontext.h"
 #include "position/attack.h"
 #include "position/game.h"
 #include "position/legal.h"
@@ -17,7 +18,6 @@
 #include "position/text.h"
 #include "search/state.h"
 #include "tools/files.h"
-#include "host/positiontext.h"
 #include "tools/san.h"
 
 namespace tarvyle::tools {

@@ -8,14 +8,14 @@
 #include <utility>
 #include <vector>
 
+#include "host/positiontext.h"
+#include "host/scoretext.h"
 #include "position/record.h"
 #include "tools/epdfile.h"
 #include "tools/learn/record.h"
 #include "tools/learn/recordlog.h"
 #include "tools/learn/recordset.h"
-#include "host/positiontext.h"
 #include "tools/progress.h"
-#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -7,12 +7,12 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "host/positiontext.h"
+#include "host/scoretext.h"
 #include "position/types.h"
 #include "tools/files.h"
 #include "tools/json.h"
 #include "tools/learn/record.h"
-#include "host/positiontext.h"
-#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <stdexcept>
 
-#include "tools/book/bookfile.h"
 #include "host/engine.h"
+#include "tools/book/bookfile.h"
 #include "tools/files.h"
 #include "tools/learn/record.h"
 #include "tools/learn/recordset.h"

@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "book/learn.h"
-#include "tools/files.h"
 #include "host/learntable.h"
+#include "tools/files.h"
 
 namespace tarvyle::tools {
 

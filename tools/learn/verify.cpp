@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "book/learn.h"
+#include "host/positiontext.h"
 #include "position/record.h"
 #include "position/types.h"
 #include "search/root.h"
@@ -13,7 +14,6 @@
 #include "tools/files.h"
 #include "tools/learn/record.h"
 #include "tools/learn/recordset.h"
-#include "host/positiontext.h"
 
 namespace tarvyle::tools {
 

@@ -8,13 +8,13 @@
 #include <vector>
 
 #include "base/token.h"
+#include "host/positiontext.h"
+#include "host/scoretext.h"
 #include "position/types.h"
 #include "tools/epdfile.h"
 #include "tools/failure.h"
-#include "host/positiontext.h"
 #include "tools/progress.h"
 #include "tools/san.h"
-#include "host/scoretext.h"
 
 namespace tarvyle::tools {
 
