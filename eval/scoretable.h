@@ -20,8 +20,9 @@ void InitEvaluate();
 // the cone of squares between the pawn and its promotion row.
 void GenScoreTable(int piece, int* table, int colour, int scale);
 
-// Squares of the promotion cone of a pawn on `square`, seen on the promotion row: the pawn's own
-// file and what a diagonal walk to either side can reach before the edge.
+// Width of the promotion cone of a pawn on `square`: one for its own file, and what a diagonal walk
+// to either side passes up to the promotion row or the edge. Each walk counts the square that it
+// starts from, so this is two more than the squares of the cone on the promotion row.
 int CntAtkPromoteSq(Square square, int colour);
 
 // Rows between a pawn on `square` and its promotion row.

@@ -65,13 +65,14 @@ struct GameRecord {
   std::int32_t ep_sq;                // en-passant target of the set-up text, 0 if none
   Key64 key;                         // XOR of hashRnd over all pieces
   Key64 color_key[2];                // the same over one colour's pieces
-  Key64 start_key;                   // `key` of the set-up position
+  Key64 start_key;                   // `key` of the set-up position; nothing reads it
   std::int32_t game_len;             // moves played on the board at the search root
   std::int32_t game_max;             // moves recorded (more than played after "undo")
-  std::int32_t fifty;                // half-moves since the last capture, pawn move, castling
-  Move game_moves[kRecordMoves];     // moves since the set-up; the search's follow the game's
-  Key64 game_keys[kRecordMoves];     // `key` after the move of the same index
-  UndoRecord undo[kRecordMoves];     // what taking back the move of the same index needs
+  std::int32_t fifty;  // half-moves since the last capture, pawn move (promotions too), castling or
+                       // null move
+  Move game_moves[kRecordMoves];          // moves since the set-up; the search's follow the game's
+  Key64 game_keys[kRecordMoves];          // `key` after the move of the same index
+  UndoRecord undo[kRecordMoves];          // what taking back the move of the same index needs
   std::int32_t game_score[kRecordMoves];  // score recorded with each move of the game
 };
 

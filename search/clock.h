@@ -11,7 +11,7 @@ inline constexpr int kDefaultLimit = 750;  // 1/100 s
 extern int limit_time;  // allowance for one move, 1/100 s; set by configuration and commands
 extern int start_time;  // clock reading at the start of the search, 1/100 s
 extern int curr_time;   // last clock reading of the search, 1/100 s
-extern std::uint64_t cnt_nodes;  // nodes since TimeReset: each call of StopSearch counts one
+extern std::uint64_t cnt_nodes;  // world.first_count and the nodes since TimeReset (see StopSearch)
 extern int is_stop_search;       // 1 once the time is used up, until the next TimeReset
 
 // What a search takes from the world outside: a clock in milliseconds, and a seed for the random
@@ -43,12 +43,13 @@ std::uint32_t TICK_COUNT();
 // Seeds the C library's random generator, from which every random choice is drawn.
 void SeedRandom();
 
-// Starts the clock of a new search: no nodes, no stop.
+// Starts the clock of a new search: no stop, and the node counter at `world.first_count`, which is
+// 0 unless a tool counts towards a limit of its own.
 void TimeReset();
 
-// Counts one node and returns the stop flag. Every 4096 nodes it reads the clock first and sets the
-// flag when 95 % of `limit_time` have passed; the rest is left for unwinding. Then, too, it asks
-// `world.should_stop`.
+// Counts one node and returns the stop flag. When the counter comes to a multiple of kNodesPerPoll
+// it reads the clock first and sets the flag when 95 % of `limit_time` have passed; the rest is
+// left for unwinding. Then, too, it asks `world.should_stop`.
 int StopSearch();
 
 }  // namespace tarvyle

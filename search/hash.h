@@ -62,7 +62,7 @@ bool HashLook(int alpha, int beta, int depth, int& score, Move& move);
 // depths of 0..1023; the search stores from 1 up.
 void HashInsert(int score, int beta, int depth, Move move);
 
-// Ages the tables: halves all depths until none is above 2.
+// Ages the tables: halves all depths, once at least, until none is above 2.
 void HashDepthLow();
 
 // Fill rate in percent: entries with a depth other than 0.
