@@ -14,6 +14,7 @@
 #include "eval/cache.h"
 #include "eval/evaluate.h"
 #include "eval/scoretable.h"
+#include "host/engine.h"
 #include "position/directions.h"
 #include "position/legal.h"
 #include "position/makemove.h"

@@ -2,20 +2,13 @@
 
 #include <cstdlib>
 
-#include "eval/scoretable.h"
-#include "position/attack.h"
-#include "search/hash.h"
+#include "host/engine.h"
 
 namespace tarvyle {
 
 void StartOnce() {
-  static const bool started = [] {
-    InitAtk();
-    if (!HashAllocate(kUsualEntries)) std::abort();
-    InitEvaluate();
-    return true;
-  }();
-  static_cast<void>(started);
+  static const bool started = StartEngine();
+  if (!started) std::abort();
 }
 
 }  // namespace tarvyle

@@ -1,6 +1,5 @@
 #include "book/bookline.h"
 
-#include <cstddef>
 #include <cstring>
 
 namespace tarvyle {

@@ -7,16 +7,15 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "eval/scoretable.h"
 #include "frontend/startup.h"
-#include "position/attack.h"
+#include "host/engine.h"
+#include "host/nodelimit.h"
 #include "position/directions.h"
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/types.h"
 #include "search/clock.h"
-#include "search/hash.h"
 
 namespace tarvyle::fuzz {
 
@@ -26,20 +25,14 @@ namespace {
 constexpr int kTableEntries = 0x10000;
 constexpr int kNodesPerExecution = 3000;
 constexpr int kNodesPerSearch = 1000;
-constexpr std::uint32_t kLongerThanAnyAllowance = 1000 * kMillisecondsPerSecond;
 
 int nodes_left = 0;
 
-// The search looks at its clock when it starts to count and then every 4096 nodes. At the start it
-// is told here that most of these are behind it, at the next look that its time is over.
-std::uint32_t BoundingClock() {
-  static std::uint32_t now = 0;
-  if (cnt_nodes == 0) {
-    const int nodes = std::clamp(nodes_left, 1, kNodesPerSearch);
-    cnt_nodes = kNodesPerPoll - static_cast<std::uint64_t>(nodes);
-    nodes_left -= nodes;
-  }
-  return now += kLongerThanAnyAllowance;
+// What is left for all searches of the execution, a part of it at once.
+int NextAllotment() {
+  const int nodes = std::clamp(nodes_left, 1, kNodesPerSearch);
+  nodes_left -= nodes;
+  return nodes;
 }
 
 }  // namespace
@@ -53,11 +46,8 @@ unsigned TakeByte(std::string_view& input) {
 
 void StartOnce() {
   static const bool started = [] {
-    InitAtk();
-    Expect(HashAllocate(kTableEntries), "there is memory for the tables");
-    InitNewGame();
-    InitEvaluate();
-    world = {BoundingClock, [] { return 1u; }};
+    Expect(StartEngine(kTableEntries), "there is memory for the tables");
+    world = NodeBoundWorld(NextAllotment, [] { return 1u; });
     return true;
   }();
   static_cast<void>(started);

@@ -23,10 +23,14 @@ namespace tarvyle {
 namespace {
 
 unsigned fixed_seed = 1;
-SearchReport* running_report = nullptr;  // of the search that runs
+
+// Of the search that runs: where it is written down, and who is told besides.
+SearchReport* running_report = nullptr;
+SearchSetting asked;
 
 void RecordIteration(int depth, int score) {
   running_report->iterations.push_back({depth, score, cnt_nodes});
+  if (asked.hooks.after_iteration != nullptr) asked.hooks.after_iteration(depth, score);
 }
 
 void RecordLine(const SearchStatus& status) {
@@ -35,6 +39,7 @@ void RecordLine(const SearchStatus& status) {
   running_report->lines.push_back(std::to_string(status.depth) + " " +
                                   std::to_string(ShownScore(status.score)) + " " +
                                   std::to_string(status.nodes) + " " + line);
+  if (asked.on_line != nullptr) asked.on_line(status);
 }
 
 bool PlayMoves(std::string_view moves) {
@@ -47,11 +52,14 @@ bool PlayMoves(std::string_view moves) {
 
 }  // namespace
 
-bool StartEngine() {
-  InitAtk();
-  if (!HashAllocate(kUsualEntries)) return false;
+bool StartEngine(int entries) {
+  static const bool attacks_are_known = (InitAtk(), true);
+  static_cast<void>(attacks_are_known);
+  const bool fits = hash[White] != nullptr && Hash_Size == entries;
+  if (!fits && !HashAllocate(entries)) return false;
+  ResetEngine();
   InitEvaluate();
-  return FreshProcess();
+  return true;
 }
 
 bool FreshProcess(const std::string& book_file) {
@@ -75,24 +83,26 @@ int StaticScore() {
 
 bool SearchWith(const SearchSetting& setting, Move& move) {
   const World outside = world;
+  const int allowance = limit_time;
+  const RootHooks hooks = root_hooks;
+  const auto sink = status_sink;
   world = setting.world;
   limit_time = setting.allowance;
   root_hooks = setting.hooks;
   status_sink = setting.on_line;
   const bool found = SearchMove(move);
-  root_hooks = {};
-  status_sink = nullptr;
+  status_sink = sink;
+  root_hooks = hooks;
+  limit_time = allowance;
   world = outside;
   return found;
 }
 
-SearchReport SearchToDepth(int depth, unsigned seed) {
+SearchReport SearchAndReport(SearchSetting setting) {
   SearchReport result;
   running_report = &result;
-  fixed_seed = seed;
-  SearchSetting setting;
-  setting.world = {[] { return 0u; }, [] { return fixed_seed; }, world.should_stop};
-  setting.hooks = {depth, RecordIteration};
+  asked = setting;
+  setting.hooks.after_iteration = RecordIteration;
   setting.on_line = RecordLine;
   Move move = 0;
   if (SearchWith(setting, move)) result.best_move = MoveToStr(move);
@@ -101,6 +111,14 @@ SearchReport SearchToDepth(int depth, unsigned seed) {
   result.depth = search_depth;
   result.nodes = cnt_nodes;
   return result;
+}
+
+SearchReport SearchToDepth(int depth, unsigned seed) {
+  fixed_seed = seed;
+  SearchSetting setting;
+  setting.world = {[] { return 0u; }, [] { return fixed_seed; }, world.should_stop};
+  setting.hooks = {depth};
+  return SearchAndReport(setting);
 }
 
 }  // namespace tarvyle

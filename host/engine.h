@@ -18,8 +18,9 @@ namespace tarvyle {
 inline constexpr int kUsualEntries = 0x80000;  // of each hash table: "hash size" 38
 inline constexpr int kNoTimeLimit = 20000000;  // 1/100 s; the engine's clock can reckon with it
 
-// Builds all tables; "hash size" 38. Called once. False without memory.
-bool StartEngine();
+// Builds all tables, with this many entries in each hash table, and resets the engine. What has
+// been built is not built again: whoever needs a started engine may call it. False without memory.
+bool StartEngine(int entries = kUsualEntries);
 
 // What a process has right after its start with this book file (none: an empty learn table and no
 // book): the start position, empty learn table, history and counters. False when the book cannot be
@@ -47,11 +48,11 @@ struct SearchSetting {
   void (*on_line)(const SearchStatus&) = nullptr;  // is told each thinking line
 };
 
-// Searches the current position as SearchMove does, with that setting; the clock, the hooks and the
-// receiver of thinking lines are as before afterwards.
+// Searches the current position as SearchMove does, with that setting; clock, allowance, hooks and
+// the receiver of thinking lines are as before afterwards.
 bool SearchWith(const SearchSetting& setting, Move& move);
 
-// What one search at fixed depth did.
+// What one search did.
 struct SearchReport {
   std::vector<Iteration> iterations;
   std::vector<std::string> lines;  // thinking lines without their time column
@@ -60,6 +61,9 @@ struct SearchReport {
   int depth = 0;
   std::uint64_t nodes = 0;
 };
+
+// The same, and tells what happened; the setting's own hooks are called as well.
+SearchReport SearchAndReport(SearchSetting setting);
 
 // Searches the current position with iterations 2..depth, without a clock, with a fixed seed. Asks
 // `world.should_stop` when there is one.

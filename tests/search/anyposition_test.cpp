@@ -41,25 +41,13 @@ void SelectKind(int kind) {
   PLAY_STYLE = kind == kRandomised ? 2 : kind;
 }
 
-// Ends every search, or stage of one, after so many nodes.
-int node_bound = 0;
-
-// The search looks at the clock when it starts to count nodes, then after kNodesPerPoll of them. At
-// the start it is told that most of these lie behind it, at the next look that its time is over.
-std::uint32_t BoundingClock() {
-  static std::uint32_t now = 0;
-  if (cnt_nodes == 0) cnt_nodes = kNodesPerPoll - static_cast<std::uint64_t>(node_bound);
-  return now += 1000 * kMillisecondsPerSecond;
-}
-
 class AnyPosition : public support::SearchTest {
  protected:
   AnyPosition() {
     constexpr int kFewEntries = 0x400;  // they are cleared at every search
-    HashAllocate(kFewEntries);
+    support::Start(kFewEntries);
     status_sink = [](const SearchStatus&) {};
     limit_time = 10000;
-    world = {BoundingClock, support::ReadTestSeed};
   }
 
   // Calls `visit` with every extreme position, then with random ones.
@@ -151,12 +139,12 @@ void SearchInEveryWay() {
 }
 
 TEST_F(AnyPosition, IsSearchedInEveryStyle) {
-  node_bound = 400;
+  support::EndSearchesAfter(400);
   Visit(74, Scaled(2000, 30000), SearchInEveryWay);
 }
 
 TEST_F(AnyPosition, IsSearchedFurtherWhereItIsExtreme) {
-  node_bound = 4000;
+  support::EndSearchesAfter(4000);
   Visit(75, 0, SearchInEveryWay);
 }
 

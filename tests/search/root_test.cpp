@@ -228,8 +228,7 @@ TEST_F(RootSearch, MateThatALaterIterationFindsEndsThatOne) {
 int stop_depth = 0;
 int stop_elapsed = 0;
 
-void SetElapsed(int depth, int score) {
-  NoteIteration(depth, score);
+void SetElapsed(int depth, int /*score*/) {
   curr_time = start_time + (depth == stop_depth ? stop_elapsed : 0);
 }
 
@@ -250,27 +249,18 @@ TEST_F(RootSearch, NoIterationStartsThatIsNotExpectedToEnd) {
     limit_time = row.limit;
     stop_depth = row.depth;
     stop_elapsed = row.elapsed;
-    Report report;
-    running_report = &report;
-    root_hooks = {9, SetElapsed};
-    status_sink = [](const SearchStatus&) {};
-    Move move = 0;
-    EXPECT_TRUE(SearchMove(move));
+    const Report report = SearchToDepth(9, SetElapsed);
+    EXPECT_TRUE(report.found);
     EXPECT_EQ(Depths(report), UpTo(row.goes_on ? 9 : row.depth));
   }
 }
 
 TEST_F(RootSearch, EachIterationBeginsWithAPollOfTheStop) {
   GoTo(kFortress);
-  Report report;
-  running_report = &report;
-  root_hooks = {9, [](int depth, int score) {
-                  NoteIteration(depth, score);
-                  if (depth == 4) is_stop_search = 1;
-                }};
-  status_sink = [](const SearchStatus&) {};
-  Move move = 0;
-  EXPECT_TRUE(SearchMove(move));
+  const Report report = SearchToDepth(9, [](int depth, int /*score*/) {
+    if (depth == 4) is_stop_search = 1;
+  });
+  EXPECT_TRUE(report.found);
   EXPECT_EQ(Depths(report), UpTo(4));
   EXPECT_EQ(s_depth, 4);
   EXPECT_EQ(cnt_nodes, report.iterations.back().nodes + 1);

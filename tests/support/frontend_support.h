@@ -57,18 +57,14 @@ void WithFileSizeLimit(rlim_t bytes, Action action) {
   std::signal(SIGXFSZ, handler);
 }
 
+// Starts the engine with the smallest hash tables there are.
+void StartWithSmallTables();
+
 // Each test starts like a fresh process at the start position, with a clock that stands still, the
 // seed 1, searches of three iterations, and an empty folder as the program's own.
 class FrontEndTest : public testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    static const bool started = [] {
-      property_add("hash size", "32");
-      Listen(InitAllVar);
-      return true;
-    }();
-    (void)started;
-  }
+  static void SetUpTestSuite() { StartWithSmallTables(); }
 
   void SetUp() override {
     SetProgDir(folder_.Name().c_str());

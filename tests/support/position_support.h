@@ -29,13 +29,8 @@
 
 namespace tarvyle::support {
 
-// Fills the attack tables and the keys, unless that has been done.
-inline void BuildTables() {
-  if (HashRnd(White, Pawn, A8) != 0) return;
-  InitAtk();
-  FillKeys(White);
-  FillKeys(Black);
-}
+// Starts the engine, unless that has been done.
+void BuildTables();
 
 inline Square At(const char* name) { return StrToSq(name); }
 

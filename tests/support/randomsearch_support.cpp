@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <sstream>
 
+#include "host/nodelimit.h"
+
 namespace tarvyle::support {
 
 namespace {
@@ -14,9 +16,7 @@ std::uint32_t ReadStageClock() {
   const int stage = StageOf(limit_time);
   if (stage >= 0) {
     stage_clock.now += stage_clock.steps[stage];
-    if (cnt_nodes == 0) {
-      cnt_nodes = kNodesPerPoll - static_cast<std::uint64_t>(stage_clock.nodes[stage]);
-    }
+    LookAgainAfter(stage_clock.nodes[stage]);
   }
   if (stage == 0 && stage_clock.values_before_stage1.empty()) {
     stage_clock.values_before_stage1.assign(sort_val, sort_val + treeCnt[1]);

@@ -6,6 +6,9 @@
 #include <cstring>
 #include <sstream>
 
+#include "host/engine.h"
+#include "host/nodelimit.h"
+
 namespace tarvyle::support {
 
 Move Find(std::string_view text) {
@@ -23,17 +26,7 @@ std::vector<std::string> Words(std::string_view text) {
   return words;
 }
 
-bool SetUpGame(std::string_view root) {
-  constexpr std::string_view kMoves = " moves ";
-  const std::size_t at = root.find(kMoves);
-  if (!InitGame(std::string(root.substr(0, at)).c_str())) return false;
-  if (at == std::string_view::npos) return true;
-  for (const std::string& text : Words(root.substr(at + kMoves.size()))) {
-    Move move = 0;
-    if (!StrToMove(text, move) || !InsertMoveInGame(move, kTypedMove)) return false;
-  }
-  return true;
-}
+bool SetUpGame(std::string_view root) { return tarvyle::SetUpRoot(root); }
 
 bool Descend(std::string_view moves) {
   for (const std::string& text : Words(moves)) {
@@ -83,9 +76,14 @@ std::uint32_t ReadTestClock() {
 }
 unsigned ReadTestSeed() { return test_clock.seed; }
 
-bool FreshProcess(const std::string& book) {
-  ResetEngine();
-  return book.empty() || ReadLibFile(book.c_str());
+void Start(int entries) { ASSERT_TRUE(StartEngine(entries)); }
+
+bool FreshProcess(const std::string& book) { return tarvyle::FreshProcess(book); }
+
+void EndSearchesAfter(int nodes) {
+  static int bound = 0;
+  bound = nodes;
+  world = NodeBoundWorld([] { return bound; }, ReadTestSeed);
 }
 
 void SayAloud() {
@@ -101,28 +99,15 @@ void Forget() {
   TimeReset();
 }
 
-void NoteIteration(int depth, int score) {
-  running_report->iterations.push_back({depth, score, cnt_nodes});
-}
-
-void NoteLine(const SearchStatus& status) {
-  std::string line = StatusLine(status.line);
-  if (!line.empty()) line.pop_back();
-  running_report->lines.push_back(std::to_string(status.depth) + " " +
-                                  std::to_string(ShownScore(status.score)) + " " +
-                                  std::to_string(status.nodes) + " " + line);
-}
-
-Report SearchToDepth(int depth) {
+Report SearchToDepth(int depth, void (*after_iteration)(int, int)) {
+  const SearchReport told = SearchAndReport({world, limit_time, {depth, after_iteration}, nullptr});
   Report report;
-  running_report = &report;
-  root_hooks = {depth, NoteIteration};
-  status_sink = NoteLine;
-  Move move = 0;
-  report.found = SearchMove(move);
-  if (report.found) report.move = MoveToStr(move);
-  root_hooks = {};
-  status_sink = nullptr;
+  report.move = told.best_move;
+  report.found = !told.best_move.empty();
+  report.lines = told.lines;
+  for (const tarvyle::Iteration& one : told.iterations) {
+    report.iterations.push_back({one.depth, one.score, one.nodes});
+  }
   return report;
 }
 

@@ -88,7 +88,7 @@ bool PlayKnightMoves(int count);
 // --- clock, seed, state --------------------------------------------------------------------------
 
 inline constexpr int kReferenceEntries = 0x80000;  // "hash size" 38
-inline constexpr int kNoTimeLimit = 20000000;      // 1/100 s; 95 % of it can be formed in an int
+inline constexpr int kLongAllowance = 20000000;    // 1/100 s; 95 % of it can be formed in an int
 
 // A clock that stands still, or moves on by `step` at each reading.
 struct TestClock {
@@ -104,6 +104,12 @@ unsigned ReadTestSeed();
 
 // What a process has right after its start with this book ("": an empty learn table and no book).
 bool FreshProcess(const std::string& book = "");
+
+// A started engine, with hash tables of this size.
+void Start(int entries = kReferenceEntries);
+
+// From now on every search, and every stage of a randomised one, ends after that many nodes.
+void EndSearchesAfter(int nodes);
 
 // A fresh start for another search of the same node: nothing remembered, horizon far away.
 void Forget();
@@ -128,13 +134,9 @@ struct Report {
   std::vector<std::string> lines;  // thinking lines without their time
 };
 
-// Where NoteIteration, as a root hook, and NoteLine, as a sink, write to.
-inline Report* running_report = nullptr;
-void NoteIteration(int depth, int score);
-void NoteLine(const SearchStatus& status);
-
-// Searches the current position, iterations up to `depth`, and tells what happened.
-Report SearchToDepth(int depth);
+// Searches the current position, iterations up to `depth`, by the test's clock, allowance and seed,
+// and tells what happened. `after_iteration` is called as the root hook of that name.
+Report SearchToDepth(int depth, void (*after_iteration)(int depth, int score) = nullptr);
 
 // Arguments of the two node searches, by name. Both write their line to `node_line`.
 struct NodeArguments {
@@ -171,16 +173,12 @@ int StoredDepthAfter(Move move);
 class SearchTest : public ::testing::Test {
  protected:
   SearchTest() {
-    static const bool started = (InitAtk(), true);
-    static_cast<void>(started);
-    if (Hash_Size != kReferenceEntries || hash[White] == nullptr) HashAllocate(kReferenceEntries);
-    FreshProcess();
-    InitEvaluate();
+    Start();
     HashClear();
     property_clear();
     test_clock = {};
     world = {ReadTestClock, ReadTestSeed};
-    limit_time = kNoTimeLimit;
+    limit_time = kLongAllowance;
     PLAY_STYLE = 2;
     s_depth = 50;  // horizon far away for tests that search single nodes
     TimeReset();
