@@ -208,6 +208,8 @@ TEST_F(LearnTable, LearnLookAnswersByDepthOrByTheBand) {
       {"a stored depth below 0", 0, -1, 0, 100, 101, false, 0},
       {"the book's depth 0 for depth 0", 1, 0, 0, 100, 101, true, kStored},
       {"book, window above the band", 1, 0, 1, 16, 17, true, 16},
+      {"book, by any flag that is set", 2, 0, 1, 16, 17, true, 16},
+      {"book, by the greatest flag", 255, 0, 1, 16, 17, true, 16},
       {"book, alpha on the band's edge", 1, 0, 1, 15, 900, false, 0},
       {"book, window below the band", 1, 0, 1, -17, -16, true, -16},
       {"book, beta on the band's edge", 1, 0, 1, -900, -15, false, 0},
