@@ -67,13 +67,14 @@ TEST_F(Quiescence, IsWorthTheEvaluationAtTheEndOfTheBestExchange) {
     const char* root;
     const char* exchange;
   };
+  // With pawns enough that moves may be passed over.
   constexpr Row kRows[] = {
-      {"a hanging queen", "4k3/8/8/3q4/4P3/8/8/4K3 b", "e4d5"},
-      {"a defended pawn is left alone by a queen", "4k3/2p5/3p4/8/8/8/3Q4/4K3 b", ""},
-      {"a promotion", "8/P3k3/8/8/8/8/8/4K3 b", "a7a8q"},
-      {"a promotion that captures", "1r6/P3k3/8/8/8/8/8/4K3 b", "a7b8q"},
-      {"a knight for a pawn", "4k3/2p5/3n4/4P3/8/8/8/4K3 b", "e5d6 c7d6"},
-      {"a rook for a knight", "4k3/2p5/3r4/8/4N3/8/8/4K3 b", "e4d6 c7d6"},
+      {"a hanging queen", "4k3/6pp/8/3q4/4P3/8/6PP/4K3 b", "e4d5"},
+      {"a defended pawn is left alone by a queen", "4k3/2p3pp/3p4/8/8/8/3Q2PP/4K3 b", ""},
+      {"a promotion", "8/P3k1pp/8/8/8/8/6PP/4K3 b", "a7a8q"},
+      {"a promotion that captures", "1r6/P3k1pp/8/8/8/8/6PP/4K3 b", "a7b8q"},
+      {"a knight for a pawn", "4k3/2p3pp/3n4/4P3/8/8/6PP/4K3 b", "e5d6 c7d6"},
+      {"a rook for a knight", "4k3/2p3pp/3r4/8/4N3/8/6PP/4K3 b", "e4d6 c7d6"},
   };
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.what);
