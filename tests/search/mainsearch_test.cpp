@@ -145,16 +145,47 @@ TEST_F(PvSearch, RootScoresStandAtTheMovesPlaces) {
   EXPECT_EQ(sort_val[0], score);
 }
 
-TEST_F(PvSearch, StoppedRootMoveKeepsItsOldValue) {
-  GoTo(kMiddleGame);
-  ASSERT_TRUE(LegalMoveList());
+// Looks at every node which root move is under way, and stops the search in the third.
+Move current_root_move = 0;
+int root_moves_begun = 0;
+
+bool StopInTheThirdRootMove() {
+  cnt_nodes = kNodesPerPoll - 1;
+  if (ply > 0 && g.game_moves[g.game_len] != current_root_move) {
+    current_root_move = g.game_moves[g.game_len];
+    ++root_moves_begun;
+  }
+  return root_moves_begun == 3;
+}
+
+int SearchUntilTheThirdRootMove(int depth) {
+  EXPECT_TRUE(LegalMoveList());
   for (int i = 0; i < treeCnt[1]; ++i) sort_val[i] = 7654321 - i;
-  limit_time = 0;  // the first poll stops
-  status_sink = [](const SearchStatus&) {};
-  EXPECT_EQ(SearchOnPv(Depth(6)), 0);
+  root_moves_begun = 0;
+  current_root_move = 0;
+  world.should_stop = StopInTheThirdRootMove;
+  cnt_nodes = kNodesPerPoll - 1;
+  const int score = SearchOnPv(Depth(depth));
+  world.should_stop = nullptr;
   DropLines();
-  status_sink = nullptr;
-  EXPECT_EQ(sort_val[treeCnt[1] - 1], 7654321 - treeCnt[1] + 1);
+  EXPECT_EQ(is_stop_search, 1);
+  return score;
+}
+
+TEST_F(PvSearch, StoppedRootMoveKeepsItsOldValue) {
+  for (const int style : {0, 1, 2}) {
+    SCOPED_TRACE(play_style_str[style]);
+    Forget();
+    PLAY_STYLE = style;
+    GoTo(kMiddleGame);
+    status_sink = [](const SearchStatus&) {};
+    EXPECT_EQ(SearchUntilTheThirdRootMove(4), 0);
+    EXPECT_EQ(tree[2], current_root_move);
+    EXPECT_LT(sort_val[0], 7000000) << "the two before it have been judged";
+    EXPECT_LT(sort_val[1], 7000000);
+    EXPECT_EQ(sort_val[2], 7654321 - 2);
+    EXPECT_EQ(sort_val[3], 7654321 - 3);
+  }
 }
 
 TEST_F(PvSearch, FirstMoveIsSearchedFirst) {
@@ -312,6 +343,19 @@ TEST_F(PvSearch, MoveThatFailsLowGetsTheProbesOfItsStyle) {
   }
 }
 
+TEST_F(PvSearch, OnlyTheRootsOwnMovesAreSearchedFullyThoughTheyFailLow) {
+  // The same position with the same one legal move, above a root.
+  PLAY_STYLE = kKnowledge1;
+  search_tree_width_null_move_cut = 0;
+  GoTo("8/k7/8/8/8/7p/7P/7K b", "a7a8");
+  NodeArguments arguments = Depth(2);
+  arguments.alpha = 20000;
+  arguments.beta = 20001;
+  cnt_nodes = 0;
+  EXPECT_EQ(SearchOnPv(arguments), 20000);
+  EXPECT_EQ(cnt_nodes, 1u + 2u) << "the node, the probed child and its leaf";
+}
+
 TEST_F(PvSearch, CheckIsProbedAtBothDepthsThoughItFailsLow) {
   for (const auto& [text, both] : {std::pair{"a1a8", true}, std::pair{"a1a7", false}}) {
     Forget();
@@ -354,34 +398,43 @@ TEST_F(PvSearch, EveryStyleFindsAMateInTwo) {
 // --- the stop ------------------------------------------------------------------------------------
 
 TEST_F(PvSearch, StoppedSearchReturns0AndKeepsTheBestMoveFound) {
+  // A queen behind: the 0 of a stopped move would be far better than any.
+  constexpr const char* kQueenBehind =
+      "r1bq1rk1/ppp2ppp/2np1n2/2b1p3/2B1P3/2NP1N2/PPP2PPP/R1B2RK1 w - -";
+  static SearchStatus last;
   for (const int style : {0, 1, 2}) {
     SCOPED_TRACE(play_style_str[style]);
     Forget();
     PLAY_STYLE = style;
-    GoTo(kMiddleGame);
+    GoTo(kQueenBehind);
     const GameRecord before = g;
-    limit_time = 100;
-    test_clock = {};
-    TimeReset();
-    test_clock.step = 500;
-    EXPECT_EQ(SearchTheRoot(Depth(8)), 0);
-    EXPECT_EQ(is_stop_search, 1);
+    last = {};
+    status_sink = [](const SearchStatus& status) { last = status; };
+    EXPECT_EQ(SearchUntilTheThirdRootMove(4), 0);
+    EXPECT_NE(search_mv, 0u);
+    EXPECT_NE(search_mv, current_root_move);
+    EXPECT_EQ(gl_find_move[0], search_mv);
+    EXPECT_EQ(node_line[0], search_mv);
+    EXPECT_EQ(search_list[0], search_mv);
+    EXPECT_LT(search_score, -3000);
+    EXPECT_EQ(search_score, last.score);
     EXPECT_EQ(ply, 0);
     EXPECT_EQ(std::memcmp(g.board, before.board, sizeof g.board), 0);
     EXPECT_EQ(g.key, before.key);
-    limit_time = kLongAllowance;
   }
 }
 
 TEST_F(PvSearch, ReplyIsForgottenBeforeEachProbe) {
-  // Children that fail high at once by a null move leave no reply: what stood there is cleared.
+  // A child that a null move cuts off leaves no reply: what stood there must not pass for one.
   GoTo("4k3/8/8/8/8/8/4P3/4K3 w");
+  search_tree_width_null_move_cut = 1;
   gl_find_move[1] = 77;
-  NodeArguments arguments = Depth(2);
+  NodeArguments arguments = Depth(3);
   arguments.alpha = 20000;
   arguments.beta = 20001;
   SearchTheRoot(arguments);
-  EXPECT_NE(gl_find_move[1], 77u);
+  EXPECT_EQ(cut_forse[1], kNullMoveCut);
+  EXPECT_EQ(gl_find_move[1], 0u);
 }
 
 }  // namespace

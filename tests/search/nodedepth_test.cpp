@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -87,27 +88,43 @@ std::vector<std::pair<Move, int>> ChildDepths() {
 }
 
 TEST_F(NodeDepth, LateMovesAreReducedButUnderKnowledge1) {
+  // Out of reach: every move fails low, none is searched twice, and the reply that cuts it off
+  // stores it.
+  constexpr const char* kNoChecks =
+      "r1bq1rk1/ppp1bppp/2np1n2/4p3/2B1P3/2NP1N2/PPP2PPP/R1BQ1RK1 w - -";
+  NodeArguments arguments = Depth(3);
+  arguments.alpha = 20000;
+  arguments.beta = 20001;
   for (const int style : {0, 1, 2}) {
     SCOPED_TRACE(play_style_str[style]);
     Forget();
     PLAY_STYLE = style;
     search_tree_width_null_move_cut = 0;  // cut off by a null move, a child would store nothing
-    GoTo(kMiddleGame, "f1e1");
+    GoTo(kNoChecks, "f1e1");
+    SearchOffPv(arguments);
+    std::map<int, int> moves_by_depth;
+    for (const auto& [move, depth] : ChildDepths()) ++moves_by_depth[depth];
+    const int moves = ListLength();
+    ASSERT_GT(moves, 3);
+    const std::map<int, int> all_alike = {{2, moves}};
+    const std::map<int, int> late_ones_less = {{1, moves - 3}, {2, 3}};
+    EXPECT_EQ(moves_by_depth, style == 0 ? all_alike : late_ones_less);
+    Ascend();
+  }
+}
+
+TEST_F(NodeDepth, ReducedMoveThatRaisesAlphaIsSearchedAgainInFull) {
+  // The first three moves are captures that lose the queen.
+  for (const int style : {1, 2}) {
+    SCOPED_TRACE(play_style_str[style]);
+    Forget();
+    PLAY_STYLE = style;
+    search_tree_width_null_move_cut = 0;
+    GoTo("4k3/1p1p1p1p/p1p1p3/8/2Q5/8/6PP/6K1 b", "h7h6");
     SearchOffPv(Depth(3));
-    int reduced = 0;
-    int full = 0;
-    for (const auto& [move, depth] : ChildDepths()) {
-      reduced += depth == 1 ? 1 : 0;
-      full += depth >= 2 ? 1 : 0;
-    }
-    if (style == 0) {
-      EXPECT_EQ(reduced, 0);
-      EXPECT_GT(full, 20);
-    } else {
-      EXPECT_GT(reduced, 20);
-      EXPECT_GE(full, 3) << "the first three";
-      EXPECT_LT(full, 10);
-    }
+    const Move best = gl_find_move[1];
+    EXPECT_EQ(best & kCapture, 0u);
+    EXPECT_EQ(StoredDepthAfter(best), 2);
     Ascend();
   }
 }
