@@ -165,19 +165,43 @@ TEST_F(Ordering, QuietTableMoveComesBeforeAQueenCapture) {
 }
 
 TEST_F(Ordering, TableMoveHasItsOtherBonusesToo) {
-  // The capture with promotion is a recapture: 10000 - 1 + 10000 + 5000 against 20000, and against
-  // 20000 + 1990 + 990 for a table move that is both killers.
-  GoTo("2Rqk3/1P6/8/8/8/8/8/6K1 b", "d8c8");
-  MovePicker picker{};
-  picker.tt_move = Generated("g1f1");
-  EXPECT_EQ(OrderOf(picker).substr(0, 10), "b7c8q g1f1");
-  killer[ply] = pv_killer[ply] = picker.tt_move;
-  EXPECT_EQ(OrderOf(picker).substr(0, 10), "b7c8q g1f1");
-  Ascend();
-
-  GoTo("2q1k3/1P6/8/8/8/8/8/6K1 b", "e8e7");  // no recapture: 19999
-  picker.tt_move = Generated("g1f1");
-  EXPECT_EQ(OrderOf(picker).substr(0, 10), "g1f1 b7c8q");
+  struct Row {
+    const char* root;
+    const char* last;
+    const char* table_move;
+    const char* killer;
+    const char* pv_killer;
+    const char* first_two;
+  };
+  // The capture with promotion, 10000 - 1 + 10000, against a quiet table move's 20000.
+  constexpr const char* kQuiet = "2q1k3/1P6/8/8/8/8/8/6K1 b";
+  // The same as a recapture, 24999, against a knight that takes a rook as the table move: 24998.
+  constexpr const char* kCapture = "2Rqk3/1P6/6r1/4N3/8/8/8/5K2 b";
+  constexpr Row kRows[] = {
+      {kQuiet, "e8e7", "g1f1", "", "", "g1f1 b7c8q"},
+      {kQuiet, "e8e7", "g1f1", "", "b7c8q", "b7c8q g1f1"},
+      {kQuiet, "e8e7", "g1f1", "g1f1", "b7c8q", "g1f1 b7c8q"},
+      {kQuiet, "e8e7", "g1f1", "b7c8q", "", "b7c8q g1f1"},
+      {kQuiet, "e8e7", "g1f1", "b7c8q", "g1f1", "b7c8q g1f1"},
+      {kQuiet, "e8e7", "g1f1", "g1f1", "g1f1", "g1f1 b7c8q"},
+      {kCapture, "d8c8", "e5g6", "", "", "b7c8q e5g6"},
+      {kCapture, "d8c8", "e5g6", "e5g6", "", "e5g6 b7c8q"},
+      {kCapture, "d8c8", "e5g6", "", "e5g6", "e5g6 b7c8q"},
+      {kCapture, "d8c8", "e5g6", "b7c8q", "e5g6", "b7c8q e5g6"},
+      {kCapture, "d8c8", "e5g6", "e5g6", "b7c8q", "e5g6 b7c8q"},
+      {kCapture, "d8c8", "f1f2", "f1f2", "f1f2", "b7c8q f1f2"},  // 22980
+  };
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(testing::Message() << row.table_move << " against b7c8q, killers " << row.killer
+                                    << ", " << row.pv_killer);
+    GoTo(row.root, row.last);
+    MovePicker picker{};
+    picker.tt_move = Generated(row.table_move);
+    killer[1] = row.killer[0] != '\0' ? Generated(row.killer) : 0;
+    pv_killer[1] = row.pv_killer[0] != '\0' ? Generated(row.pv_killer) : 0;
+    EXPECT_EQ(OrderOf(picker).substr(0, std::string_view(row.first_two).size()), row.first_two);
+    Ascend();
+  }
 }
 
 TEST_F(Ordering, KillersAreWorthAlmostTwoPawnsAndAlmostOne) {
@@ -373,28 +397,32 @@ TEST_F(Ordering, ContinuationsAreNotOfferedOffTheLineNorInANullMoveSearch) {
 
 TEST_F(Ordering, RootMovesKeepTheValuesThatTheyHave) {
   GoTo("4k3/8/8/3q4/4P3/8/8/4K3 w");
-  ASSERT_TRUE(LegalMoveList());
-  std::map<std::string, int> value_of;
-  for (int i = 0; i < treeCnt[1]; ++i) {
-    sort_val[i] = i * 37 % 11;
-    value_of[MoveToStr(tree[i])] = sort_val[i];
-  }
   MovePicker picker{};
   picker.first_move = Find("e1f1");
-  picker.killer_move = picker.tt_move = Find("e1f2");
-  for (int i = 0; i < treeCnt[1]; ++i) sort_val[i] = value_of[MoveToStr(tree[i])];
-  Move move = 0;
-  int previous = 1000;
-  for (int i = 0; NextMove(picker, move); ++i) {
-    EXPECT_EQ(sort_val[i], value_of[MoveToStr(tree[i])]) << "values travel with their moves";
-    if (i == 0) {
-      EXPECT_STREQ(MoveToStr(move), "e1f1");
-    } else {
-      EXPECT_LE(sort_val[i], previous);
-      previous = sort_val[i];
-    }
+  // What would come early elsewhere: a table move that is both killers, and a queen's capture.
+  const Move table_move = Find("e1f2");
+  picker.tt_move = killer[0] = pv_killer[0] = table_move;
+  History(White, table_move) = 100;
+  const Move capture = Find("e4d5");
+  ASSERT_TRUE(LegalMoveList());
+  std::map<Move, int> value_of;
+  for (int i = 0; i < treeCnt[1]; ++i) value_of[tree[i]] = i * 37 % 11;
+  value_of[picker.first_move] = -1;
+  value_of[capture] = -2;
+  value_of[table_move] = -3;
+  for (int i = 0; i < treeCnt[1]; ++i) sort_val[i] = value_of[tree[i]];
+  std::vector<int> values;
+  for (const Offer& offer : OffersOf(picker)) {
+    const int at = static_cast<int>(values.size());
+    EXPECT_EQ(tree[at], offer.move);
+    EXPECT_EQ(sort_val[at], value_of[offer.move]) << "values travel with their moves";
+    values.push_back(value_of[offer.move]);
   }
-  EXPECT_EQ(static_cast<int>(value_of.size()), treeCnt[1]);
+  ASSERT_EQ(values.size(), value_of.size());
+  ASSERT_GT(values.size(), 4u);
+  EXPECT_EQ(values.front(), -1);
+  EXPECT_TRUE(std::is_sorted(values.rbegin(), values.rend() - 1));
+  EXPECT_EQ(values.back(), -3);
 }
 
 TEST_F(Ordering, RootMovesSetAsideAreNotOffered) {
