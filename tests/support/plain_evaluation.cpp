@@ -5,105 +5,19 @@
 #include <cmath>
 #include <cstdlib>
 #include <initializer_list>
-#include <numbers>
 #include <optional>
 #include <span>
 #include <utility>
 
 #include "eval/scoretable.h"
-#include "position/directions.h"
 #include "position/record.h"
+#include "tests/support/plain_board.h"
 
 namespace tarvyle::support {
 
+using namespace plain;
+
 namespace {
-
-struct Cell {
-  int row;
-  int file;
-};
-
-using Step = Cell;
-
-constexpr std::array<Step, 8> kSteps = {  // straight ones, then diagonal ones
-    {{-1, 0}, {1, 0}, {0, -1}, {0, 1}, {-1, -1}, {-1, 1}, {1, -1}, {1, 1}}};
-constexpr std::array<Step, 8> kJumps = {
-    {{-2, -1}, {-2, 1}, {-1, -2}, {-1, 2}, {1, -2}, {1, 2}, {2, -1}, {2, 1}}};
-
-Cell operator+(Cell a, Step b) { return {a.row + b.row, a.file + b.file}; }
-bool Inside(Cell cell) { return cell.row >= 0 && cell.row < 8 && cell.file >= 0 && cell.file < 8; }
-Cell CellOf(Square square) { return {square / 8, square % 8}; }
-Square SquareOf(Cell cell) { return cell.row * 8 + cell.file; }
-int CodeAt(Cell cell) { return g.board[SquareOf(cell)]; }
-int ColourAt(Cell cell) { return g.color[SquareOf(cell)]; }
-bool PieceAt(Cell cell, int code, int colour) {
-  return Inside(cell) && CodeAt(cell) == code && ColourAt(cell) == colour;
-}
-
-int KingMoves(Cell a, Cell b) {
-  return std::max(std::abs(a.row - b.row), std::abs(a.file - b.file));
-}
-
-Cell KingOf(int colour) {
-  for (Square square = 0; square < 64; ++square) {
-    if (PieceAt(CellOf(square), King, colour)) return CellOf(square);
-  }
-  return {-1, -1};
-}
-
-int Count(int colour, int code) {
-  int count = 0;
-  for (Square square = 0; square < 64; ++square) count += PieceAt(CellOf(square), code, colour);
-  return count;
-}
-
-int PawnsOnFile(int colour, int file) {
-  int count = 0;
-  for (int row = 0; row < 8; ++row) count += PieceAt({row, file}, Pawn, colour);
-  return count;
-}
-
-bool PawnsOnRow(int colour, int row) {
-  for (int file = 0; file < 8; ++file) {
-    if (PieceAt({row, file}, Pawn, colour)) return true;
-  }
-  return false;
-}
-
-struct Met {
-  Cell cell;
-  int distance;
-};
-
-// The first piece along a step, or none before the edge.
-std::optional<Met> FirstAlong(Cell from, Step step) {
-  int distance = 1;
-  for (Cell cell = from + step; Inside(cell); cell = cell + step, ++distance) {
-    if (CodeAt(cell) != NoPiece) return Met{cell, distance};
-  }
-  return std::nullopt;
-}
-
-bool SlidesAlong(int code, Step step) {
-  const bool diagonal = step.row != 0 && step.file != 0;
-  return code == Queen || code == (diagonal ? Bishop : Rook);
-}
-
-std::span<const Step> StepsOf(int code) {
-  const std::span<const Step> steps = kSteps;
-  if (code == Rook) return steps.first(4);
-  return code == Bishop ? steps.last(4) : steps;
-}
-
-std::uint32_t TypeBit(int code) { return 0x10000u >> code; }
-
-bool HasType(std::uint32_t word, int code) { return (word & TypeBit(code)) != 0; }
-
-int Attackers(std::uint32_t word) { return static_cast<int>(word % 16); }
-
-std::uint32_t WordAt(int colour, Cell cell) {
-  return Inside(cell) ? PlainAttackWord(colour, SquareOf(cell)) : 0;
-}
 
 // Cheapness of a piece for exchanges: pawn, any minor piece, rook, queen, king, nothing.
 int CheapnessOf(int code) { return std::array{0, 5, 4, 4, 3, 2, 1}[code]; }
@@ -116,10 +30,6 @@ int CheapestIn(std::uint32_t word) {
 }
 
 int ClassOf(int code) { return std::array{0, 1, 3, 3, 5, 10, 20}[code]; }
-
-int RankOf(int colour, int row) { return colour == White ? 7 - row : row; }
-
-int Forward(int colour) { return colour == White ? -1 : 1; }
 
 int LookupRook(int empty) {
   return std::array{0, 1, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 9, 9, 10}[empty];
@@ -197,24 +107,29 @@ class SideWalk {
 
   void AddKnight(Cell q) {
     const std::uint32_t friends = WordAt(c_, q);
-    Add("knight", 50 + (Count(White, Pawn) + Count(Black, Pawn)) / 2 - KingMoves(q, KingOf(o_)) +
-                      (HasType(friends, Knight) ? 1 : 0) - (HasType(friends, Pawn) ? 0 : 1));
+    Add("knight", 50 + (Count(White, Pawn) + Count(Black, Pawn)) / 2);
+    if (HasType(friends, Knight)) Add("knight by knight", 1);
+    if (!HasType(friends, Pawn)) Add("knight without pawn", -1);
+    Add("knight to king", -KingMoves(q, KingOf(o_)));
   }
 
   void AddBishop(Cell q) {
     const PlainRays rays = PlainRayScan(SquareOf(q), Bishop, c_);
-    Add("bishop", 51 + rays.bonus + LookupBishop(rays.empty) + (Count(c_, Bishop) > 1 ? 8 : 0) +
-                      LookupDiagonal(q));
+    Add("bishop", 51 + LookupBishop(rays.empty) + LookupDiagonal(q));
+    if (Count(c_, Bishop) > 1) Add("bishop pair", 8);
+    Add("pins and x-rays", rays.bonus);
   }
 
   void AddRook(Cell q) {
     const PlainRays rays = PlainRayScan(SquareOf(q), Rook, c_);
     const int in_centre = q.file >= 2 && q.file <= 5 ? 1 : 0;
-    const int sum = side_.total + 37 + in_centre + std::abs(q.file - KingOf(o_).file) / 2 +
-                    rays.bonus + LookupRook(rays.empty);
+    Add("rook", 37 + in_centre + LookupRook(rays.empty));
+    Add("rook to king", std::abs(q.file - KingOf(o_).file) / 2);
+    Add("pins and x-rays", rays.bonus);
     const double openness = 10.0 * (1.0 - s_);
-    Add("rook", static_cast<int>(std::trunc(openness + static_cast<double>(sum))) - side_.total);
-    if (HasType(WordAt(c_, q), Rook)) Add("rook pair", 1);
+    const double sum = openness + static_cast<double>(side_.total);
+    Add("rook truncation", static_cast<int>(std::trunc(sum)) - side_.total);
+    if (HasType(WordAt(c_, q), Rook)) Add("rook by rook", 1);
     if (Count(c_, Rook) > 1) Add("rook pair", 1);
     if (PawnsOnFile(c_, q.file) == 0) Add("rook file", PawnsOnFile(o_, q.file) == 0 ? 10 : 4);
     if (RankOf(c_, q.row) == 0) Add("rook row", 1);
@@ -228,13 +143,14 @@ class SideWalk {
     const Cell target = KingOf(o_);
     const int walk = std::abs(q.row - target.row) + std::abs(q.file - target.file);
     const std::uint32_t friends = WordAt(c_, q);
-    Add("queen", 107 + rays.bonus + LookupQueen(rays.empty) + (14 - walk) / 2);
-    if (HasType(friends, Rook)) Add("queen support", 1);
-    if (HasType(friends, Bishop)) Add("queen support", 1);
+    Add("queen", 107 + LookupQueen(rays.empty));
+    if (HasType(friends, Rook)) Add("queen by rook", 1);
+    if (HasType(friends, Bishop)) Add("queen by bishop", 1);
     if (KingMoves(q, KingOf(c_)) >= 3) Add("queen far from king", -1);
-    if (KingMoves(q, target) < 4) Add("queen near king", 5);
+    Add("queen to king", (KingMoves(q, target) < 4 ? 5 : 0) + (14 - walk) / 2);
     const int helpers = Count(c_, Knight) + Count(c_, Bishop) + Count(c_, Rook);
     Add("queen helpers", helpers >= 2 ? 6 : 2 * helpers);
+    Add("pins and x-rays", rays.bonus);
   }
 
   bool IsPassed(Cell q) const {
@@ -310,22 +226,11 @@ bool CanWin(int colour) {
          3 * Count(colour, Knight) + 4 * Count(colour, Bishop) > 6;
 }
 
-bool RookAtHome(int colour, int file, std::uint32_t right) {
-  const int home = colour == White ? 7 : 0;
-  return PieceAt({home, 4}, King, colour) && PieceAt({home, file}, Rook, colour) &&
-         (g.castle & right) != 0;
-}
-
-int DangerOf(int lines) {
-  if (lines > 20) return 0;
-  return static_cast<int>(std::lround(60 * std::sin(std::numbers::pi * lines / 20)));
-}
-
 }  // namespace
 
 void PlainSide::Add(const std::string& term, int amount) {
   total += amount;
-  terms[term].push_back(amount);
+  if (amount != 0) terms[term].push_back(amount);
 }
 
 std::vector<int> PlainSide::Of(const std::string& term) const {
@@ -395,76 +300,6 @@ PlainRays PlainRayScan(Square square, int piece, int colour) {
     }
   }
   return rays;
-}
-
-int PlainAttackedLines(int colour) {
-  const int o = 1 - colour;
-  const Cell king = KingOf(colour);
-  int lines = 0;
-  for (const Step step : StepsOf(Queen)) {
-    const int slider = step.row != 0 && step.file != 0 ? Bishop : Rook;
-    if (Count(o, slider) + Count(o, Queen) == 0) continue;
-    const auto first = FirstAlong(king, step);
-    for (Cell cell = king + step; Inside(cell); cell = cell + step) {
-      if (ColourAt(cell) != o &&
-          (HasType(WordAt(o, cell), slider) || HasType(WordAt(o, cell), Queen))) {
-        ++lines;
-      }
-      if (first && SquareOf(first->cell) == SquareOf(cell)) break;
-    }
-  }
-  for (const Step jump : kJumps) {
-    const Cell cell = king + jump;
-    if (Inside(cell) && ColourAt(cell) != o && HasType(WordAt(o, cell), Knight)) ++lines;
-  }
-  return lines;
-}
-
-int PlainKingSafety(int colour) {
-  const int o = 1 - colour;
-  if (PlainWeight(colour) < 5) return 0;
-  const double s = PlainPhase(colour);
-  const Cell king = KingOf(colour);
-  int k = 0;
-  int free = 0;
-  int pawns_near = 0;
-  int shields = 0;
-  std::vector<Step> ring(kSteps.begin(), kSteps.end());
-  ring.push_back(dir == dir_black ? Step{1, -2} : Step{-2, -1});
-  for (const Step step : ring) {
-    const Cell cell = king + step;
-    if (!Inside(cell)) continue;
-    k -= Attackers(WordAt(o, cell));
-    if (WordAt(o, cell) == 0 && ColourAt(cell) != colour) ++free;
-    if (!PieceAt(cell, Pawn, colour)) continue;
-    ++pawns_near;
-    if ((cell.row - king.row) * Forward(colour) <= 0) continue;
-    ++shields;
-    k += std::array{4, 6, 2, 0, 0, 2, 6, 4}[cell.file];
-  }
-  if (pawns_near == 0) k -= 4;
-  if (shields == 0) k -= 8;
-  if (PawnsOnFile(colour, king.file) == 0) k -= 4;
-  if (WordAt(o, king) != 0 && free == 0) k -= 10;
-  if (Count(o, Pawn) > 0 && HasType(WordAt(o, king + Step{Forward(colour), 0}), Pawn)) k -= 4;
-  const int lines = PlainAttackedLines(colour);
-  const double mildness = lines > 0 ? 1.0 : 0.0;
-  if (lines > 0 && free == 0) k -= 4;
-  if (lines > 0 && free == 1) k -= 2;
-  k -= DangerOf(lines);
-  const bool left = RookAtHome(colour, 0, 1u << (2 * colour));
-  const bool right = RookAtHome(colour, 7, 2u << (2 * colour));
-  if (Count(o, Queen) > 0 && g.castled[colour] == 0) {
-    if (!left) k -= 2;
-    if (!right) k -= 4;
-    if (!left && !right) k -= 12;
-  }
-  if (g.castled[colour] != 0) {
-    const double gain = king.file < 5 ? 6 * s : 8 * s;
-    k = static_cast<int>(std::trunc(gain + static_cast<double>(k)));
-  }
-  const double scaled = static_cast<double>(k) * s;
-  return static_cast<int>(std::trunc(mildness + scaled));
 }
 
 PlainSide PlainSideScore(int colour) { return SideWalk(colour).Score(); }

@@ -30,10 +30,21 @@ PlainRays PlainRayScan(Square square, int piece, int colour);
 // Squares on lines and jumps to the king of `colour` that the opponent attacks along them.
 int PlainAttackedLines(int colour);
 
+// What the safety of the king of `colour` is made of, by name, before the phase scales it.
+struct PlainKing {
+  std::map<std::string, int> terms;
+  int sum = 0;
+  int mildness = 0;  // given back to an attacked king, unscaled
+  int reward = 0;    // for having castled, scaled before the others and with them
+
+  void Add(const std::string& term, int amount);
+};
+PlainKing PlainKingTerms(int colour);
+
 // The term of the king of `colour`.
 int PlainKingSafety(int colour);
 
-// One side: the sum of its terms without material, and each term as it was added, by name.
+// One side: the sum of its terms without material, and each term but 0 as it was added, by name.
 struct PlainSide {
   int total = 0;
   int dearest_hanging = 0;
