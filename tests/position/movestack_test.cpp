@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <initializer_list>
 #include <iterator>
-#include <numeric>
-#include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "position/makemove.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {
@@ -17,41 +17,96 @@ namespace {
 
 class MoveStackTest : public support::PositionTest {};
 
-TEST_F(MoveStackTest, HoldsTheLongestListForEveryPly) {
-  EXPECT_GE(std::size(tree), static_cast<std::size_t>(kMaxPly * kMaxListMoves));
-  EXPECT_EQ(std::size(sort_val), std::size(tree));
-  EXPECT_GE(std::size(treeCnt), 100u);
+// A side has at most sixteen men, one of them the king. None has more moves than a queen in the
+// middle of an empty board; with castling the king stands at the edge, where he has fewer steps.
+constexpr int kQueenMoves = 27;
+constexpr int kKingMoves = 8;
+constexpr int kBound = 15 * kQueenMoves + kKingMoves;
+static_assert(kBound <= kMaxListMoves, "a list is longer than it may be");
+static_assert((kMaxPly + 1) * kBound <= kTreeSize, "the lists of a search do not fit");
+static_assert(std::size(tree) == kTreeSize && std::size(sort_val) == kTreeSize);
+static_assert(std::size(treeCnt) > kMaxPly, "the end of the last list has no place");
+
+// Moves of the white man on `square` alone, the kings in the corners left out.
+int MovesFrom(Square square) {
+  EXPECT_TRUE(Generate());
+  const auto list = support::CurrentList();
+  return static_cast<int>(std::count_if(list.begin(), list.end(),
+                                        [square](Move move) { return OriginOf(move) == square; }));
 }
 
-// A position with as many queens as the set-up accepts, on random squares.
-std::string ManyQueens(std::mt19937& random) {
+// A board with one white man, and black knights where he wants them.
+std::string BoardWith(char man, Square square, const std::string& prey) {
   std::string board(64, '1');
-  std::string pieces = "Kk" + std::string(15, 'Q') + std::string(15, 'q');
-  std::vector<int> squares(64);
-  std::iota(squares.begin(), squares.end(), 0);
-  for (std::size_t i = 0; i < pieces.size(); ++i) {
-    std::swap(squares[i], squares[i + random() % (squares.size() - i)]);
-    board[static_cast<std::size_t>(squares[i])] = pieces[i];
+  for (std::size_t i = 0; i < prey.size(); ++i) board[i] = prey[i];
+  board[static_cast<std::size_t>(square)] = man;
+  // The kings where they are in nobody's way.
+  for (const char king : {'K', 'k'}) {
+    for (const Square corner : {H1, A8, A1}) {
+      if (board[static_cast<std::size_t>(corner)] != '1') continue;
+      board[static_cast<std::size_t>(corner)] = king;
+      break;
+    }
   }
-  return board + (random() % 2 == 0 ? " w" : " b");
+  return board + " w";
 }
 
-TEST_F(MoveStackTest, FifteenQueensASideFitIntoTheLongestList) {
-  std::mt19937 random(1);
-  int legal = 0;
-  for (int round = 0; round < 3000; ++round) {
-    support::SetUpPosition(ManyQueens(random));
-    if (!Generate()) continue;
-    ++legal;
-    EXPECT_LE(ListLength(), kMaxListMoves);
+TEST_F(MoveStackTest, NoManHasMoreMovesThanAQueenInTheMiddle) {
+  int most = 0;
+  for (const char man : std::string("PNBRQ")) {
+    for (Square square = A8; square <= H1; ++square) {
+      // For pawns, prey on the last row: six moves for one that captures to both sides.
+      const std::string prey = man == 'P' && RowOf(square) == 1 ? "nnnnnnnn" : "";
+      ASSERT_TRUE(InitGame(BoardWith(man, square, prey).c_str()));
+      if (!Generate()) continue;  // the man attacks the black king
+      most = std::max(most, MovesFrom(square));
+    }
   }
-  EXPECT_GT(legal, 0);
+  EXPECT_EQ(most, kQueenMoves);
 }
 
-TEST_F(MoveStackTest, RichestPositionOfARealGameHas218Moves) {
-  support::SetUpPosition("R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w");
-  ASSERT_TRUE(Generate());
-  EXPECT_EQ(ListLength(), 218);
+TEST_F(MoveStackTest, KingHasMostMovesWhereHeCannotCastle) {
+  support::SetUpPosition("7k/8/8/8/3K4/8/8/8 w");
+  EXPECT_EQ(MovesFrom(support::At("d4")), kKingMoves);
+  support::SetUpPosition("1k6/8/8/8/8/8/8/R3K2R w KQ");
+  EXPECT_EQ(MovesFrom(support::At("e1")), 5 + 2);
+}
+
+struct LongListRow {
+  const char* text;
+  int moves;
+};
+
+// Queens stand in each other's way, so no list comes near the bound. The first is the longest that
+// a search for it over placements of fifteen queens has found, the second the longest of a game.
+constexpr LongListRow kLongest = {"1Q4Q1/4Q3/Q1Q4Q/Q4Q1Q/p2Q4/KQ4Q1/pp2Q3/kpQ4Q w", 242};
+
+TEST_F(MoveStackTest, LongestListsHaveTheseManyMoves) {
+  const LongListRow rows[] = {kLongest, {"R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w", 218}};
+  for (const LongListRow& row : rows) {
+    support::SetUpPosition(row.text);
+    ASSERT_TRUE(Generate());
+    EXPECT_EQ(ListLength(), row.moves);
+    EXPECT_LE(ListLength(), kBound);
+  }
+}
+
+// As a search does that passes at every ply: White's list is the longest at each other ply.
+TEST_F(MoveStackTest, HoldsLongListsAtEveryPly) {
+  support::SetUpPosition(kLongest.text);
+  for (int made = 0; made < kMaxPly; ++made) {
+    ASSERT_EQ(ply, made);
+    ASSERT_TRUE(Generate());
+    EXPECT_EQ(ListLength(), made % 2 == 0 ? kLongest.moves : ListLength());
+    ASSERT_LE(treeCnt[ply + 1], kTreeSize);
+    if (made + 1 < kMaxPly) MakeMove(0);
+  }
+  const int whole = treeCnt[kMaxPly];
+  EXPECT_GT(whole, kMaxPly / 2 * kLongest.moves);
+  // The lists have not run into each other: the first is as it was made.
+  const auto first = support::ListText({tree, tree + treeCnt[1]});
+  while (ply > 0) UnMakeMove(0);
+  EXPECT_EQ(support::ListedBy(Generate), first);
 }
 
 }  // namespace

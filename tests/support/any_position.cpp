@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 
 #include "position/directions.h"
@@ -40,6 +41,48 @@ void SetUp(const std::string& fen, bool with_tables) {
     ASSERT_TRUE(InitGame(fen.c_str())) << fen;
     set_dir(g.side);
   }
+}
+
+// At most sixteen men a side.
+bool HasRoom(const std::string& fen) {
+  int men[2] = {};
+  for (const char letter : fen.substr(0, fen.find(' '))) {
+    if (letter >= 'a') ++men[Black];
+    if (letter >= 'A' && letter <= 'Z') ++men[White];
+  }
+  return men[White] <= 16 && men[Black] <= 16;
+}
+
+// A home row, or none: the king is then among the pawns on the row from which they take in passing.
+std::string HomeRow(Random& random) {
+  static constexpr std::array<const char*, 6> kHomes = {"r3k2r", "r3k3",   "4k2r",
+                                                        "2k5",   "r2qk2r", ""};
+  return kHomes[Below(random, 6)];
+}
+
+// Few men on each row, of those that lead to something there.
+std::string PawnBoard(Random& random) {
+  std::string white = HomeRow(random);
+  for (char& letter : white) {
+    if (letter >= 'a') letter = static_cast<char>(letter - 'a' + 'A');
+  }
+  const std::string black = HomeRow(random);
+  std::string rows[6];
+  static constexpr std::array<const char*, 6> kMen = {"ppppppP111", "11111pn111", "11111PPPrq",
+                                                      "11111pppRQ", "1111111PN1", "PPPPPPp111"};
+  for (int row = 0; row < 6; ++row) {
+    for (int file = 0; file < 8; ++file) rows[row] += kMen[row][Below(random, 10)];
+  }
+  if (white.empty()) rows[2][Below(random, 8)] = 'K';
+  if (black.empty()) rows[3][Below(random, 8)] = 'k';
+  std::string fen = black.empty() ? "8" : black;
+  for (const std::string& row : rows) fen += '/' + row;
+  return fen + '/' + (white.empty() ? "8" : white) + (Below(random, 2) == 0 ? " w" : " b") +
+         " KQkq -";
+}
+
+bool IsDoubleStep(Move move) {
+  return PieceOf(move) == Pawn && (OriginOf(move) - TargetOf(move)) % 16 == 0;
 }
 
 }  // namespace
@@ -106,6 +149,32 @@ void VisitTrees(unsigned seed, int count, const std::function<void()>& visit) {
       MakeMove(tree[treeCnt[ply] + Below(random, treeCnt[ply + 1] - treeCnt[ply])]);
     }
     while (ply > 0) UnMakeMove(LastMove());
+  }
+}
+
+void VisitPawnBoards(unsigned seed, int count, const std::function<void()>& visit) {
+  Random random(seed);
+  while (count > 0) {
+    const std::string fen = PawnBoard(random);
+    if (!HasRoom(fen)) continue;
+    SetUpRoot(fen);
+    const bool legal = Generate();
+    const std::vector<Move> list(tree, tree + (legal ? treeCnt[1] : 0));
+    visit();
+    --count;
+    for (const Move move : list) {
+      if (count == 0 || testing::Test::HasFailure()) break;
+      if (!IsDoubleStep(move) && Below(random, 8) != 0) continue;
+      MakeMove(move);
+      visit();
+      --count;
+      if (testing::Test::HasFailure()) ADD_FAILURE() << "after " << MoveToStr(move);
+      UnMakeMove(move);
+    }
+    if (testing::Test::HasFailure()) {
+      ADD_FAILURE() << fen;
+      return;
+    }
   }
 }
 

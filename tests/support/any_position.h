@@ -24,4 +24,9 @@ const std::vector<std::string>& ExtremePositions();
 // visit. Ends at the first failure, with the position's text in its message.
 void VisitTrees(unsigned seed, int count, const std::function<void()>& visit);
 
+// The same for boards on which pawns meet and are about to promote, kings and rooks stand at home
+// with every right, and double steps are common: each board, and what each of its pawns' double
+// steps and some of its other moves lead to.
+void VisitPawnBoards(unsigned seed, int count, const std::function<void()>& visit);
+
 }  // namespace tarvyle::support
