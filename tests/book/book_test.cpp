@@ -33,6 +33,10 @@ constexpr const char* kRangeMessage = "# ----> error: MoveFromLib() \n";
 
 class BookMoves : public testing::Test {
  protected:
+  // Places in the move list of two candidates that stand by each other.
+  static constexpr int kFirst = 2;
+  static constexpr int kSecond = 3;
+
   void SetUp() override {
     StartAfresh();
     ASSERT_TRUE(LegalMoveList());
@@ -117,81 +121,173 @@ TEST_F(BookMoves, NeedTheSideAndTheTextOfTheNode) {
   EXPECT_EQ(MoveFromLib(0, last_), 0u);
 }
 
+// --- what candidates draw from -------------------------------------------------------------------
+
 constexpr int kIgnored = 0;
 constexpr int kRefused = -1;  // with a message
 
-struct RangeRow {
+struct PairRow {
   const char* meaning;
-  std::vector<int> values;  // of the candidates
-  std::vector<int> ranges;  // that each draws from, or one of the above
+  int values[2];  // of the two candidates
+  int ranges[2];  // that each draws from, worked out by hand, or one of the above
 };
 
-// The choice that these ranges lead to, drawing with the C library's generator as it stands.
-int ChosenIndex(const std::vector<int>& ranges) {
-  int chosen = -1;
-  int best = -1000000;
-  for (std::size_t i = 0; i < ranges.size(); ++i) {
-    if (ranges[i] <= 0) continue;
-    const int draw = std::rand() % ranges[i];
-    if (draw > best) {
-      best = draw;
-      chosen = static_cast<int>(i);
-    }
+// A base of 21 more than the least reduced value, to which a positive value adds itself, up to 70,
+// and one below 0 adds 70. A value below 0 is reduced upwards by whole pawns until it is above 499,
+// one above 500 downwards.
+const PairRow kPairRows[] = {
+    {"plain book nodes", {0, 0}, {21, 21}},
+    {"a good value draws from more", {0, 30}, {21, 51}},
+    {"the better of two", {30, 40}, {30 + 51, 40 + 51}},
+    {"up to 70", {0, 70}, {21, 91}},
+    {"and not further", {71, 0}, {91, 21}},
+    {"500 is still kept whole", {500, 0}, {91, 21}},
+    {"the least value sets the base, whatever its place", {40, 30}, {40 + 51, 30 + 51}},
+    {"a value below 0 weighs 70", {0, -1}, {21, 91}},
+    {"so does one of half a pawn", {-500, 0}, {91, 21}},
+    {"two of these: -1 is reduced to 999", {-1, -1}, {70 + 1020, 70 + 1020}},
+    {"-500 is reduced to 500", {-500, -1}, {70 + 521, 70 + 521}},
+    {"-501 to 1499: 499 is not enough", {-501, -501}, {70 + 1520, 70 + 1520}},
+    {"-999900 to 1100, and it is no mate yet", {-999900, -999900}, {70 + 1121, 70 + 1121}},
+    {"whole pawns count nothing", {0, 5000}, {21, 21}},
+    {"what is over them does", {0, 5030}, {21, 51}},
+    {"half a pawn over stays", {1500, 1500}, {70 + 521, 70 + 521}},
+    {"501 over is 499 under: ignored", {501, 0}, {kIgnored, 21}},
+    {"an ignored one does not set the base", {50, 501}, {50 + 71, kIgnored}},
+    {"29 under a pawn is usable and sets a base of -8", {971, 40}, {kRefused, 40 - 8}},
+    {"30 under is ignored", {970, 40}, {kIgnored, 40 + 61}},
+    {"a base of 0 leaves nothing to a plain node", {979, 0}, {kRefused, kRefused}},
+    {"a base of 1 leaves one draw", {0, 980}, {1, kRefused}},
+    {"14 under a pawn: a base of 7, too little for itself", {986, 40}, {kRefused, 40 + 7}},
+    {"10 under: a base of 11, just enough", {990, 990}, {1, 1}},
+    {"a mate weighs 70 and leaves the base", {0, 999950}, {21, 91}},
+    {"the least mate", {999901, 0}, {91, 21}},
+    {"just none: 100 under a pawn", {999900, 0}, {kIgnored, 21}},
+    {"being mated is ignored", {-999901, 0}, {kIgnored, 21}},
+    {"the least score of all, whose negative is itself", {INT_MIN, 0}, {kIgnored, 21}},
+    {"both ignored", {501, -1000000}, {kIgnored, kIgnored}},
+};
+
+// How often a message was said.
+int TimesSaid(const std::string& text, const std::string& message) {
+  int times = 0;
+  for (std::size_t at = text.find(message); at != std::string::npos; at = text.find(message, at)) {
+    ++times;
+    at += message.size();
   }
-  return chosen;
+  return times;
 }
 
+// A range shows where the other draw is lowest: against a draw of 0 the later candidate loses
+// exactly when its range divides its random number, and against a draw of 1 the earlier one does.
 TEST_F(BookMoves, AreDrawnFromRangesByTheirValues) {
-  const RangeRow rows[] = {
-      {"plain book nodes", {0, 0, 0}, {21, 21, 21}},
-      {"one alone", {0}, {21}},
-      {"good values draw from more, up to 70", {0, 30, 70, 71, 500}, {21, 51, 91, 91, 91}},
-      {"the least value sets the base", {30, 40}, {30 + 51, 40 + 51}},
-      {"a value below 0 weighs 70", {0, -1, -100, -500}, {21, 91, 91, 91}},
-      {"and its reduced value sets the base: 999", {-1}, {70 + 999 + 21}},
-      {"reduced to 500", {-500}, {70 + 500 + 21}},
-      {"-501 becomes 1499: 499 is not enough", {-501}, {70 + 1499 + 21}},
-      {"whole pawns are left out", {0, 1000, 5030}, {21, 21, 51}},
-      {"500 over stays", {1500}, {70 + 500 + 21}},
-      {"501 over is 499 under: ignored", {501, 0}, {kIgnored, 21}},
-      {"29 under a pawn still counts", {971, 40}, {kRefused, 40 - 29 + 21}},
-      {"30 under is ignored", {970, 40}, {kIgnored, 40 + 40 + 21}},
-      {"a base of 0 leaves nothing to a plain node", {979, 0}, {kRefused, kRefused}},
-      {"a base of 1 leaves one draw", {980, 0}, {kRefused, 1}},
-      {"all refused", {971, 0, 980}, {kRefused, kRefused, kRefused}},
-      {"mates are kept as they are", {999950}, {70 + 999950 + 21}},
-      {"and weigh 70", {0, 999950}, {21, 91}},
-      {"the greatest minimum is a million",
-       {INT_MAX, 1000500, INT_MAX - 1},
-       {70 + 1000021, 70 + 1000021, 70 + 1000021}},
-      {"just no mate", {999900, 0}, {kIgnored, 21}},
-      {"the least mate", {999901, 0}, {91, 21}},
-      {"being mated is ignored", {-999901, 0}, {kIgnored, 21}},
-      {"everything ignored", {-999901, 501, -1000000}, {kIgnored, kIgnored, kIgnored}},
-      {"just not mated", {-999900}, {70 + 1100 + 21}},
-      {"the least score of all, whose negative is itself", {INT_MIN, 0}, {kIgnored, 21}},
-      {"ignored ones do not set the base", {501, 50, -1000000}, {kIgnored, 50 + 71, kIgnored}},
-  };
-  for (const RangeRow& row : rows) {
+  for (const PairRow& row : kPairRows) {
     SCOPED_TRACE(row.meaning);
     StartAfresh();
     ASSERT_TRUE(LegalMoveList());
-    for (std::size_t i = 0; i < row.values.size(); ++i) {
-      Enter(2 * static_cast<int>(i), row.values[i]);
+    Enter(kFirst, row.values[0]);
+    Enter(kSecond, row.values[1]);
+    const auto draws = [&row](int i) { return row.ranges[i] > 0; };
+    const int drawn = (draws(0) ? 1 : 0) + (draws(1) ? 1 : 0);
+    const int refused = (row.ranges[0] == kRefused ? 1 : 0) + (row.ranges[1] == kRefused ? 1 : 0);
+    const int rounds = drawn == 2 ? 40 * std::max(row.ranges[0], row.ranges[1]) : 100;
+
+    std::srand(7);
+    std::vector<int> numbers;  // what the generator will give, all draws of all rounds
+    for (int i = 0; i < drawn * rounds; ++i) numbers.push_back(std::rand());
+    const int next_number = std::rand();
+
+    std::srand(7);
+    std::vector<Move> choices;
+    const Said printed = Listen([&] {
+      for (int i = 0; i < rounds; ++i) choices.push_back(MoveFromLib(kFirst, kSecond));
+    });
+    EXPECT_EQ(std::rand(), next_number) << "one number for each candidate that draws";
+    EXPECT_EQ(printed.out, "");
+    EXPECT_EQ(TimesSaid(printed.err, kRangeMessage), refused * rounds);
+    EXPECT_EQ(printed.err.size(),
+              static_cast<std::size_t>(refused * rounds) * std::string(kRangeMessage).size());
+    if (drawn < 2) {
+      const Move only = draws(0) ? tree[kFirst] : draws(1) ? tree[kSecond] : 0;
+      EXPECT_EQ(std::count(choices.begin(), choices.end(), only), rounds);
+      continue;
     }
-    std::string messages;
-    for (const int range : row.ranges) messages += range == kRefused ? kRangeMessage : "";
-    for (unsigned seed = 1; seed <= 60; ++seed) {
-      std::srand(seed);
-      const int chosen = ChosenIndex(row.ranges);
-      const int next_draw = std::rand();
-      std::srand(seed);
-      Move choice = 0;
-      const Said printed = Listen([&] { choice = MoveFromLib(0, treeCnt[1] - 1); });
-      ASSERT_EQ(choice, chosen < 0 ? 0 : tree[2 * chosen]) << "seed " << seed;
-      ASSERT_EQ(std::rand(), next_draw) << "one draw for each candidate that may be chosen";
-      ASSERT_EQ(printed.err, messages);
-      ASSERT_EQ(printed.out, "");
+    int shown[2] = {};
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+      const int first = numbers[2 * i];
+      const int second = numbers[2 * i + 1];
+      const bool later = choices[i] == tree[kSecond];
+      ASSERT_TRUE(later || choices[i] == tree[kFirst]);
+      if (first % row.ranges[0] == 0) {
+        ++shown[1];
+        ASSERT_EQ(later, second % row.ranges[1] != 0) << "the later one's range";
+      }
+      if (second % row.ranges[1] == 0) {
+        ASSERT_FALSE(later) << "ties go to the earlier one";
+      }
+      if (second % row.ranges[1] == 1) {
+        ++shown[0];
+        ASSERT_EQ(later, first % row.ranges[0] == 0) << "the earlier one's range";
+      }
+    }
+    EXPECT_GE(shown[1], 15);
+    EXPECT_GE(shown[0], row.ranges[1] > 1 ? 15 : 0);
+  }
+}
+
+// A mate's value is kept as it is, however great: it becomes the base when there is nothing else,
+// but a base never exceeds a million and 21.
+TEST_F(BookMoves, ThatAllMateAreDrawnFromEqualRanges) {
+  for (const int value : {999901, 999950, 1000000, 1000500, INT_MAX - 1, INT_MAX}) {
+    SCOPED_TRACE(value);
+    StartAfresh();
+    ASSERT_TRUE(LegalMoveList());
+    Enter(kFirst, value);
+    Enter(kSecond, INT_MAX);
+    int later = 0;
+    std::srand(1);
+    const Said printed = Listen([&] {
+      for (int i = 0; i < 2000; ++i) later += MoveFromLib(kFirst, kSecond) == tree[kSecond] ? 1 : 0;
+    });
+    EXPECT_EQ(printed.err, "");
+    EXPECT_NEAR(later, 1000, 120);
+  }
+}
+
+struct ShareRow {
+  const char* meaning;
+  std::vector<int> values;
+  std::vector<double> shares;  // by hand: ways in which each wins, of all ways to draw
+};
+
+TEST_F(BookMoves, AreChosenAsOftenAsTheirRangesSay) {
+  const ShareRow rows[] = {
+      // The first keeps ties: 1 + 4 + ... + 21 * 21 ways; the last loses them: 0 + 1 + ... + 20
+      // * 20.
+      {"three plain ones", {0, 0, 0}, {3311 / 9261.0, 3080 / 9261.0, 2870 / 9261.0}},
+      {"two plain ones", {0, 0}, {231 / 441.0, 210 / 441.0}},
+      {"a plain one, then a good one", {0, 30}, {231 / 1071.0, 840 / 1071.0}},
+      {"a good one, then a plain one", {30, 0}, {861 / 1071.0, 210 / 1071.0}},
+      {"a plain one, then one below 0", {0, -1}, {231 / 1911.0, 1680 / 1911.0}},
+  };
+  constexpr int kRounds = 30000;
+  for (const ShareRow& row : rows) {
+    SCOPED_TRACE(row.meaning);
+    StartAfresh();
+    ASSERT_TRUE(LegalMoveList());
+    std::map<Move, std::size_t> place;
+    for (std::size_t i = 0; i < row.values.size(); ++i) {
+      Enter(static_cast<int>(i), row.values[i]);
+      place[tree[i]] = i;
+    }
+    std::vector<int> times(row.values.size());
+    std::srand(1);
+    for (int i = 0; i < kRounds; ++i) {
+      ++times[place.at(MoveFromLib(0, static_cast<int>(row.values.size()) - 1))];
+    }
+    // Five standard deviations are no more than 433.
+    for (std::size_t i = 0; i < times.size(); ++i) {
+      EXPECT_NEAR(times[i], row.shares[i] * kRounds, 433) << i;
     }
   }
 }

@@ -81,23 +81,26 @@ TEST_F(RandomisedSearch, NothingBecomesACandidateAfterTheStop) {
   // The stage is stopped after any number of nodes: in the last depth, too, when a move has got
   // above the floor already.
   ASSERT_TRUE(HashAllocate(0x10000));
-  for (int nodes = 100; nodes <= 4000; nodes += 100) {
+  int stopped_between = 0;
+  for (int nodes = 1000; nodes <= 4000; nodes += 50) {
     ASSERT_TRUE(FreshProcess());
     GoTo(kMiddleGame);
     stage_clock = {};
-    stage_clock.steps[0] = stage_clock.steps[1] = 100000;
-    stage_clock.nodes[0] = 1500;
-    stage_clock.nodes[1] = nodes;
+    stage_clock.steps[0] = 100000;  // over at the first poll
+    stage_clock.steps[1] = 5000;    // over at the second, 4096 nodes later
+    stage_clock.first_poll = nodes;
     const Outcome run = RunSearch();
+    stopped_between += CandidatesOf(run).empty() ? 0 : 1;
     EXPECT_EQ(1 + static_cast<int>(CandidatesOf(run).size()), stage_clock.set_aside_at_stop)
         << nodes;
   }
+  EXPECT_GT(stopped_between, 3) << "the stage has been stopped with candidates found";
 }
 
 TEST_F(RandomisedSearch, NoDepthIsBegunAfterTheStop) {
   GoTo(kMiddleGame);
   stage_clock.steps[1] = 100000;
-  stage_clock.nodes[1] = 1;
+  stage_clock.first_poll = 1;
   const Outcome run = RunSearch();
   EXPECT_GT(s_depth, 2) << "still that of the stage before";
   EXPECT_GE(s_depth, BestMoveOf(run).at(0).depth);
@@ -108,6 +111,33 @@ TEST_F(RandomisedSearch, AllMovesCanBeCandidates) {
   stage_clock.steps[0] = stage_clock.steps[1] = 0;
   const Outcome run = RunSearch();
   EXPECT_EQ(CandidatesOf(run).size(), 1u);  // of two moves
+}
+
+TEST_F(RandomisedSearch, CandidatesReachDownToTwoPawnsBelowTheBestButNotFurther) {
+  // Positions with gains and losses of all sizes, shallow searches.
+  ASSERT_TRUE(HashAllocate(0x10000));
+  int widest = 0;
+  int searches = 0;  // with a candidate
+  for (const auto& row : DataRows("positions.tsv")) {
+    if (searches == 100) break;
+    ASSERT_TRUE(FreshProcess());
+    ASSERT_TRUE(SetUpGame(row[0]));
+    stage_clock = {};
+    stage_clock.steps[0] = 3000;  // over at the second poll
+    stage_clock.steps[1] = 400;
+    stage_clock.steps[2] = 100000;
+    const Outcome run = RunSearch();
+    const std::vector<Told> candidates = CandidatesOf(run);
+    if (candidates.empty()) continue;
+    ++searches;
+    const Told best = BestMoveOf(run).at(0);
+    for (const Told& candidate : candidates) {
+      EXPECT_LT(best.score - candidate.score, 2000) << candidate.move << " in " << row[0];
+      widest = std::max(widest, best.score - candidate.score);
+    }
+  }
+  EXPECT_EQ(searches, 100);
+  EXPECT_GE(widest, 1990);
 }
 
 // --- stage 2 -------------------------------------------------------------------------------------
@@ -156,7 +186,9 @@ TEST_F(RandomisedSearch, PlayoutsAreRandom) {
     ASSERT_TRUE(FreshProcess());
     GoTo(kBothMovesAreMated);
     test_clock.seed = seed;
-    outcomes.insert(RunSearch().lines.at(7));
+    const std::vector<Told> results = ResultsOf(RunSearch());
+    ASSERT_EQ(results.size(), 2u);
+    outcomes.insert(results[0].move + ' ' + std::to_string(results[0].score));
   }
   EXPECT_GT(outcomes.size(), 2u);
 }

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <sstream>
 
-#include "host/nodelimit.h"
 
 namespace tarvyle::support {
 
@@ -14,10 +13,7 @@ namespace {
 
 std::uint32_t ReadStageClock() {
   const int stage = StageOf(limit_time);
-  if (stage >= 0) {
-    stage_clock.now += stage_clock.steps[stage];
-    LookAgainAfter(stage_clock.nodes[stage]);
-  }
+  if (stage >= 0) stage_clock.now += stage_clock.steps[stage];
   if (stage == 0 && stage_clock.values_before_stage1.empty()) {
     stage_clock.values_before_stage1.assign(sort_val, sort_val + treeCnt[1]);
   }
@@ -64,7 +60,8 @@ Outcome RunSearch(int allowance) {
   stage_clock.allowance = allowance;
   stage_clock.readings.clear();
   stage_clock.values_before_stage1.clear();
-  world = {ReadStageClock, ReadTestSeed};
+  const auto first_poll = static_cast<std::uint64_t>(stage_clock.first_poll);
+  world = {ReadStageClock, ReadTestSeed, nullptr, kNodesPerPoll - first_poll};
   is_rnd_search = 1;
   limit_time = allowance;
   const GameRecord before = g;

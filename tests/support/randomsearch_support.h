@@ -29,7 +29,7 @@ struct Reading {
 struct StageClock {
   int allowance = kAllowance;
   std::uint32_t steps[3] = {500, 900, 100};  // ms a reading: ten polls and the stage is over
-  int nodes[3] = {4096, 4096, 4096};         // up to the first reading in a stage, at most 4096
+  int first_poll = 4096;                     // node of each stage at which it is first read
   std::uint32_t now = 100000;
   std::vector<Reading> readings;
   std::vector<int> values_before_stage1;
