@@ -1,7 +1,7 @@
 """What the tests of the whole program share: where it is, how skipping is told, and ways of running it.
 
-ctest passes the folder of the programs in ENGINE_BIN_DIR and the preloaded clock in
-FIXED_TIME_LIBRARY. By hand, `pytest tests/program` takes those of the release preset.
+ctest passes the folder of the programs in ENGINE_BIN_DIR, and what is preloaded into them in
+FIXED_TIME_LIBRARY (a clock) and DISK_LOG_LIBRARY. By hand, `pytest tests/program` takes those of the release preset.
 """
 
 import contextlib
@@ -67,11 +67,20 @@ def engine() -> pathlib.Path:
     return path
 
 
-@pytest.fixture(scope="session")
-def fixed_time() -> pathlib.Path:
-    path = pathlib.Path(os.environ.get("FIXED_TIME_LIBRARY", RELEASE / "tests" / "fixed_time.so"))
+def preloaded(name: str) -> pathlib.Path:
+    path = pathlib.Path(os.environ.get(f"{name.upper()}_LIBRARY", RELEASE / "tests" / f"{name}.so"))
     assert path.is_file(), f"{path} is not built"
     return path
+
+
+@pytest.fixture(scope="session")
+def fixed_time() -> pathlib.Path:
+    return preloaded("fixed_time")
+
+
+@pytest.fixture(scope="session")
+def disk_log() -> pathlib.Path:
+    return preloaded("disk_log")
 
 
 @pytest.fixture(scope="session")
