@@ -70,6 +70,15 @@ TEST_F(LearnFilter, SeldomSaysMaybeToOthersHoweverLargeTheTable) {
   }
 }
 
+// Four bits a key: with two, a full filter says maybe to three times as many.
+TEST_F(LearnFilter, SaysMaybeToFewOthersEvenWhenItIsFull) {
+  Enter(4095);
+  EXPECT_FALSE(LearnFilterIsFull());
+  EXPECT_LT(FalseAlarms(), 65) << "of 10000";
+  Enter(1);
+  EXPECT_TRUE(LearnFilterIsFull());
+}
+
 TEST_F(LearnFilter, ForgetsWithTheTable) {
   Enter(5000);
   LearnClear();
