@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <string>
 
+#include "frontend/exit.h"
 #include "search/hash.h"
 #include "search/style.h"
 #include "tests/support/frontend_support.h"
@@ -238,14 +239,36 @@ TEST_F(StartUpTest, AnUnknownStyleLeavesTheDefault) {
 
 TEST_F(StartUpTest, ReadsTheLearnFileInPlaceOfTheBook) {
   Start();
-  InitNewGame();
   ASSERT_TRUE(Play("d2d4"));
-  InsertNodeLearn();
-  prev_inst = 0;
-  Listen([] { ObeyLine("quit\n"); });
+  SaveSearchResult(1234, 7);
+  Listen(WriteLearnFile);
+  LearnReset();
+  WriteFile(Path("tarvyle.bk"), "c2c4\n");
+  EXPECT_EQ(Start().err, "");
+
+  ASSERT_TRUE(Play("d2d4"));
+  const LearnNode* learned = FindCurrentNode();
+  ASSERT_NE(learned, nullptr);
+  EXPECT_EQ(learned->score, 1234);
+  EXPECT_EQ(learned->depth, 7);
+  EXPECT_EQ(learned->book, 0);
+  InitNewGame();
+  ASSERT_TRUE(Play("e2e4"));
+  const LearnNode* of_first_book = FindCurrentNode();
+  ASSERT_NE(of_first_book, nullptr);
+  EXPECT_EQ(of_first_book->book, 1);
+  InitNewGame();
+  ASSERT_TRUE(Play("c2c4"));
+  EXPECT_EQ(FindCurrentNode(), nullptr) << "the book in the folder is not read";
+}
+
+TEST_F(StartUpTest, AnEmptyLearnFileIsALearnFile) {
   WriteFile(Path("tarvyle.lrn"), "");
+  EXPECT_EQ(Start().err, "");
+  ASSERT_TRUE(Play("e2e4"));
+  EXPECT_EQ(FindCurrentNode(), nullptr) << "the book is not read";
   std::filesystem::remove(Path("tarvyle.bk"));
-  EXPECT_EQ(Start().err, "") << "an empty learn file is a learn file";
+  EXPECT_EQ(Start().err, "") << "nor missed";
 }
 
 TEST_F(StartUpTest, DeletesADamagedLearnFileAndReadsTheBook) {
