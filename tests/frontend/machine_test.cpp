@@ -190,11 +190,16 @@ TEST_F(MachineTest, SaysTheEndAfterAStalematingMove) {
   EXPECT_EQ(Listen([] { EXPECT_TRUE(move_machine()); }).out, "move h6g6\nthe end\n");
 }
 
-TEST_F(MachineTest, SaysCheckInTheConsoleOnly) {
+TEST_F(MachineTest, SaysCheckUnlessAGuiListens) {
   const char* const kOnlyCheck = "k7/2Q5/3p4/8/4K3/8/8/1R6 b - -";
   InitGame(kOnlyCheck);
   const std::string out = Listen(move_machine).out;
   EXPECT_TRUE(out.ends_with("side:  white\nmove d6d5\ncheck\n")) << out;
+  is_glintview = 1;
+  const std::string shown = "position k7/2Q5/8/3p4/4K3/8/8/1R6 w\n";
+  InitGame(kOnlyCheck);
+  EXPECT_EQ(Listen(move_machine).out, shown + "move d6d5\ncheck\n") << "a display is no GUI";
+  is_glintview = 0;
   is_xboard = 1;
   InitGame(kOnlyCheck);
   EXPECT_EQ(Listen(move_machine).out, "move d6d5\n");

@@ -103,6 +103,20 @@ TEST_F(SavedGameTest, ReplacesAnOlderFileAndLeavesNothingElse) {
   EXPECT_EQ(Names(), std::vector<std::string>{"game.dat"});
 }
 
+// A program of the same process id was killed while it saved. Writing through to the older file in
+// its place would give up what the temporary one is for; its hard link would show that.
+TEST_F(SavedGameTest, ATemporaryFileLeftBehindChangesNothing) {
+  ASSERT_TRUE(SaveGame(path_.c_str()));
+  const std::string older = ReadFile(path_);
+  std::filesystem::create_hard_link(path_, Path("older.dat"));
+  WriteFile(Path("tarvyle_save_tmp" + std::to_string(getpid()) + ".dat"), "half a game");
+  ASSERT_TRUE(Play("b8c6"));
+  ASSERT_TRUE(SaveGame(path_.c_str()));
+  EXPECT_EQ(ReadFile(path_), Image());
+  EXPECT_EQ(ReadFile(Path("older.dat")), older);
+  EXPECT_EQ(Names().size(), 2u) << "the temporary file is gone";
+}
+
 TEST_F(SavedGameTest, ReportsAFileThatCannotBeWritten) {
   EXPECT_FALSE(SaveGame(Path("missing/game.dat").c_str()));
   EXPECT_FALSE(SaveGame(folder_.Name().c_str()));
