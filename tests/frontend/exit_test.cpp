@@ -192,22 +192,5 @@ TEST_F(ExitTest, WritesNothingOverALinkToNowhereOrAPipe) {
   EXPECT_EQ(Names(), std::multiset<std::string>{"tarvyle.lrn"});
 }
 
-TEST_F(ExitTest, DrawsTheTemporaryNumber) {
-  std::set<std::string> names;
-  WriteFile(learn_file_, std::string(100000, 'x'));
-  Learn(1);
-  for (int i = 0; i < 5; ++i) Listen(WriteLearnFile);
-  for (const auto& entry : std::filesystem::directory_iterator(folder_.Name())) {
-    names.insert(entry.path().filename());
-  }
-  EXPECT_EQ(names.size(), 6u) << "five files left behind, each of its own name";
-  for (const std::string& name : names) {
-    if (name == "tarvyle.lrn") continue;
-    const std::string number = name.substr(15, name.size() - 15 - 4);
-    EXPECT_EQ(name, "tarvyle_tmp_lrn" + std::to_string(std::stoi(number)) + ".lrn");
-    EXPECT_LT(std::stoi(number), 1000);
-  }
-}
-
 }  // namespace
 }  // namespace tarvyle
