@@ -76,13 +76,24 @@ bool MayLeaveTheFolder(const char* line) {
   return std::strchr(line, '/') != nullptr && ReadCommand(line).token != "setboard";
 }
 
-// While moves are kept for "redo", a new one ends the process: on purpose, when it is entered into
-// the game. Everything up to there is done here instead.
-bool EndsOnPurpose(const char* line) {
-  if (g.game_len == g.game_max) return false;
-  const std::string token = ReadCommand(line).token;
+bool MovesAreKept() { return g.game_len < g.game_max; }
+
+bool IsTypedMove(const Command& command) {
   Move move = 0;
-  return token == "go" ? SearchMove(move) : StrToMove(token, move);
+  return StrToMove(command.token, move);
+}
+
+// Obeys a line; false where the process ends. While moves are kept for "redo", a new one ends it on
+// purpose, when it is entered into the game: everything up to there is done here instead. "go"
+// searches once and is not obeyed after that, for a second search need not end as the first did.
+bool ObeyUnlessItEnds(const char* line) {
+  const Command command = ReadCommand(line);
+  if (!MovesAreKept()) return ObeyLine(line);
+  if (command.token == "go") {
+    Move move = 0;
+    return !SearchMove(move);
+  }
+  return !IsTypedMove(command) && ObeyLine(line);
 }
 
 struct CloseFile {
@@ -101,7 +112,7 @@ void ObeyLines(std::string_view input) {
   char line[kInputLineSize];
   while (!NodesAreUsedUp() && std::fgets(line, sizeof line, in.get()) != nullptr) {
     if (MayLeaveTheFolder(line)) continue;
-    if (EndsOnPurpose(line) || !ObeyLine(line)) return;
+    if (!ObeyUnlessItEnds(line)) return;
     Expect(ply == 0 && RecordIsSound(g), "the record is sound after every line");
   }
 }

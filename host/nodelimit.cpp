@@ -7,15 +7,15 @@ namespace tarvyle {
 
 namespace {
 
-constexpr std::uint32_t kLongerThanAnyAllowance = 1000 * kMillisecondsPerSecond;
-
 int (*allotted)() = nullptr;
 
+// Stands still: a clock that moved on would wrap one day, and give a search many nodes more.
 std::uint32_t BoundingClock() {
-  static std::uint32_t now = 0;
   if (cnt_nodes == world.first_count) LookAgainAfter(allotted());
-  return now += kLongerThanAnyAllowance;
+  return 0;
 }
+
+bool AtTheFirstLook() { return true; }
 
 }  // namespace
 
@@ -29,7 +29,7 @@ void LookAgainAfter(int nodes) {
 
 World NodeBoundWorld(int (*allot)(), unsigned (*seed)()) {
   allotted = allot;
-  return {BoundingClock, seed};
+  return {BoundingClock, seed, AtTheFirstLook};
 }
 
 }  // namespace tarvyle

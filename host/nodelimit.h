@@ -11,8 +11,9 @@ namespace tarvyle {
 // not after kNodesPerPoll. At any other reading nothing happens.
 void LookAgainAfter(int nodes);
 
-// A world whose clock ends every search, and every stage of a randomised one, at its first look:
-// after as many nodes as `allot` says when it begins to count (brought into 1..kNodesPerPoll).
+// A world that ends every search, and every stage of a randomised one, at its first look at the
+// clock: after as many nodes as `allot` says when it begins to count (brought
+// into 1..kNodesPerPoll).
 World NodeBoundWorld(int (*allot)(), unsigned (*seed)());
 
 }  // namespace tarvyle

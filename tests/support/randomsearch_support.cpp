@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <sstream>
 
-
 namespace tarvyle::support {
 
 namespace {
