@@ -181,6 +181,22 @@ TEST_F(InTurn, LinesWaitInTheOrderInWhichTheyWereFound) {
   EXPECT_EQ(LinesThatWait(), by_hand.waiting) << "of both searches, older ones first";
 }
 
+TEST_F(InTurn, LinesWaitThroughNewGamesUntilAnIterationEnds) {
+  GoTo(kMiddleGame);
+  test_clock.step = kInTurnStep_ms;
+  InTurnSession session;
+  Go(session, true);
+  const std::vector<PublishedLine> lines = LinesThatWait();
+  EXPECT_FALSE(lines.empty());
+  is_rnd_search = 0;
+  GoTo("7k/5Q2/6K1/8/8/8/8/8 b");
+  EXPECT_FALSE(SearchToDepth(2).found) << "stalemate";
+  ASSERT_TRUE(InitNewGame());
+  EXPECT_EQ(LinesThatWait(), lines);
+  EXPECT_EQ(SearchToDepth(2).iterations.size(), 1u);
+  EXPECT_EQ(pv_table, nullptr);
+}
+
 }  // namespace
 
 }  // namespace tarvyle
