@@ -76,8 +76,7 @@ void MergeByHand() {
   }
 }
 
-void IterationByHand(int depth, int score) {
-  NoteIteration(depth, score);
+void IterationByHand(int depth, int /*score*/) {
   if (depth == 2) MergeByHand();
 }
 
@@ -95,16 +94,16 @@ std::string InTurnText(const Report& report) {
 class InTurn : public SearchTest {
  protected:
   // One search; its result is told and played.
-  static void Go(InTurnSession& session, bool randomised) {
-    Report report;
-    running_report = &report;
+  static void Go(InTurnSession& session, bool randomised,
+                 void (*after_iteration)(int, int) = nullptr) {
     is_rnd_search = randomised ? 1 : 0;
-    limit_time = randomised ? kInTurnTime : kNoTimeLimit;
-    Move move = 0;
-    Printed([&] { report.found = SearchMove(move); });
+    limit_time = randomised ? kInTurnTime : kLongAllowance;
+    Report report;
+    Printed([&] { report = SearchToDepth(kInTurnDepth, after_iteration); });
     ASSERT_TRUE(report.found);
-    report.move = MoveToStr(move);
     session.push_back(InTurnText(report));
+    Move move = 0;
+    ASSERT_TRUE(StrToMove(report.move, move));
     ASSERT_TRUE(InsertMoveInGame(move, search_score));
   }
 
@@ -126,8 +125,6 @@ class InTurn : public SearchTest {
   static void PlayByEngine(const char* root, const std::string& searches, InTurnSession& session) {
     Begin(root);
     world = {ReadTestClock, ReadTestSeed};
-    root_hooks = {kInTurnDepth, NoteIteration};
-    status_sink = [](const SearchStatus&) {};
     for (const char search : searches) {
       Go(session, search == 'r');
       const bool lines_wait = pv_table != nullptr;
@@ -143,9 +140,8 @@ class InTurn : public SearchTest {
     for (const char search : searches) {
       const bool randomised = search == 'r';
       world = {randomised ? ReadClockAndLoosenTongue : ReadTestClock, ReadTestSeed};
-      root_hooks = {kInTurnDepth, IterationByHand};
       status_sink = randomised ? NoteForLater : NoteFirstIteration;
-      Go(session, randomised);
+      Go(session, randomised, IterationByHand);
       DropLines();
       if (!randomised) by_hand = {};
       Reply();

@@ -135,7 +135,8 @@ struct Report {
 };
 
 // Searches the current position, iterations up to `depth`, by the test's clock, allowance and seed,
-// and tells what happened. `after_iteration` is called as the root hook of that name.
+// and tells what happened. `after_iteration` is called as the root hook of that
+// name, and `status_sink`, where there is one, is told the lines.
 Report SearchToDepth(int depth, void (*after_iteration)(int depth, int score) = nullptr);
 
 // Arguments of the two node searches, by name. Both write their line to `node_line`.
