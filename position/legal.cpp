@@ -4,6 +4,7 @@
 
 #include "position/game.h"
 #include "position/legality.h"
+#include "position/makemove.h"
 #include "position/movegen.h"
 #include "position/movestack.h"
 #include "position/record.h"
@@ -12,15 +13,6 @@
 namespace tarvyle {
 
 namespace {
-
-// Looking at moves leaves the same trace in the record as making and taking back one of them: the
-// self-check of an insertion counts on it.
-void StampRecord() {
-  const int index = g.game_len + ply;
-  g.game_moves[index] = 0;
-  g.game_keys[index] = 0;
-  g.undo[index] = {0, 0, 0, 0, g.fifty};
-}
 
 bool KeepLegalMoves() {
   if (!Generate()) return false;
@@ -34,7 +26,7 @@ bool KeepLegalMoves() {
     if (legal) std::swap(tree[i], tree[kept++]);
   }
   treeCnt[ply + 1] = kept;
-  if (looked) StampRecord();
+  if (looked) LeaveTrace();
   return true;
 }
 

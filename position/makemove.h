@@ -1,5 +1,6 @@
 #pragma once
 
+#include "position/record.h"
 #include "position/types.h"
 
 namespace tarvyle {
@@ -12,8 +13,17 @@ void MakeMove(Move move);
 // Takes back the move made last, which the caller passes again. Aborts like MakeMove.
 void UnMakeMove(Move move);
 
-// The same two for moves of doubtful origin: false, with the record left half-way, where the
-// others abort or would read outside a table.
+// Leaves in the record what making some move here and taking it back would, for moves that are
+// looked at without being made: the self-check of an insertion, and saved games, count on it.
+inline void LeaveTrace() {
+  const int index = g.game_len + ply;
+  g.game_moves[index] = 0;
+  g.game_keys[index] = 0;
+  g.undo[index] = {0, 0, 0, 0, g.fifty};
+}
+
+// Making and taking back for moves of doubtful origin: false, with the record left half-way,
+// where the others abort or would read outside a table.
 bool TryMakeMove(Move move);
 bool TryUnMakeMove(Move move);
 

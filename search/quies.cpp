@@ -57,11 +57,11 @@ bool DrawRuleIsFar() {
 }
 
 // Does for moves whose gain leaves the opponent standing pat on material alone what making them,
-// searching and taking them back would do: count the nodes and stamp the undo record, which is part
-// of a saved game.
+// searching and taking them back would do: count the nodes and leave a trace in the record, which
+// is part of a saved game.
 void CountRefuted(int moves) {
   for (; moves > 0; --moves) StopSearch();
-  g.undo[g.game_len + ply].fifty_before = g.fifty;
+  LeaveTrace();
 }
 
 }  // namespace
