@@ -144,6 +144,7 @@ class QuiescenceTwin : public support::SearchTest {
   void CompareHere() {
     ++positions_;
     Keep();
+    NoteKinds();
     const std::vector<Window> windows = Windows();
     for (const Window& window : windows) Compare(window);
     const QuiesRun wide = Compare({-kInfinity, kInfinity});
@@ -176,6 +177,20 @@ class QuiescenceTwin : public support::SearchTest {
     support::Ascend();
   }
 
+  // What the list of this ply has.
+  void NoteKinds() {
+    if (ply > 0 && !GenerateCaptures()) return;
+    const auto has = [](Move kind) {
+      return std::any_of(tree + treeCnt[ply], tree + treeCnt[ply + 1],
+                         [=](Move move) { return (move & kind) != 0; });
+    };
+    with_promotion_ += has(kPromotion) ? 1 : 0;
+    with_recapture_ += std::any_of(tree + treeCnt[ply], tree + treeCnt[ply + 1], [](Move move) {
+      return (move & kCapture) != 0 && LastMove() != 0 && TargetOf(move) == TargetOf(LastMove());
+    });
+    long_lists_ += ply > 0 && treeCnt[ply + 1] - treeCnt[ply] > 20 ? 1 : 0;
+  }
+
   // So many positions were compared, and next to no search of them was stopped before its end.
   void ExpectAtLeast(int positions) const {
     EXPECT_GE(positions_, positions);
@@ -190,6 +205,9 @@ class QuiescenceTwin : public support::SearchTest {
   int searches_ = 0;
   int compared_ = 0;
   int stopped_ = 0;
+  int with_promotion_ = 0;
+  int with_recapture_ = 0;
+  int long_lists_ = 0;
 
  private:
   GameRecord kept_{};
@@ -204,6 +222,7 @@ TEST_F(QuiescenceTwin, AgreesInPositionsOfGames) {
     if (HasFailure()) return;
   }
   ExpectAtLeast(3000);
+  EXPECT_GT(with_recapture_, 300);
 }
 
 TEST_F(QuiescenceTwin, AgreesInExtremePositions) {
@@ -217,34 +236,77 @@ TEST_F(QuiescenceTwin, AgreesInExtremePositions) {
 TEST_F(QuiescenceTwin, AgreesOnRandomBoards) {
   support::VisitTrees(83, Scaled(3000, 100000), [&] { CompareHere(); });
   ExpectAtLeast(Scaled(3000, 100000));
+  EXPECT_GT(with_promotion_, positions_ / 20);
 }
 
-// Both armies in one corner and next to nothing of them: with the last pawn or rook gone nobody can
-// win, whatever the material says.
-std::string FewPieces(Random& random) {
-  constexpr int kRows = 4;
-  constexpr std::string_view kPieces = "pnbrPNBR";
-  std::string squares(32, '1');
+std::string FenOf(const std::string& squares) {
+  std::string fen;
+  for (int row = 0; row < 8; ++row) fen += (row > 0 ? "/" : "") + squares.substr(8 * row, 8);
+  return fen;
+}
+
+// A board whose first rows and files hold both kings and so many of these pieces, or one more, of
+// either colour in turn.
+std::string CrowdedCorner(Random& random, int rows, int files, std::string_view kinds, int pieces) {
+  std::string squares(64, '1');
   const auto place = [&](char letter) {
-    int square = Below(random, 32);
-    while (squares[square] != '1' || square % 8 > 4) square = Below(random, 32);
+    Square square = A8;
+    do {
+      square = 8 * Below(random, rows) + Below(random, files);
+    } while (squares[square] != '1');
     squares[square] = letter;
   };
   place('k');
   place('K');
-  for (int pieces = 1 + Below(random, 4); pieces > 0; --pieces) {
-    place(kPieces[Below(random, static_cast<int>(kPieces.size()))]);
+  for (pieces += Below(random, 2); pieces > 0; --pieces) {
+    const char letter = kinds[Below(random, static_cast<int>(kinds.size()))];
+    place(pieces % 2 == 0 ? letter : static_cast<char>(letter - 'a' + 'A'));
   }
-  std::string fen;
-  for (int row = 0; row < kRows; ++row) fen += squares.substr(8 * row, 8) + '/';
-  return fen + "8/8/8/8 " + (Below(random, 2) == 0 ? "w" : "b") + " - -";
+  return FenOf(squares) + (Below(random, 2) == 0 ? " w - -" : " b - -");
 }
 
+// With the last pawn or rook gone nobody can win, whatever the material says.
 TEST_F(QuiescenceTwin, AgreesWhereNobodyMayBeAbleToWin) {
   Random random(84);
   const int count = Scaled(1500, 50000);
-  for (int i = 0; i < count && !HasFailure(); ++i) CompareAlongAWalk(FewPieces(random), random, 2);
+  for (int i = 0; i < count && !HasFailure(); ++i) {
+    CompareAlongAWalk(CrowdedCorner(random, 4, 5, "pnbr", Below(random, 4)), random, 2);
+  }
   ExpectAtLeast(count);
+}
+
+// White queens among black pawns, who keep their king's corner closed.
+std::string QueensAmongPawns(Random& random) {
+  std::string squares(64, '1');
+  squares.replace(0, 2, "kp");
+  squares.replace(8, 2, "pp");
+  const auto place = [&](char letter, int pieces, int first_row, int rows) {
+    while (pieces > 0) {
+      const Square square = 8 * first_row + Below(random, 8 * rows);
+      if (squares[square] != '1') continue;
+      squares[square] = letter;
+      --pieces;
+    }
+  };
+  place('K', 1, 6, 2);
+  place('Q', 6 + Below(random, 4), 1, 6);
+  place('p', 12, 1, 5);
+  return FenOf(squares) + " b - -";
+}
+
+// Sorted once, and lowest first, where nothing is to be hoped for.
+TEST_F(QuiescenceTwin, AgreesWhereListsAreLong) {
+  Random random(88);
+  const int count = Scaled(500, 10000);
+  for (int i = 0; i < count && !HasFailure(); ++i) {
+    const std::string fen = QueensAmongPawns(random);
+    SCOPED_TRACE(fen);
+    support::GoTo(fen, "0");
+    CompareHere();
+    support::Ascend();
+  }
+  ExpectAtLeast(count);
+  EXPECT_GT(long_lists_, positions_ / 4);
 }
 
 TEST_F(QuiescenceTwin, AgreesAtTheLastPlies) {
@@ -263,7 +325,6 @@ TEST_F(QuiescenceTwin, AgreesAtTheLastPlies) {
 TEST_F(QuiescenceTwin, AgreesInRootsWithAnEnPassantCapture) {
   Random random(85);
   const char* const kRoots[] = {
-      "4k3/8/8/8/4p3/8/P2P3P/K7 w - - moves d2d4",
       "4k3/8/8/8/4p3/8/P2P3P/K7 w - - moves d2d4",
       "4k3/3p4/8/4P3/8/8/8/4K3 b - - moves d7d5",
       "rnbqkbnr/ppp1pppp/8/8/3p4/5NP1/PPPPPP1P/RNBQKB1R w KQkq - moves c2c4",
