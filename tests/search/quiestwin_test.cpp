@@ -54,10 +54,14 @@ class QuiescenceTwin : public support::SearchTest {
  protected:
   QuiescenceTwin() { world.should_stop = StopAtOnce; }
 
-  // Keeps the current position, so that every search starts from it. What undo records above it
-  // hold is made up: a stamp that is not renewed shows.
+  // Keeps the current position, so that every search starts from it. What the record holds above it
+  // is made up: a trace that is not left shows.
   void Keep() {
-    for (int i = g.game_len + ply; i < kRecordMoves; ++i) g.undo[i].fifty_before = 7000 + i;
+    for (int i = g.game_len + ply; i < kRecordMoves; ++i) {
+      g.game_moves[i] = static_cast<Move>(i);
+      g.game_keys[i] = 5000u + static_cast<unsigned>(i);
+      g.undo[i] = {i, i, i, 8, 7000 + i};
+    }
     kept_ = g;
     kept_list_.assign(tree + treeCnt[ply], tree + treeCnt[ply + 1]);
     counters_.assign(repetition_set, repetition_set + kRepetitionMask + 1);
