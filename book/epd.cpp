@@ -1,9 +1,10 @@
 #include "book/epd.h"
 
 #include "position/castling.h"
-#include "position/movegen.h"
+#include "position/enpassant.h"
 #include "position/record.h"
 #include "position/text.h"
+#include "position/types.h"
 
 namespace tarvyle {
 
@@ -46,13 +47,6 @@ char* PutEnPassant(char* out) {
 }
 
 }  // namespace
-
-Square en_pass_to(Move move, int side) {
-  const Square to = TargetOf(move);
-  const int step = OriginOf(move) - to;
-  if (PieceOf(move) != Pawn || (step != 16 && step != -16)) return 0;
-  return PawnBeside(to, 1 - side) ? to - dP[side] : 0;
-}
 
 void MakeEpd(char* buffer) {
   char* out = buffer;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "position/types.h"
-
 namespace tarvyle {
 
 inline constexpr int kEpdSize = 128;  // bytes that every position text fits into
@@ -12,8 +10,5 @@ inline constexpr int kEpdSize = 128;  // bytes that every position text fits int
 // castling letter needs the right and king and rook at home; an en-passant square needs an enemy
 // pawn beside the one that moved.
 void MakeEpd(char* buffer);
-
-// The square that may be captured en passant after `side` has played `move`, or 0.
-Square en_pass_to(Move move, int side);
 
 }  // namespace tarvyle

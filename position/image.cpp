@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "position/enpassant.h"
 #include "position/makemove.h"
-#include "position/movegen.h"
 #include "position/pieces.h"
 #include "position/record.h"
 #include "position/soundness.h"

@@ -113,8 +113,7 @@ bool Make(Move move) {
   ++repetition_set[g.key.low & kRepetitionMask];
   undo.fifty_before = g.fifty;
   // A null move starts the count anew as well: no repetition is looked for across it.
-  const bool reversible = move != 0 && (move & kNotQuiet) == 0 && PieceOf(move) != Pawn;
-  g.fifty = reversible ? Stepped(g.fifty, 1) : 0;
+  g.fifty = IsReversible(move) ? Stepped(g.fifty, 1) : 0;
   return true;
 }
 

@@ -6,6 +6,7 @@
 
 #include "position/castling.h"
 #include "position/directions.h"
+#include "position/enpassant.h"
 #include "position/movestack.h"
 #include "position/piecesets.h"
 #include "position/reach.h"
@@ -106,7 +107,7 @@ std::uint32_t SlotsOf(SquareSet pawns) {
 SquareSet BusyPawns(SquareSet enemies) {
   const int side = g.side;
   const SquareSet pawns = board_sets.of[side][Pawn];
-  const SquareSet before_last = RowSet(prom_row[side] - dP[side] / 8);
+  const SquareSet before_last = RowSet(SeventhRow(side));
   return pawns & (PawnTargets(1 - side, enemies) | before_last);
 }
 
@@ -210,19 +211,6 @@ bool CloseList(const Move* end) {
 }
 
 }  // namespace
-
-Move LastMove() {
-  const int made = g.game_len + ply;
-  return made > 0 ? g.game_moves[made - 1] : 0;
-}
-
-Square EnPassantSquare() {
-  if (g.game_len + ply == 0) return g.ep_sq;
-  const Move last = LastMove();
-  if (PieceOf(last) != Pawn) return 0;
-  const int rows = RowOf(OriginOf(last)) - RowOf(TargetOf(last));
-  return rows == 2 || rows == -2 ? TargetOf(last) + dP[g.side] : 0;
-}
 
 Move* MakePromote(Move* cursor) {
   const Move plain = cursor[-1] & ~kPieceMask;

@@ -20,10 +20,4 @@ bool GenerateCaptures();
 // cursor and returns the advanced cursor.
 Move* MakePromote(Move* cursor);
 
-// The last move made, or 0 directly after a set-up.
-Move LastMove();
-
-// Square that may be captured en passant now, or 0.
-Square EnPassantSquare();
-
 }  // namespace tarvyle

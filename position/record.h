@@ -123,6 +123,12 @@ inline bool PawnBeside(Square square, int colour) {
 // Distance from the search root, 0 outside the search. Raised by MakeMove, lowered by UnMakeMove.
 extern int ply;
 
+// The last move made, or 0 directly after a set-up.
+inline Move LastMove() {
+  const int made = g.game_len + ply;
+  return made > 0 ? g.game_moves[made - 1] : 0;
+}
+
 // Counters of the positions entered, by key & kRepetitionMask: raised by a set-up and by MakeMove,
 // lowered by UnMakeMove. Never reset by a new game; they wrap as unsigned numbers.
 inline constexpr std::uint32_t kRepetitionMask = 0x3FFF;

@@ -34,6 +34,9 @@ inline constexpr int dP[2] = {-8, 8};
 inline constexpr int prom_row[2] = {0, 7};
 inline constexpr int first_pawn_row[2] = {6, 1};
 
+// The row before that of promotion, from which pawns promote.
+constexpr int SeventhRow(int colour) { return prom_row[colour] - dP[colour] / 8; }
+
 // Home square of the king and of the long- and short-side rooks, by colour.
 inline constexpr Square kKingHome[2] = {E1, E8};
 inline constexpr Square kLongRookHome[2] = {A1, A8};
@@ -76,6 +79,12 @@ constexpr int PieceOf(Move move) { return static_cast<int>(move >> 12 & 7); }
 
 // The piece that leaves the origin: a pawn when the move promotes.
 constexpr int MoverOf(Move move) { return (move & kPromotion) != 0 ? Pawn : PieceOf(move); }
+
+// Whether the move can be undone by moving back: neither a capture, a promotion, castling nor a
+// pawn move, nor the null move.
+constexpr bool IsReversible(Move move) {
+  return move != 0 && (move & kNotQuiet) == 0 && PieceOf(move) != Pawn;
+}
 
 constexpr Move MoveWord(int piece, Square origin, Square target) {
   return static_cast<Move>(piece << 12 | origin << 6 | target);

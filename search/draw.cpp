@@ -12,10 +12,6 @@ namespace {
 constexpr int kReversibleToRepeat = 2;  // so few reversible half-moves cannot lead back
 constexpr int kFiftyMoves = 99;         // more reversible half-moves are a draw
 
-bool IsIrreversible(Move move) {
-  return move == 0 || (move & kNotQuiet) != 0 || PieceOf(move) == Pawn;
-}
-
 // Walks the key history back. The entry of the last move is the current position itself and always
 // the first match. `left` is how many positions may still be found: when it is used up, or at a
 // move that cannot be undone, the walk ends.
@@ -29,7 +25,7 @@ bool HasRepeated() {
       if (matches == 3 || (matches == 2 && i >= g.game_len - 1)) return true;
       if (--left == 0) return false;
     }
-    if (IsIrreversible(g.game_moves[i])) return false;
+    if (!IsReversible(g.game_moves[i])) return false;
   }
   return false;
 }

@@ -82,7 +82,7 @@ bool MakeIfLegal(Move move, bool list_is_legal) {
 }
 
 bool IsPawnToSeventh(Move move) {
-  return PieceOf(move) == Pawn && RowOf(TargetOf(move)) == prom_row[g.side] - dP[g.side] / 8;
+  return PieceOf(move) == Pawn && RowOf(TargetOf(move)) == SeventhRow(g.side);
 }
 
 }  // namespace tarvyle

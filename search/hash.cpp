@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "book/epd.h"
 #include "position/castling.h"
-#include "position/movegen.h"
+#include "position/enpassant.h"
 
 namespace tarvyle {
 

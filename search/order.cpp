@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "position/movegen.h"
 #include "position/movestack.h"
 #include "position/record.h"
 #include "search/history.h"

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "position/movegen.h"
 #include "position/record.h"
 #include "pv/line.h"
 #include "search/clock.h"

@@ -57,12 +57,10 @@ void SetUpFen(const std::string& fen) {
   }
 }
 
-bool IsFinal(Move move) { return (move & kNotQuiet) != 0 || PieceOf(move) == Pawn; }
-
 // Number of moves at the end of the game that a repetition may lead back over.
 int MovesToKeep() {
   int count = 0;
-  while (count < kKeptMoves && !IsFinal(g.game_moves[g.game_len - 1 - count])) ++count;
+  while (count < kKeptMoves && IsReversible(g.game_moves[g.game_len - 1 - count])) ++count;
   return count;
 }
 

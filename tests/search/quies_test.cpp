@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "eval/evaluate.h"
-#include "position/movegen.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

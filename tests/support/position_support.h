@@ -13,6 +13,7 @@
 // IWYU pragma: begin_exports
 #include "position/attack.h"
 #include "position/directions.h"
+#include "position/enpassant.h"
 #include "position/game.h"
 #include "position/hashkey.h"
 #include "position/legal.h"
