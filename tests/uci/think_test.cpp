@@ -1,0 +1,380 @@
+// Searches within their limits, as the GUI sees them.
+
+#include "uci/think.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <compare>
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "tests/support/uci_support.h"
+#include "uci/input.h"
+#include "uci/knowledge.h"
+#include "uci/options.h"
+
+namespace tarvyle::uci {
+
+using namespace support;
+
+namespace {
+
+constexpr const char* kMiddle =
+    "fen r1bq1rk1/ppp2ppp/2np1n2/2b1p3/2B1P3/2NP1N2/PPP2PPP/R1BQ1RK1 w - - 0 1";
+constexpr const char* kMateAtOnce = "fen 6k1/5ppp/8/8/8/8/8/R6K w - - 0 1";
+constexpr const char* kMateInTwo = "fen 7k/8/8/8/8/8/R7/1R4K1 w - - 0 1";
+constexpr const char* kMatedNext = "fen 4k3/R7/8/8/8/8/1R6/4K3 b - - 0 1";
+constexpr const char* kCheckmated = "fen 7k/6Q1/6K1/8/8/8/8/8 b - - 0 1";
+constexpr const char* kStalemated = "fen 7k/5Q2/6K1/8/8/8/8/8 b - - 0 1";
+constexpr const char* kSingleReply = "fen k7/8/8/8/8/7p/7P/7K w - - 0 1";
+constexpr const char* kNotSearched = "info string not searched: the book's move, or the only one";
+constexpr const char* kUntouched = "info string no move was searched in time: the first legal one";
+
+class Thinks : public UciTest {
+ protected:
+  Thinks() {
+    KnowledgeIsStale();
+    FreshenKnowledge();
+  }
+
+  void Set(const std::string& words) {
+    EXPECT_EQ(Said([&] { ObeySetOption("name " + words); }), Lines());
+  }
+};
+
+Lines ThinkingLines(const Lines& said) { return Beginning(said, "info depth"); }
+
+// The move that is said, which is the last line.
+std::string BestMoveIn(const Lines& said) {
+  if (said.empty() || !said.back().starts_with("bestmove ")) return "none";
+  return said.back().substr(9);
+}
+
+long long LastNumber(const Lines& said, std::string_view word) {
+  const Lines lines = ThinkingLines(said);
+  return lines.empty() ? -1 : NumberAfter(lines.back(), word);
+}
+
+std::string LastScore(const Lines& said) {
+  const Lines lines = ThinkingLines(said);
+  return lines.empty() ? "none" : TextBetween(lines.back(), "score", "nodes");
+}
+
+// All but what a repeated search may change.
+Lines WithoutTimes(const Lines& said) {
+  Lines lines;
+  for (const std::string& line : ThinkingLines(said)) {
+    lines.push_back(TextBetween(line, "depth", "nps") + ": " + TextBetween(line, "pv"));
+  }
+  return lines;
+}
+
+// A GUI that sends a text after a while.
+class LateGui {
+ public:
+  template <typename Send>
+  explicit LateGui(Send send)
+      : thread_([send] {
+          std::this_thread::sleep_for(std::chrono::milliseconds(kPause));
+          send();
+        }) {}
+  ~LateGui() { thread_.join(); }
+  LateGui(const LateGui&) = delete;
+  LateGui& operator=(const LateGui&) = delete;
+
+  // Whether it has been waited for.
+  bool WasFirst() const { return std::chrono::steady_clock::now() - begin_ >= Pause(); }
+
+ private:
+  static constexpr int kPause = 60;  // milliseconds
+  static std::chrono::milliseconds Pause() { return std::chrono::milliseconds(kPause); }
+
+  std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+  std::thread thread_;
+};
+
+// --- depth ---------------------------------------------------------------------------------------
+
+TEST_F(Thinks, ToADepth) {
+  const Lines said = Go("depth 5", kMiddle);
+  const Lines lines = ThinkingLines(said);
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(said.size(), lines.size() + 1) << "nothing else is said";
+  long long depth = 2;
+  long long nodes = 0;
+  for (const std::string& line : lines) {
+    EXPECT_GE(NumberAfter(line, "depth"), depth) << line;
+    EXPECT_LE(NumberAfter(line, "depth"), depth + 1) << line;
+    EXPECT_GE(NumberAfter(line, "nodes"), nodes) << line;
+    depth = NumberAfter(line, "depth");
+    nodes = NumberAfter(line, "nodes");
+  }
+  EXPECT_EQ(depth, 5);
+  EXPECT_EQ(TextBetween(lines.back(), "pv").substr(0, BestMoveIn(said).size()), BestMoveIn(said));
+}
+
+TEST_F(Thinks, AsTheEngineDoes) {
+  const Lines said = Go("depth 5", kMiddle);
+  FreshProcess();
+  ASSERT_TRUE(SetUpRoot(std::string(kMiddle).substr(4)));
+  const SearchReport report = SearchToDepth(5, 1);
+  EXPECT_EQ(BestMoveIn(said), report.best_move);
+  EXPECT_EQ(LastNumber(said, "nodes"), static_cast<long long>(report.nodes));
+  EXPECT_EQ(LastScore(said), "cp " + std::to_string(report.score / 10));
+  // Each iteration is told at its end with all of its nodes.
+  const Lines lines = ThinkingLines(said);
+  for (const Iteration& iteration : report.iterations) {
+    const std::string told = "info depth " + std::to_string(iteration.depth) + " ";
+    const std::string effort = " nodes " + std::to_string(iteration.nodes) + " ";
+    int count = 0;
+    for (const std::string& line : lines) {
+      if (line.starts_with(told) && line.find(effort) != std::string::npos) ++count;
+    }
+    EXPECT_GE(count, 1) << iteration.depth;
+  }
+}
+
+TEST_F(Thinks, OfADepthOfOneAsTwo) {
+  EXPECT_EQ(LastNumber(Go("depth 1", kMiddle), "depth"), 2);
+  EXPECT_EQ(LastNumber(Go("depth 2", kMiddle), "depth"), 2);
+  EXPECT_EQ(LastNumber(Go("depth 3", kMiddle), "depth"), 3);
+}
+
+TEST_F(Thinks, OfTheSameWithTheSameSeed) {
+  const Lines first = WithoutTimes(Go("depth 5", kMiddle));
+  FreshProcess();
+  EXPECT_EQ(WithoutTimes(Go("depth 5", kMiddle)), first);
+  FreshProcess();
+  Set("Seed value 2");
+  EXPECT_NE(WithoutTimes(Go("depth 5", kMiddle)), first);
+}
+
+// --- nodes ---------------------------------------------------------------------------------------
+
+TEST_F(Thinks, UpToExactlySoManyNodes) {
+  const Lines whole = WithoutTimes(Go("depth 6", kMiddle));
+  for (const int nodes : {2000, 4095, 4096, 4097, 10000}) {
+    FreshProcess();
+    const Lines said = Go("nodes " + std::to_string(nodes), kMiddle);
+    EXPECT_EQ(LastNumber(said, "nodes"), nodes);
+    const Lines lines = WithoutTimes(said);
+    ASSERT_LT(lines.size(), whole.size());
+    EXPECT_TRUE(std::equal(lines.begin(), lines.end() - 1, whole.begin())) << nodes;
+  }
+}
+
+TEST_F(Thinks, OfTheFirstMoveWhenThereIsNoTimeForAny) {
+  const Lines said = Go("nodes 1", "startpos");
+  EXPECT_EQ(said.size(), 2u);
+  EXPECT_EQ(said[0], kUntouched);
+  EXPECT_EQ(BestMoveIn(said).size(), 4u);
+  EXPECT_EQ(Go("nodes 1 searchmoves h2h3 a2a3", "startpos"), (Lines{kUntouched, "bestmove h2h3"}));
+}
+
+// --- time ----------------------------------------------------------------------------------------
+
+// The node limit is there for a search that forgets its time.
+TEST_F(Thinks, ForTheTimeOfTheMove) {
+  const Lines said = Go("movetime 100 nodes 100000000", kMiddle);
+  EXPECT_GE(LastNumber(said, "time"), 100);
+  EXPECT_LT(LastNumber(said, "time"), 1100);
+  EXPECT_LT(LastNumber(said, "nodes"), 100000000);
+  EXPECT_EQ(BestMoveIn(said).size(), 4u);
+}
+
+TEST_F(Thinks, LessTheOverheadOfAMove) {
+  Set("Move Overhead value 900");
+  const Lines said = Go("movetime 1000 nodes 100000000", kMiddle);
+  EXPECT_GE(LastNumber(said, "time"), 500) << "half of it at least";
+  EXPECT_LT(LastNumber(said, "time"), 1000);
+}
+
+// A share of 250 ms: no iteration begins after 150, none goes on after 500.
+TEST_F(Thinks, ForAShareOfTheClock) {
+  const Lines said = Go("wtime 10000 btime 1 nodes 100000000", kMiddle);
+  EXPECT_GE(LastNumber(said, "time"), 150);
+  EXPECT_LT(LastNumber(said, "time"), 1500);
+}
+
+TEST_F(Thinks, OfASingleReplyForOneIteration) {
+  const Lines said = Go("wtime 4000 btime 4000", kSingleReply);
+  EXPECT_EQ(LastNumber(said, "depth"), 2);
+  EXPECT_EQ(BestMoveIn(said), "h1g1");
+}
+
+TEST_F(Thinks, OfASingleReplyAsLongAsItIsTold) {
+  EXPECT_EQ(LastNumber(Go("depth 6", kSingleReply), "depth"), 6);
+  EXPECT_EQ(LastNumber(Go("depth 6 movetime 60000", kSingleReply), "depth"), 6);
+}
+
+TEST_F(Thinks, OfSeveralRepliesLongerByTheClock) {
+  EXPECT_GT(LastNumber(Go("wtime 4000 btime 4000", kMiddle), "depth"), 2);
+}
+
+// --- mates ---------------------------------------------------------------------------------------
+
+TEST_F(Thinks, OfMates) {
+  const Lines said = Go("depth 6", kMateAtOnce);
+  EXPECT_EQ(LastScore(said), "mate 1");
+  EXPECT_EQ(BestMoveIn(said), "a1a8");
+  EXPECT_EQ(LastScore(Go("depth 6", kMatedNext)), "mate -1");
+}
+
+TEST_F(Thinks, UntilAMateIsShortEnough) {
+  const Lines whole = WithoutTimes(Go("depth 8", kMateInTwo));
+  for (const int moves : {9, 2, 1}) {
+    FreshProcess();
+    const Lines said = Go("mate " + std::to_string(moves) + " depth 8", kMateInTwo);
+    const Lines lines = WithoutTimes(said);
+    const std::string score = LastScore(said);
+    ASSERT_TRUE(score.starts_with("mate ")) << score;
+    if (moves == 1) {
+      EXPECT_EQ(score, "mate 2");
+      EXPECT_EQ(lines, whole) << "there is none: the search ends where it always does";
+    } else {
+      EXPECT_LE(NumberAfter(" " + score, "mate"), moves);
+      EXPECT_LT(lines.size(), whole.size());
+    }
+  }
+}
+
+// --- until it is told ----------------------------------------------------------------------------
+
+TEST_F(Thinks, InfinitelyUntilStop) {
+  for (const char* limits : {"infinite", "ponder", "depth 3 infinite", ""}) {
+    for (const char* position : {kMateAtOnce, kCheckmated, kStalemated}) {
+      interruption = {};
+      const LateGui gui([this] { Send("isready\nstop\n"); });
+      const Lines said = Go(limits, position);
+      EXPECT_TRUE(gui.WasFirst()) << limits << " " << position;
+      ASSERT_GE(said.size(), 2u);
+      EXPECT_EQ(said[said.size() - 2], "readyok");
+      EXPECT_EQ(BestMoveIn(said), position == kMateAtOnce ? "a1a8" : "0000");
+    }
+  }
+}
+
+TEST_F(Thinks, InfinitelyOfWhatTakesForEver) {
+  const LateGui gui([this] { Send("stop\n"); });
+  const Lines said = Go("infinite", kMiddle);
+  EXPECT_TRUE(gui.WasFirst());
+  EXPECT_EQ(BestMoveIn(said).size(), 4u);
+  EXPECT_FALSE(interruption.quit);
+}
+
+TEST_F(Thinks, UntilQuitOrUntilTheGuiIsGone) {
+  Send("quit\n");
+  EXPECT_EQ(BestMoveIn(Go("infinite", kMiddle)).size(), 4u);
+  EXPECT_TRUE(interruption.quit);
+  HangUp();
+  EXPECT_EQ(BestMoveIn(Go("infinite", kMiddle)).size(), 4u);
+  EXPECT_FALSE(interruption.quit);
+}
+
+TEST_F(Thinks, NoLongerThanItsLimitWithoutStop) {
+  EXPECT_EQ(BestMoveIn(Go("depth 3", kMateAtOnce)), "a1a8");
+  EXPECT_FALSE(interruption.stop);
+  EXPECT_EQ(Go("depth 3", kCheckmated), (Lines{"info depth 0 score mate 0", "bestmove 0000"}));
+  EXPECT_EQ(Go("btime 5", kStalemated), (Lines{"info depth 0 score cp 0", "bestmove 0000"}));
+}
+
+TEST_F(Thinks, AnewAfterAnInterruption) {
+  interruption = {true, true};
+  EXPECT_EQ(LastNumber(Go("depth 4", kMiddle), "depth"), 4);
+  EXPECT_FALSE(interruption.stop);
+}
+
+// --- some of the moves ---------------------------------------------------------------------------
+
+TEST_F(Thinks, OfSomeMovesAlone) {
+  const Lines said = Go("depth 4 searchmoves a2a3 h2h3", "startpos");
+  for (const std::string& line : ThinkingLines(said)) {
+    const std::string first = TextBetween(line, "pv").substr(0, 4);
+    EXPECT_TRUE(first == "a2a3" || first == "h2h3") << line;
+  }
+  EXPECT_EQ(BestMoveIn(Go("depth 3 searchmoves h2h3")), "h2h3");
+  EXPECT_NE(BestMoveIn(Go("depth 4")), "h2h3") << "all of them again";
+}
+
+TEST_F(Thinks, OfASingleMoveAmongSeveralAsLongAsTheClockAllows) {
+  const Lines said = Go("wtime 4000 btime 4000 searchmoves a2a3", "startpos");
+  EXPECT_GT(LastNumber(said, "depth"), 2) << "it is not the only reply";
+}
+
+// --- what is learned -----------------------------------------------------------------------------
+
+TEST_F(Thinks, AndPutsTheResultDown) {
+  const std::string output = folder_.Path("out.lrn");
+  Set("Learn Output value " + output);
+  Go("depth 3", "startpos");
+  const auto size = ReadFile(output).size();
+  EXPECT_GT(size, 0u);
+  Go("depth 3 searchmoves a2a3");
+  EXPECT_EQ(ReadFile(output).size(), size) << "what some moves score is not learned";
+  Go("nodes 1");
+  EXPECT_EQ(ReadFile(output).size(), size) << "nothing was found";
+  Go("depth 3");
+  EXPECT_EQ(ReadFile(output).size(), 2 * size);
+}
+
+TEST_F(Thinks, OrTakesTheBooksMove) {
+  const std::string output = folder_.Path("out.lrn");
+  Set("Learn Output value " + output);
+  Set("Book File value " + folder_.Write("my.bk", "h2h4\n"));
+  Set("OwnBook value true");
+  FreshenKnowledge();
+  int answers = 0;
+  for (int seed = 1; seed <= 20; ++seed) {
+    Set("Seed value " + std::to_string(seed));
+    const Lines said = Go("depth 2", "startpos");
+    if (!ThinkingLines(said).empty()) continue;
+    EXPECT_EQ(said, (Lines{kNotSearched, "bestmove h2h4"}));
+    ++answers;
+  }
+  EXPECT_GT(answers, 2);
+  EXPECT_LT(answers, 18);
+  EXPECT_EQ(ReadFile(output).size() / static_cast<std::size_t>(20 - answers),
+            ReadFile(output).size() > 0 ? 75u : 0u)
+      << "of a book's move nothing is put down";
+}
+
+// --- the randomised search -----------------------------------------------------------------------
+
+TEST_F(Thinks, InStagesOfTheRandomisedSearch) {
+  Set("Random Search value true");
+  const Lines said = Go("movetime 150", kMiddle);
+  EXPECT_FALSE(Beginning(said, "info string #------> stage1").empty());
+  EXPECT_FALSE(Beginning(said, "info string # select move: " + BestMoveIn(said)).empty());
+  ASSERT_EQ(ThinkingLines(said).size(), 1u) << "its result";
+  EXPECT_EQ(TextBetween(ThinkingLines(said)[0], "pv"), BestMoveIn(said));
+  EXPECT_GE(LastNumber(said, "depth"), 2);
+  EXPECT_LT(LastNumber(said, "time"), 1150);
+}
+
+TEST_F(Thinks, OfARandomisedSearchNoDeeperThanItIsTold) {
+  Set("Random Search value true");
+  const Lines said = Go("depth 4 movetime 60000", kMiddle);
+  EXPECT_GE(LastNumber(said, "depth"), 2);
+  EXPECT_LE(LastNumber(said, "depth"), 5);
+  EXPECT_LT(LastNumber(said, "time"), 50000);
+  EXPECT_EQ(BestMoveIn(said).size(), 4u);
+}
+
+TEST_F(Thinks, NotOfASingleReplyInTheRandomisedSearch) {
+  Set("Random Search value true");
+  const Lines said = Go("movetime 100", kSingleReply);
+  EXPECT_TRUE(ThinkingLines(said).empty());
+  ASSERT_GE(said.size(), 2u);
+  EXPECT_EQ(said[said.size() - 2], kNotSearched);
+  EXPECT_EQ(BestMoveIn(said), "h1g1");
+}
+
+}  // namespace
+
+}  // namespace tarvyle::uci
