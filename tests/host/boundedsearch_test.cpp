@@ -85,6 +85,7 @@ TEST_F(BoundedSearch, TellsWhenTheMoveTookTheLeadForGood) {
   EXPECT_EQ(MoveToStr(result.move), leader);
   EXPECT_EQ(result.settled_depth, depth);
   EXPECT_GE(result.settled_seconds, 0);
+  EXPECT_EQ(SearchPosition(kRookMatesAtOnce, {5, 0}).settled_depth, 2) << "no other ever led";
   EXPECT_LE(result.settled_seconds, result.seconds);
 }
 

@@ -5,11 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <string>
 
 #include "book/learn.h"
 #include "position/record.h"
 #include "position/text.h"
 #include "position/types.h"
+#include "tests/support/data_rows.h"
 #include "tests/support/files.h"
 #include "tests/support/host_support.h"
 
@@ -108,6 +110,16 @@ TEST_F(Engine, EvaluatesForTheSideToMove) {
   EXPECT_LT(StaticScore(), -15000);
   ASSERT_TRUE(SetUpRoot("qq2k3/8/8/8/8/8/8/4K3 b - -"));
   EXPECT_EQ(StaticScore(), white) << "the mirrored position";
+}
+
+TEST_F(Engine, EvaluatesEveryPositionFromScratch) {
+  int compared = 0;
+  for (const auto& row : DataRows("positions.tsv")) {
+    if (row[1] == "refused" || !SetUpRoot(row[0])) continue;
+    EXPECT_EQ(std::to_string(StaticScore()), row[1]) << row[0];
+    ++compared;
+  }
+  EXPECT_GT(compared, 50);
 }
 
 TEST_F(Engine, SearchesToADepthAndReportsTheWay) {

@@ -43,7 +43,7 @@ constexpr PositionRow kPositionRows[] = {
     {"4k3/8/8/8/4P3/8/8/4K3 b - e3", "4k3/8/8/8/4P3/8/8/4K3 b"},
     {"4k3/8/8/8/4P3/3p4/8/4K3 b - e3", "4k3/8/8/8/4P3/3p4/8/4K3 b"},
     {"4k3/8/8/7p/P7/8/8/4K3 b - a3", "4k3/8/8/7p/P7/8/8/4K3 b"},
-    {"4k3/8/8/8/p6P/8/8/4K3 b - h3", "4k3/8/8/8/p6P/8/8/4K3 b"},
+    {"4k3/8/8/8/7P/p7/8/4K3 b - h3", "4k3/8/8/8/7P/p7/8/4K3 b"},
     {"4k3/8/8/8/3PP3/8/8/4K3 b - e3", "4k3/8/8/8/3PP3/8/8/4K3 b"},
     {"4k3/8/8/8/3rP3/8/8/4K3 b - e3", "4k3/8/8/8/3rP3/8/8/4K3 b"},
     // No pawn that could be captured, and squares of the wrong side.
@@ -51,6 +51,8 @@ constexpr PositionRow kPositionRows[] = {
     {"4k3/8/8/8/3pN3/8/8/4K3 b - e3", "4k3/8/8/8/3pN3/8/8/4K3 b"},
     {"4k3/8/8/8/3pP3/8/8/4K3 w - e3", "4k3/8/8/8/3pP3/8/8/4K3 w"},
     {"4k3/8/8/8/3pP3/8/8/4K3 b - e6", "4k3/8/8/8/3pP3/8/8/4K3 b"},
+    {"4k3/3pP3/8/8/8/8/8/4K3 b - e6", "4k3/3pP3/8/8/8/8/8/4K3 b"},
+    {"4k3/8/8/8/8/8/3Pp3/4K3 w - e3", "4k3/8/8/8/8/8/3Pp3/4K3 w"},
     {"4k3/8/8/8/3pP3/8/8/4K3 b - 33", "4k3/8/8/8/3pP3/8/8/4K3 b"},
 };
 
@@ -60,6 +62,8 @@ TEST_F(PositionText, IsSetUpAndWrittenAgain) {
   for (const PositionRow& row : kPositionRows) {
     EXPECT_EQ(SetUpText(row.text), "") << row.text;
     EXPECT_EQ(CurrentText(), row.current) << row.text;
+    const char last = CurrentText().back();
+    EXPECT_EQ(g.game_len, last == '3' || last == '6' ? 1 : 0) << row.text;
     EXPECT_EQ(SetUpText(row.current), "") << row.current;
     EXPECT_EQ(CurrentText(), row.current) << "its own text";
   }

@@ -87,6 +87,8 @@ TEST_F(Extras, ShowTheBoard) {
 TEST_F(Extras, RunTheBenchInTheStyleThatIsSet) {
   ObeyPosition("startpos moves e2e4");
   const std::string board = Board();
+  FreshenKnowledge();
+  EXPECT_FALSE(FreshenKnowledge());
   const Lines third = Bench("2");
   ASSERT_EQ(third.size(), 45u);
   EXPECT_TRUE(third[0].starts_with("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -"));
@@ -102,7 +104,11 @@ TEST_F(Extras, StopTheBench) {
   ObeyPosition("startpos moves e2e4");
   const std::string board = Board();
   Send("isready\nstop\n");
-  EXPECT_EQ(Bench("20"), (Lines{"readyok", "info string the bench was stopped"}));
+  const Lines said = Said([] {
+    ObeyBench("20");
+    PassOnWords(Say);
+  });
+  EXPECT_EQ(said, (Lines{"readyok", "info string the bench was stopped"}));
   EXPECT_EQ(Board(), board);
   EXPECT_EQ(world.should_stop, nullptr);
   EXPECT_EQ(Bench("2").size(), 45u) << "the next one is not";

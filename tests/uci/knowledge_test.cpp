@@ -117,9 +117,11 @@ TEST_F(Knowledge, IsLookedForInTheUsersFolders) {
   EXPECT_EQ(DefaultFile("x.bk"), in_home);
   setenv("XDG_DATA_HOME", "", 1);
   EXPECT_EQ(DefaultFile("x.bk"), in_home);
-  setenv("XDG_DATA_HOME", "data", 1);
+  const std::string relative_data = std::filesystem::relative(folder_.Path("data")).string();
+  setenv("XDG_DATA_HOME", relative_data.c_str(), 1);
   EXPECT_EQ(DefaultFile("x.bk"), in_home) << "a relative folder does not count";
-  setenv("HOME", "home", 1);
+  const std::string relative_home = std::filesystem::relative(home_folder).string();
+  setenv("HOME", relative_home.c_str(), 1);
   EXPECT_EQ(DefaultFile("x.bk"), "");
   unsetenv("HOME");
   EXPECT_EQ(DefaultFile("x.bk"), "");

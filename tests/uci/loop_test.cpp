@@ -9,9 +9,12 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
+#include <numeric>
 #include <string>
 #include <vector>
 
+#include "position/record.h"
 #include "tests/support/captured.h"
 #include "tests/support/uci_support.h"
 
@@ -60,6 +63,25 @@ TEST_F(Loop, StartsEachTimeAtTheStart) {
   const Lines first = Speak("setoption name Seed value x\nposition startpos moves e2e4\nd\n");
   EXPECT_EQ(first.back(), "text:  rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b QKqk");
   EXPECT_EQ(Speak("d\n").back(), "text:  rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk");
+  Speak("setoption name Style value knowledge1\n");
+  EXPECT_STREQ(print_play_str(), "knowledge1");
+  Speak("");
+  EXPECT_STREQ(print_play_str(), "knowledge3");
+}
+
+TEST_F(Loop, DoesNotComeBackToAGameBeforeANewOne) {
+  const Lines said = Speak(
+      "position startpos moves e2e4\nucinewgame\nsetoption name Book File value <empty>\n"
+      "isready\nd\n");
+  EXPECT_EQ(said.back(), "text:  rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk");
+}
+
+// The book's lines are no positions of the game.
+TEST_F(Loop, PlaysTheGameAnewWhenTheBookHasBeenRead) {
+  const std::string book = folder_.Write("my.bk", "h2h4 h7h5 h1h3 h8h6\n");
+  Speak("setoption name Book File value " + book +
+        "\nsetoption name OwnBook value true\nposition startpos moves e2e4\nisready\n");
+  EXPECT_EQ(std::accumulate(std::begin(repetition_set), std::end(repetition_set), 0u), 2u);
 }
 
 TEST_F(Loop, ForgetsTheOldGameInANewOne) {
@@ -95,6 +117,7 @@ TEST_F(Loop, EndsWithQuitWhileItThinks) {
   const Lines said = Speak("go infinite\nisready\nquit\nisready\n");
   EXPECT_EQ(Beginning(said, "readyok").size(), 1u) << "nothing that came after it is obeyed";
   EXPECT_EQ(Beginning(said, "bestmove ").size(), 1u);
+  EXPECT_FALSE(Beginning(Speak("isready\n"), "readyok").empty()) << "the next one begins anew";
 }
 
 // A program of its own, whose input ends; the engine's words stay within.

@@ -6,6 +6,8 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <iterator>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -126,6 +128,8 @@ TEST_F(Places, ForgetTheRepetitionsOfOtherGames) {
   EXPECT_EQ(ScoreOf("h1g1"), "cp 0") << "for the third time";
   Place(queen_up + " moves" + Shuffled(kKings, 6));
   EXPECT_NE(ScoreOf("h1g1"), "cp 0");
+  EXPECT_EQ(std::accumulate(std::begin(repetition_set), std::end(repetition_set), 0u), 7u)
+      << "the counters are those of this game";
 }
 
 // The record takes 400 moves.
