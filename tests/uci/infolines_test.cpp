@@ -30,8 +30,8 @@ class InfoLines : public UciTest {
   }
 
   // Uses the first slots of a table.
-  static void Fill(int side, int count, int step = 1) {
-    for (int slot = 0; slot < count * step; slot += step) {
+  static void Fill(int side, int count, int step = 1, int first = 0) {
+    for (int slot = first; slot < first + count * step; slot += step) {
       hash[side][slot].key = static_cast<std::uint64_t>(slot);
       hash[side][slot].bound = kExact;
       hash[side][slot].generation = hash_generation & 0xFF;
@@ -75,6 +75,11 @@ TEST_F(InfoLines, HaveLinesOfAnyLength) {
 TEST_F(InfoLines, SampleHowFullBothTablesAre) {
   HashClear();
   EXPECT_EQ(HashFull(), 0);
+  Fill(White, 1, 1, 500);
+  EXPECT_EQ(HashFull(), 0) << "behind the sample";
+  Fill(White, 1, 1, 499);
+  EXPECT_EQ(HashFull(), 1);
+  HashClear();
   Fill(White, 250);
   EXPECT_EQ(HashFull(), 250);
   Fill(Black, 125, 4);

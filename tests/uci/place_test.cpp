@@ -142,6 +142,9 @@ TEST_F(Places, MayFollowAGameThatFillsTheRecord) {
     EXPECT_LE(g.game_len, kMaxGameMoves);
     EXPECT_EQ(Beginning(Go("depth 2"), "bestmove").size(), 1u);
   }
+  EXPECT_EQ(Place("startpos moves e2e4 e7e5" + Shuffled(kKnights, 398)), Lines());
+  EXPECT_EQ(g.game_len, kMaxGameMoves) << "nothing is left out before it must be";
+  EXPECT_EQ(Place("startpos moves e2e4 e7e5" + Shuffled(kKnights, 404)), Lines());
   // Fifty moves without an end in sight are a draw whatever comes: so much is kept at least.
   EXPECT_GE(g.game_len, 100);
 }

@@ -370,6 +370,16 @@ TEST_F(Thinks, InStagesOfTheRandomisedSearch) {
   EXPECT_LT(LastNumber(said, "time"), 1300);
 }
 
+TEST_F(Thinks, AloudInTheRandomisedSearch) {
+  Set("Random Search value true");
+  const LateGui gui([this] { Send("isready\n"); });
+  const Lines said = Go("movetime 500", kMiddle);
+  const auto stage = std::find_if(said.begin(), said.end(), [](const std::string& line) {
+    return line.starts_with("info string #------> stage1");
+  });
+  EXPECT_EQ(std::count(stage, said.end(), "readyok"), 1) << "what it said, it said before";
+}
+
 TEST_F(Thinks, OfARandomisedSearchNoDeeperThanItIsTold) {
   Set("Random Search value true");
   const Lines said = Go("depth 4 movetime 60000", kMiddle);
