@@ -82,6 +82,7 @@ TEST_F(BoundedSearch, TellsWhenTheMoveTookTheLeadForGood) {
     if (first != leader) depth = std::stoi(line);
     leader = first;
   }
+  EXPECT_EQ(result.nodes, report.nodes) << "the seed is 1";
   EXPECT_EQ(MoveToStr(result.move), leader);
   EXPECT_EQ(result.settled_depth, depth);
   EXPECT_GE(result.settled_seconds, 0);

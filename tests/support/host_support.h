@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 // Whoever includes this uses the engine as well:
 // IWYU pragma: begin_exports
 #include "base/property.h"

@@ -34,6 +34,7 @@ constexpr const char* kMatedNext = "fen 4k3/R7/8/8/8/8/1R6/4K3 b - - 0 1";
 constexpr const char* kCheckmated = "fen 7k/6Q1/6K1/8/8/8/8/8 b - - 0 1";
 constexpr const char* kStalemated = "fen 7k/5Q2/6K1/8/8/8/8/8 b - - 0 1";
 constexpr const char* kSingleReply = "fen k7/8/8/8/8/7p/7P/7K w - - 0 1";
+constexpr const char* kSingleReplyOfBlack = "fen 7k/7p/7P/8/8/8/8/K7 b - - 0 1";
 constexpr const char* kNotSearched = "info string not searched: the book's move, or the only one";
 constexpr const char* kUntouched = "info string no move was searched in time: the first legal one";
 
@@ -218,9 +219,12 @@ TEST_F(Thinks, OfASingleReplyForOneIteration) {
   const Lines said = Go("wtime 4000 btime 4000", kSingleReply);
   EXPECT_EQ(LastNumber(said, "depth"), 2);
   EXPECT_EQ(BestMoveIn(said), "h1g1");
+  EXPECT_EQ(LastNumber(Go("btime 4000", kSingleReplyOfBlack), "depth"), 2);
 }
 
 TEST_F(Thinks, OfASingleReplyAsLongAsItIsTold) {
+  EXPECT_EQ(LastNumber(Go("btime 4000 depth 6", kSingleReply), "depth"), 6) << "not its clock";
+  EXPECT_EQ(LastNumber(Go("wtime 4000 depth 6", kSingleReplyOfBlack), "depth"), 6);
   EXPECT_EQ(LastNumber(Go("depth 6", kSingleReply), "depth"), 6);
   EXPECT_EQ(LastNumber(Go("depth 6 movetime 60000", kSingleReply), "depth"), 6);
 }
