@@ -90,9 +90,15 @@ endif()
 # takes half the time. For what need not be fast itself: tests, benchmarks, workbench. No two files
 # of such a target give one name to different things. The debug preset compiles each by itself, as it
 # is written: what linters look at, and proof that none lives off the includes of another.
+# TARVYLE_TOGETHER=tests does so with the tests alone: for who changes one file of the engine after
+# another, as tests/mutate.py does.
 function(compile_together target number)
+  set(together ${TARVYLE_TOGETHER})
+  if(together STREQUAL "tests" AND target MATCHES "^tests?_")
+    set(together ON)
+  endif()
   set_target_properties(${target} PROPERTIES
-    UNITY_BUILD ${TARVYLE_TOGETHER} UNITY_BUILD_BATCH_SIZE ${number})
+    UNITY_BUILD ${together} UNITY_BUILD_BATCH_SIZE ${number})
 endfunction()
 
 # optimise_lightly(<target>): for what calls the engine and does little itself. What is built after a
