@@ -72,9 +72,9 @@ class Build:
         if done.returncode != 0:
             sys.exit("mutate.py: the sources cannot be built\n" + done.stdout.decode())
 
-    def builds(self, check: Check) -> bool:
+    def built(self, check: Check) -> subprocess.CompletedProcess:
         command = ["nice", "-n", str(NICENESS), "cmake", "--build", ".", "--target", *check.targets]
-        return subprocess.run(command, cwd=self.folder, capture_output=True, check=False).returncode == 0
+        return subprocess.run(command, cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
 
     def limit(self, seconds: int) -> None:
         os.nice(NICENESS)
@@ -108,8 +108,9 @@ class Build:
         for check in checks:
             if check.whole or check.name in self.seconds:
                 continue
-            if not self.builds(check):
-                sys.exit("mutate.py: the unchanged sources do not build")
+            built = self.built(check)
+            if built.returncode != 0:
+                sys.exit("mutate.py: the unchanged sources do not build\n" + built.stdout.decode())
             before, began = resource.getrusage(resource.RUSAGE_CHILDREN), time.monotonic()
             succeeded, said = self.run(check)
             after = resource.getrusage(resource.RUSAGE_CHILDREN)
@@ -123,7 +124,7 @@ class Build:
     def noticed_by(self, checks: list[Check]) -> str:
         """Who notices the change that stands in the copy: "" nobody, "-" it does not compile."""
         for check in checks:
-            if not self.builds(check):
+            if self.built(check).returncode != 0:
                 return "-"
             # Whole programs have clocks of their own: what fails once only is no proof.
             if self.fails(check) and (not check.in_tests or self.fails(check)):
