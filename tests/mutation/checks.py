@@ -6,8 +6,11 @@ import re
 import sys
 
 TESTS = pathlib.Path(__file__).resolve().parents[1]
-# Unit tests that take longer than all the others of their folder.
-SLOW_TESTS = {"search": "Reference.*:AnyPosition.*", "eval": "ManyPositions.*"}
+# Unit tests that take longer than all the others of their folder together.
+SLOW_TESTS = {
+    "search": "Reference.*:AnyPosition.*:RandomisedSearch.*:InTurn.*:PlayoutLimits.*:QuiescenceTwin.*",
+    "eval": "ManyPositions.*:Terms.*:KingTerms.*",
+}
 
 
 @dataclasses.dataclass(frozen=True)
@@ -69,9 +72,9 @@ ENGINE = ("sessions", "startup", "commands", "savedgame", "lost_and_full", "lear
 # What is run for any change.
 QUICK = {
     "uci": [TALK, *units("uci", "host")],
-    "search": [bench(4), *units("search"), bench(7)],
+    "search": [bench(4), *units("search"), bench(6)],
     "position": [bench(4), *units("position", "eval", "search")],
-    "eval": [bench(4), *units("eval", "search"), bench(7)],
+    "eval": [bench(4), *units("eval", "search"), bench(6)],
     "book": units("book", "search", "frontend"),
     "pv": [bench(4), *units("pv", "search", "frontend")],
     "frontend": [*units("frontend"), *programs("sessions")],
@@ -81,9 +84,9 @@ QUICK = {
 # What is run besides for a change that has gone unnoticed.
 SLOW = {
     "uci": programs(*UCI),
-    "search": [*slow_units("search"), *programs("sessions")],
-    "position": [*slow_units("eval", "search"), *programs("sessions", "savedgame")],
-    "eval": slow_units("eval", "search"),
+    "search": [bench(8), *slow_units("search"), *programs("sessions")],
+    "position": [bench(8), *slow_units("eval", "search"), *programs("sessions", "savedgame")],
+    "eval": [bench(8), *slow_units("eval", "search")],
     "book": programs("learnfile", "tarv_learn", "tarv_book", "tarv_analyse", "sessions", "lost_and_full"),
     "pv": programs("sessions", "uci_search"),
     "frontend": programs(*ENGINE[1:], "faults", "xboard_streams", "tarv_game"),

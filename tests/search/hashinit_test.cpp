@@ -1,15 +1,18 @@
 // Sizing and allocating the transposition tables.
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "position/hashkey.h"
 #include "tests/support/build_kind.h"
@@ -157,6 +160,31 @@ TEST_F(HashInitialisation, TablesStartEmptyEvenInUsedMemory) {
     const auto used = [](unsigned char byte) { return byte != 0; };
     EXPECT_EQ(std::count_if(bytes, bytes + sizeof(HashEntry) * 0x10000, used), 0);
   }
+}
+
+// How many pages of the tables take memory.
+int PagesInUse() {
+  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  std::size_t used = 0;
+  for (HashEntry* table : hash) {
+    const auto begin = reinterpret_cast<std::uintptr_t>(table) / page * page;
+    const auto end = reinterpret_cast<std::uintptr_t>(table + Hash_Size);
+    std::vector<unsigned char> states((end - begin + page - 1) / page);
+    if (mincore(reinterpret_cast<void*>(begin), end - begin, states.data()) != 0) return -1;
+    used += static_cast<std::size_t>(std::count_if(
+        states.begin(), states.end(), [](unsigned char state) { return (state & 1) != 0; }));
+  }
+  return static_cast<int>(used);
+}
+
+TEST_F(HashInitialisation, EmptiedTablesTakeNoMemory) {
+  ASSERT_TRUE(HashAllocate(0x20000));
+  EXPECT_EQ(PagesInUse(), 0);
+  for (HashEntry* table : hash)
+    std::memset(static_cast<void*>(table), 1, sizeof(HashEntry) * 0x20000);
+  EXPECT_GE(PagesInUse(), 2 * 1024);
+  HashRenew();
+  EXPECT_EQ(PagesInUse(), 0);
 }
 
 TEST_F(HashInitialisation, DrawsTheKeysWhitesFirst) {

@@ -226,10 +226,12 @@ TEST_F(RandomisedSearch, OnlyLeadersWithinFiveGetRandomScores) {
     unsigned seed;
     int lead;  // of the best over the second
     bool near_equal;
+    int step = 1000;  // of the clock while candidates are found: a fast one leaves few
   };
   constexpr Row kRows[] = {
       {kClose, 3, -5, true},
       {kClose, 5, -6, false},
+      {kClose, 5, -6, false, 2500},  // the leader is the last one
       {"r2q1rk1/1ppnbppp/p2p1nb1/3Pp3/2P1P1P1/2N2N1P/PPB1QP2/R1B2RK1 b - -", 3, -1, true},
       {"8/7k/8/8/3K4/pQ6/8/8 w - -", 1, 1, false},
       {kFortress.data(), 1, 0, true},
@@ -243,7 +245,7 @@ TEST_F(RandomisedSearch, OnlyLeadersWithinFiveGetRandomScores) {
     stage_clock = {};
     stage_clock.now = 0;
     stage_clock.steps[0] = 1500;
-    stage_clock.steps[1] = 1000;
+    stage_clock.steps[1] = row.step;
     stage_clock.steps[2] = 500;
     if (row.root == kFortress) stage_clock.steps[0] = stage_clock.steps[1] = 0;
     const Outcome run = RunSearch();
