@@ -177,6 +177,8 @@ TEST_F(Ordering, TableMoveHasItsOtherBonusesToo) {
   constexpr const char* kQuiet = "2q1k3/1P6/8/8/8/8/8/6K1 b";
   // The same as a recapture, 24999, against a knight that takes a rook as the table move: 24998.
   constexpr const char* kCapture = "2Rqk3/1P6/6r1/4N3/8/8/8/5K2 b";
+  // And against a pawn that takes the rook: equal, so the list decides.
+  constexpr const char* kEqual = "2Rqk3/1P6/6r1/7P/8/8/8/5K2 b";
   constexpr Row kRows[] = {
       {kQuiet, "e8e7", "g1f1", "", "", "g1f1 b7c8q"},
       {kQuiet, "e8e7", "g1f1", "", "b7c8q", "b7c8q g1f1"},
@@ -190,6 +192,7 @@ TEST_F(Ordering, TableMoveHasItsOtherBonusesToo) {
       {kCapture, "d8c8", "e5g6", "b7c8q", "e5g6", "b7c8q e5g6"},
       {kCapture, "d8c8", "e5g6", "e5g6", "b7c8q", "e5g6 b7c8q"},
       {kCapture, "d8c8", "f1f2", "f1f2", "f1f2", "b7c8q f1f2"},  // 22980
+      {kEqual, "d8c8", "h5g6", "", "", "b7c8q h5g6"},
   };
   for (const Row& row : kRows) {
     SCOPED_TRACE(testing::Message() << row.table_move << " against b7c8q, killers " << row.killer
