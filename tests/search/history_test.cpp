@@ -118,6 +118,7 @@ TEST_F(HistoryTable, CompressionMakesLeadersSmallAndKeepsTheRest) {
       {{10, 5, 0, 0, 0, 0}, {2, 5, 0, 0, 0, 0}},             // zeros do not count: average 7
       {{3, 2}, {2, 2}},                                      // average 2
       {{2, 1}, {2, 1}},                                      // average 1, a third 0
+      {{3, 2, 1, 1, 1, 1}, {2, 1, 1, 1, 1, 1}},              // average 1, a third 1
       {{32000, 32000, 32000, 1}, {2, 2, 2, 1}},
   };
   for (const Row& row : kRows) {

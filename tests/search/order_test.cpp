@@ -306,6 +306,18 @@ TEST_F(Ordering, ThirtyOneTacticalMovesAreWalkedLowestFirst) {
   EXPECT_EQ(CaptureValue(offers[32].move, 0), 0);
 }
 
+TEST_F(Ordering, LastOfALongListIsSortedWithTheOthers) {
+  GoTo(kThirtyOne, "0");
+  MovePicker picker{};
+  ASSERT_TRUE(Generate());
+  const Move last = tree[treeCnt[2] - 1];
+  std::vector<int> values;
+  for (const Offer& offer : OffersOf(picker)) values.push_back(CaptureValue(offer.move, 0));
+  ASSERT_LT(CaptureValue(last, 0), values[30]) << "it is not there by chance";
+  EXPECT_TRUE(std::is_sorted(values.begin(), values.begin() + 31))
+      << testing::PrintToString(values);
+}
+
 TEST_F(Ordering, BorderBetweenTheTwoIsThirty) {
   for (const auto& [root, presorted] : {std::pair{kThirty, false}, std::pair{kThirtyOne, true}}) {
     GoTo(root, "0");
