@@ -10,7 +10,7 @@
 #include "position/directions.h"
 #include "position/text.h"
 #include "tests/support/eval_support.h"
-#include "tests/support/plain_evaluation.h"
+#include "tests/support/plain_attacks.h"
 
 namespace tarvyle {
 namespace {

@@ -11,6 +11,7 @@
 #include "position/types.h"
 #include "tests/support/any_position.h"
 #include "tests/support/eval_support.h"
+#include "tests/support/plain_attacks.h"
 #include "tests/support/plain_evaluation.h"
 
 namespace tarvyle {

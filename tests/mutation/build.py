@@ -91,7 +91,8 @@ class Build:
         }
         try:
             done = subprocess.run(
-                check.command, cwd=SOURCE / "tests" / "program" if check.in_tests else self.folder, stdin=subprocess.DEVNULL,
+                check.command, cwd=SOURCE / "tests" / "program" if check.in_tests else self.folder,
+                stdin=subprocess.DEVNULL,
                 stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=10 * seconds + 60, check=False,
                 env=environment, preexec_fn=lambda: self.limit(seconds),
             )

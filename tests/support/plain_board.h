@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <span>
 
 #include "position/record.h"
 #include "position/types.h"
-#include "tests/support/plain_evaluation.h"
 
 // The board as the plain evaluation sees it: rows and files, steps, and what is met along them. It
 // shares nothing with the engine but the board itself.
@@ -93,16 +91,6 @@ inline std::span<const Step> StepsOf(int code) {
   const std::span<const Step> steps = kSteps;
   if (code == Rook) return steps.first(4);
   return code == Bishop ? steps.last(4) : steps;
-}
-
-inline std::uint32_t TypeBit(int code) { return 0x10000u >> code; }
-
-inline bool HasType(std::uint32_t word, int code) { return (word & TypeBit(code)) != 0; }
-
-inline int Attackers(std::uint32_t word) { return static_cast<int>(word % 16); }
-
-inline std::uint32_t WordAt(int colour, Cell cell) {
-  return Inside(cell) ? PlainAttackWord(colour, SquareOf(cell)) : 0;
 }
 
 inline int RankOf(int colour, int row) { return colour == White ? 7 - row : row; }

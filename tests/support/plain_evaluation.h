@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -12,9 +11,6 @@
 // the position, the piece-square tables and the direction table in use.
 
 namespace tarvyle::support {
-
-// The attack word of a square, found by looking outwards from it.
-std::uint32_t PlainAttackWord(int colour, Square square);
 
 // Weight of the opponent's pieces, uncapped, and the phase that `colour` sees by it.
 int PlainWeight(int colour);

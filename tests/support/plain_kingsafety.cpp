@@ -11,6 +11,7 @@
 #include "position/directions.h"
 #include "position/record.h"
 #include "position/types.h"
+#include "tests/support/plain_attacks.h"
 #include "tests/support/plain_board.h"
 #include "tests/support/plain_evaluation.h"
 

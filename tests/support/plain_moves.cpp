@@ -8,8 +8,8 @@
 
 #include "position/makemove.h"
 #include "position/record.h"
+#include "tests/support/plain_attacks.h"
 #include "tests/support/plain_board.h"
-#include "tests/support/plain_evaluation.h"
 
 namespace tarvyle::support {
 
