@@ -70,6 +70,7 @@ TEST_F(InputTest, ForgetsAllWithANewDescriptor) {
 
 TEST_F(InputTest, IgnoresLinesOfMoreThanAMillionCharacters) {
   const std::string longest(kMillion, 'x');
+  const std::string longer(3 * kMillion, 'x');
   struct Row {
     std::string text;
     Lines lines;
@@ -78,8 +79,8 @@ TEST_F(InputTest, IgnoresLinesOfMoreThanAMillionCharacters) {
   for (const Row& row : {
            Row{longest + "\nnext\n", {longest, "next"}, {}},
            {"before\n" + longest + "y\nnext\n", {"before", "next"}, {kIgnored}},
-           {longest + longest + longest + "z\nnext\n", {"next"}, {kIgnored}},
-           {longest + longest + "without an end", {}, {kIgnored}},
+           {longer + "z\nnext\n", {"next"}, {kIgnored}},
+           {longer + "without an end", {}, {kIgnored}},
        }) {
     Replay(row.text);
     Lines lines;

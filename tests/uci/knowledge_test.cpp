@@ -52,7 +52,7 @@ class Knowledge : public UciTest {
 
   // A learn file of what these lines make the table hold; the table is empty again.
   std::string LearnFileOf(const std::string& book_lines) {
-    const std::string path = folder_.Path("made.lrn");
+    std::string path = folder_.Path("made.lrn");
     FreshProcess(folder_.Write("made.bk", book_lines));
     EXPECT_TRUE(SaveLearnTable(path.c_str()));
     FreshProcess();
@@ -61,7 +61,7 @@ class Knowledge : public UciTest {
 
   // A learn file of one search of the start position.
   std::string LearnFileOfSearch() {
-    const std::string path = folder_.Path("searched.lrn");
+    std::string path = folder_.Path("searched.lrn");
     SearchToDepth(3, 1);
     EXPECT_TRUE(SaveLearnTable(path.c_str()));
     FreshProcess();
@@ -69,7 +69,7 @@ class Knowledge : public UciTest {
   }
 
   std::string Pipe() {
-    const std::string path = folder_.Path("pipe");
+    std::string path = folder_.Path("pipe");
     EXPECT_EQ(mkfifo(path.c_str(), 0600), 0);
     return path;
   }

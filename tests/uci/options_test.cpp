@@ -20,6 +20,9 @@ using namespace support;
 
 namespace {
 
+constexpr const char* kStyles =
+    "option name Style type combo default knowledge3 var knowledge1 var knowledge2 var knowledge3";
+
 class Options : public UciTest {
  protected:
   Lines Set(const std::string& words) {
@@ -48,21 +51,19 @@ class Options : public UciTest {
 };
 
 TEST_F(Options, AreDeclaredWithTheirKindsAndBounds) {
-  EXPECT_EQ(Said(SayOptions),
-            (Lines{
-                "option name Hash type spin default 32 min 1 max 65536",
-                "option name Clear Hash type button",
-                "option name Threads type spin default 1 min 1 max 1",
-                "option name Style type combo default knowledge3 var knowledge1 var knowledge2 var "
-                "knowledge3",
-                "option name Random Search type check default false",
-                "option name OwnBook type check default false",
-                "option name Book File type string default <empty>",
-                "option name Learn File type string default <empty>",
-                "option name Learn Output type string default <empty>",
-                "option name Move Overhead type spin default 10 min 0 max 5000",
-                "option name Seed type spin default 0 min 0 max 2147483647",
-            }));
+  EXPECT_EQ(Said(SayOptions), (Lines{
+                                  "option name Hash type spin default 32 min 1 max 65536",
+                                  "option name Clear Hash type button",
+                                  "option name Threads type spin default 1 min 1 max 1",
+                                  kStyles,
+                                  "option name Random Search type check default false",
+                                  "option name OwnBook type check default false",
+                                  "option name Book File type string default <empty>",
+                                  "option name Learn File type string default <empty>",
+                                  "option name Learn Output type string default <empty>",
+                                  "option name Move Overhead type spin default 10 min 0 max 5000",
+                                  "option name Seed type spin default 0 min 0 max 2147483647",
+                              }));
 }
 
 TEST_F(Options, AreBackAtTheStartAfterAReset) {
