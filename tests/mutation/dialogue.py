@@ -7,9 +7,11 @@ Each line is answered before the next is sent, so that the engine says the same 
 """
 
 import pathlib
+import signal
 import subprocess
 import sys
 
+PATIENCE = 20  # seconds for an answer, then the dialogue ends by a signal
 LINES = pathlib.Path(__file__).with_suffix(".uci").read_text().splitlines()
 
 
@@ -25,6 +27,7 @@ def hold(engine: subprocess.Popen) -> None:
         last = last_answer(line)
         engine.stdin.write(f"{line}\nisready\n" if last == "readyok" else f"{line}\n")
         engine.stdin.flush()
+        signal.alarm(PATIENCE)
         for answer in engine.stdout:
             print(answer, end="")
             if answer.split(" ")[0].strip() == last:
@@ -37,6 +40,7 @@ def main() -> None:
     with subprocess.Popen([sys.argv[1]], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as engine:
         hold(engine)
         engine.stdin.close()
+        signal.alarm(PATIENCE)
         print(engine.stdout.read(), end="")
     print("status", engine.returncode)
 

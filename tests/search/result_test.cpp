@@ -89,7 +89,7 @@ TEST_F(Result, PredictedLineIsTheGameAndTheLineCutByDepthAndTen) {
   };
   constexpr Row kRows[] = {{0, 4, 3, 3},      {0, 4, 4, 4},  {0, 4, 8, 4}, {0, 12, 20, 10},
                            {0, 10, 20, 10},   {0, 9, 20, 9}, {6, 4, 8, 4}, {6, 90, 96, 10},
-                           {400, 12, 20, 10}, {3, 2, 1, 1}};
+                           {400, 12, 20, 10}, {3, 2, 1, 1},  {6, 0, 8, 0}};
   for (const Row& row : kRows) {
     SCOPED_TRACE(testing::Message()
                  << row.game_moves << " moves, depth " << row.depth << ", line " << row.line_moves);
