@@ -182,6 +182,16 @@ TEST_F(Places, ForgetWhatCannotComeBack) {
   }
 }
 
+TEST_F(Places, ForgetTheWholeGameAfterALastMoveThatCannotBeUndone) {
+  const std::vector<std::string> rooks = {"h1g1", "h8g8", "g1h1", "g8h8"};
+  const std::string full = "fen 4k2r/p7/8/8/8/8/8/4K2R w Kk - 0 1 moves" + Shuffled(rooks, 399);
+  Place(full + " a7a6");
+  EXPECT_EQ(g.game_len, kMaxGameMoves);
+  EXPECT_EQ(Place(full + " a7a6 h1g1"), Lines());
+  EXPECT_EQ(g.game_len, 1);
+  EXPECT_EQ(Board(), "4k1r1/8/p7/8/8/8/8/4K1R1 b");
+}
+
 }  // namespace
 
 }  // namespace tarvyle::uci
