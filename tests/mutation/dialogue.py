@@ -3,7 +3,7 @@
 
     tests/mutation/dialogue.py PROGRAM
 
-Each line is answered before the next is sent, so that the engine says the same each time.
+Each search ends before the next line is sent, so that the engine says the same each time.
 """
 
 import pathlib
@@ -15,17 +15,22 @@ PATIENCE = 20  # seconds for an answer, then the dialogue ends by a signal
 LINES = pathlib.Path(__file__).with_suffix(".uci").read_text().splitlines()
 
 
-def last_answer(line: str) -> str:
-    """The first word of what ends the answer to a line."""
-    if line == "go infinite":
-        return "info"
-    return "bestmove" if line == "stop" or line.split(" ")[0] == "go" else "readyok"
+def parts() -> list[tuple[str, str]]:
+    """What is sent at once, and the first word of what ends the answer: a part ends with the search it asks for."""
+    found = []
+    text = ""
+    for line in LINES:
+        text += line + "\n"
+        word = line.split(" ")[0]
+        if word in ("go", "stop"):
+            found.append((text, "info" if line == "go infinite" else "bestmove"))
+            text = ""
+    return [*found, (text + "isready\n", "readyok")]
 
 
 def hold(engine: subprocess.Popen) -> None:
-    for line in LINES:
-        last = last_answer(line)
-        engine.stdin.write(f"{line}\nisready\n" if last == "readyok" else f"{line}\n")
+    for text, last in parts():
+        engine.stdin.write(text)
         engine.stdin.flush()
         signal.alarm(PATIENCE)
         for answer in engine.stdout:
