@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "base/version.h"
 #include "search/root.h"
 
 namespace tarvyle::tools {
@@ -79,12 +80,13 @@ void Command::Does(std::function<void()> action) const {
 int ObeyCommandLine(int argc, char** argv, void (*describe)(const Command& program),
                     int usage_error) {
   CLI::App app("tarv - the engine's workbench", "tarv");
+  app.set_version_flag("--version", std::string("tarv ") + kVersion, "Print the version and exit");
   app.require_subcommand(1);
   describe(Command(&app));
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);  // help was asked for
+    if (error.get_exit_code() == 0) return app.exit(error);  // help or the version was asked for
     std::fprintf(stderr, "tarv: %s\n", error.what());
     return usage_error;
   }

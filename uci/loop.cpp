@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/version.h"
 #include "host/engine.h"
 #include "uci/extras.h"
 #include "uci/input.h"
@@ -24,7 +25,7 @@ namespace tarvyle::uci {
 namespace {
 
 void ObeyUci(std::string_view /*words*/) {
-  Say("id name Tarvyle");
+  Say("id name Tarvyle " + std::string(kVersion));
   Say("id author Tarvyle developers");
   SayOptions();
   Say("uciok");

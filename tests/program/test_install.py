@@ -217,16 +217,6 @@ def test_a_link_that_cannot_be_made(user):
     assert done.stderr.endswith(f"tarvyle: cannot make the link {user.folder}/tarvyle\n")
 
 
-# --- versions ---------------------------------------------------------------------------------------------
-
-
-def test_all_tell_the_same_version():
-    project = re.search(r"^project\(tarvyle VERSION ([\d.]+)", (PROJECT / "CMakeLists.txt").read_text(), re.M)[1]
-    package = re.match(r"tarvyle \(([^)]+)\)", (PROJECT / "packaging/debian/changelog").read_text())[1]
-    changes = re.findall(r"^## \[(\d[^]]*)\]", (PROJECT / "CHANGELOG.md").read_text(), re.MULTILINE)
-    assert (package, changes[0]) == (project, project)
-
-
 # --- manuals ----------------------------------------------------------------------------------
 
 

@@ -13,7 +13,8 @@ from positions import ILLEGAL, MATE_IN_ONE, NO_KINGS, STALEMATE, START_TEXT
 
 def test_uci_declares_itself_and_its_options(uci):
     lines = uci.ask("uci")
-    assert lines[:2] == ["id name Tarvyle", "id author Tarvyle developers"]
+    assert re.fullmatch(r"id name Tarvyle \d+\.\d+\.\d+", lines[0])
+    assert lines[1] == "id author Tarvyle developers"
     assert lines[-1] == "uciok"
     types = r"check default (?:true|false)|spin default \d+ min \d+ max \d+|combo default \S+(?: var \S+)+|button" \
             r"|string default .+"
