@@ -86,7 +86,7 @@ def test_the_program_and_its_data_stand_together(installed):
     data = {path.name: path.read_bytes() for path in (PROJECT / "data").iterdir() if path.name != "README.md"}
     found = {path.name: path.read_bytes() for path in (installed / "lib/tarvyle").iterdir()}
     assert {"tarvyle.cfg", "tarvyle.bk"} <= set(data)
-    assert set(found) == {"tarvyle", "tarv"} | set(data)
+    assert set(found) == {"tarvyle", "tarv", "tarv-uci"} | set(data)
     assert {name: found[name] for name in data} == data
 
 
@@ -99,6 +99,13 @@ def help_text(installed: pathlib.Path) -> str:
 def test_the_workbench_is_a_link_to_where_its_data_is(installed):
     assert os.readlink(installed / "games/tarv") == "../lib/tarvyle/tarv"
     assert "Usage: tarv" in help_text(installed)
+
+
+def test_the_second_front_end_is_a_link_to_where_its_data_is(installed):
+    assert os.readlink(installed / "games/tarv-uci") == "../lib/tarvyle/tarv-uci"
+    done = subprocess.run([installed / "games/tarv-uci"], input="setoption name OwnBook value true\nisready\nquit\n",
+                          env=engine_environment(), capture_output=True, text=True, check=True)
+    assert done.stdout == "readyok\n", "the book beside the program is read"
 
 
 def test_plugins_name_installed_commands(installed):
@@ -220,7 +227,7 @@ def test_a_link_that_cannot_be_made(user):
 # --- manuals ----------------------------------------------------------------------------------
 
 
-@pytest.mark.parametrize("name", ["tarvyle.6", "tarv.6"])
+@pytest.mark.parametrize("name", ["tarvyle.6", "tarv.6", "tarv-uci.6"])
 def test_manuals_have_no_faults(installed, name):
     require("mandoc")
     done = subprocess.run(["mandoc", "-T", "lint", "-W", "warning", installed / "share/man/man6" / name],

@@ -48,7 +48,7 @@ def test_the_console_greets_as_ever(folder):
 # --- the manuals and the package --------------------------------------------------------------------------
 
 
-@pytest.mark.parametrize("name", ["tarvyle.6", "tarv.6"])
+@pytest.mark.parametrize("name", ["tarvyle.6", "tarv.6", "tarv-uci.6"])
 def test_manuals_tell_the_version_and_its_day(engine, name):
     require("mandoc")
     manual = engine.parent.parent / "packaging" / "man" / name
