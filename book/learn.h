@@ -67,6 +67,7 @@ LearnNode* NewLNode(const char* text);
 void LinkLearnNode(LearnNode* node);
 
 // Enters the current position as a book node unless it is known.
+// Offered to others; the engine itself never calls it.
 void InsertNodeLearn();
 
 // Remembers a root search result for the current position, overwriting an older one even of

@@ -24,6 +24,7 @@ constexpr int AttackCount(std::uint32_t word) { return static_cast<int>(word & 1
 
 // Rebuilds `p_attack` from the board, and the attack sets that king safety works on. The evaluation
 // builds the sets alone: they hold the same knowledge.
+// Offered to others; the engine itself never calls it.
 void GenerateAttackes();
 
 // Type bit of the cheapest attacker in the low 16 bits of an attack word; 0 when there is none.

@@ -13,6 +13,7 @@ void PrintScoreTables(std::FILE* stream);
 
 // Writes them to "sctable.txt" in the working directory. When that cannot be opened, one line goes
 // to standard error and nothing is written. Returns 0.
+// Offered to others; the engine itself never calls it.
 int print_score_tbl();
 
 }  // namespace tarvyle

@@ -11,6 +11,7 @@ int OpponentWeight(int colour);
 double Stage(int colour);
 
 // The opponent's minor pieces on a scale of 0 to 4; a bishop pair counts one more.
+// Offered to others; the engine itself never calls it.
 int stage_nb_int(int colour);
 
 }  // namespace tarvyle

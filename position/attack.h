@@ -23,6 +23,7 @@ constexpr int AttackIndex(Square attacker, Square target) {
 void InitAtk();
 
 // Whether a piece of that code and colour standing on `from` attacks `to` on the current board.
+// Offered to others; the engine itself never calls it.
 bool Attack(int piece, int colour, Square from, Square to);
 
 // Whether any piece of `colour` attacks `square`.

@@ -135,6 +135,7 @@ void ClearRecord();
 void InsertPiece(int piece, int colour, Square square, int slot);
 
 // Undoes exactly that. Aborts when piece, colour, square and slot do not agree with the board.
+// Offered to others; the engine itself never calls it.
 void RemovePiece(int piece, int colour, Square square, int slot);
 
 }  // namespace tarvyle

@@ -24,6 +24,7 @@ void LineFree(Move* line);
 int LineInCnt(const Move* a, const Move* b);
 
 // Prints each move followed by a blank, then a newline, on standard output.
+// Offered to others; the engine itself never calls it.
 void LinePrint(const Move* line);
 
 // What a queue holds: a move, or a pointer to a line. The queue never owns what it points at.
@@ -39,6 +40,7 @@ struct QueueNode {
 using Queue = QueueNode*;
 
 // Puts a value in front; nothing happens without memory.
+// Offered to others; the engine itself never calls it.
 void pvt_push_first(Queue* queue, QueueValue item);
 
 // Appends a value and returns its node, or null without memory.
@@ -48,9 +50,11 @@ QueueNode* pvt_push_last(Queue* queue, QueueValue item);
 QueueValue pvt_pop_first(Queue* queue);
 
 // Calls `visit` with each value, front to back.
+// Offered to others; the engine itself never calls it.
 void pvt_for_each(const Queue* queue, void (*visit)(QueueValue));
 
 // Frees all nodes and leaves the queue empty; the values are left alone.
+// Offered to others; the engine itself never calls it.
 void pvt_clear_all(Queue* queue);
 
 }  // namespace tarvyle

@@ -28,6 +28,7 @@ void pvPrint(PvTree& tree, std::FILE* out);
 
 // Writes a move's text with "+" behind it when `check` is set, and returns the buffer, which must
 // hold kMoveTextSize bytes.
+// Offered to others; the engine itself never calls it.
 char* PrintMove(char* buffer, Move move, bool check);
 
 }  // namespace tarvyle

@@ -47,6 +47,7 @@ void pvInsertToFront(PvTree& tree, PvNode** head, PvNode* node);
 
 // Appends a node at the end of the list, unless it is its first; returns the link that points at
 // it.
+// Offered to others; the engine itself never calls it.
 PvNode** pvInsertToEnd(PvTree& tree, PvNode** head, PvNode* node);
 
 // Merges a line into the tree, bringing each of its moves to the front of its list. Moves beyond

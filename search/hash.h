@@ -66,6 +66,7 @@ void HashInsert(int score, int beta, int depth, Move move);
 void HashDepthLow();
 
 // Fill rate in percent: entries with a depth other than 0.
+// Offered to others; the engine itself never calls it.
 int HashDamp();
 
 // Whether a search to `depth` may use the slot of a key: false when it holds that very key or a

@@ -19,6 +19,7 @@ inline int& History(int colour, Move move) {
 void SaveHist(Move move, int alpha, int beta);
 
 // Halves every counter.
+// Offered to others; the engine itself never calls it.
 void HistLow();
 
 // With `clear`, zeroes the table. Without, compresses it: the counters above the average become 1

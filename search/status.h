@@ -31,6 +31,7 @@ void PrintSearchStatus(int depth, int score, int elapsed, std::uint32_t nodes_lo
                        std::uint32_t nodes_hi, const Move* line);
 
 // Prints the root list with its ordering values, in one line.
+// Offered to others; the engine itself never calls it.
 void debug_print_moves_and_score();
 
 }  // namespace tarvyle
