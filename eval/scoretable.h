@@ -23,7 +23,6 @@ void GenScoreTable(int piece, int* table, int colour, int scale);
 // Width of the promotion cone of a pawn on `square`: one for its own file, and what a diagonal walk
 // to either side passes up to the promotion row or the edge. Each walk counts the square that it
 // starts from, so this is two more than the squares of the cone on the promotion row.
-// Offered to others; the engine itself never calls it.
 int CntAtkPromoteSq(Square square, int colour);
 
 // Rows between a pawn on `square` and its promotion row.
