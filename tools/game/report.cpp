@@ -1,6 +1,7 @@
 #include "tools/game/report.h"
 
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -69,19 +70,38 @@ std::string GameObject(const SavedGame& game) {
   return text + "]}";
 }
 
+// A text that goes into a page, and what stands in its place there.
+struct Filling {
+  std::string_view mark;
+  std::string text;
+};
+
+// The page with these texts in it, in the order of their marks; throws when one is not there. What
+// a text holds stays as it is, even if it looks like a mark.
+std::string Filled(std::string_view page, std::initializer_list<Filling> fillings) {
+  std::string text;
+  for (const Filling& filling : fillings) {
+    const std::size_t place = page.find(filling.mark);
+    text.append(page.substr(0, place)).append(filling.text);
+    page = page.substr(place).substr(filling.mark.size());
+  }
+  return text.append(page);
+}
+
+std::string Element(std::string_view name, std::string_view content) {
+  std::string text("<");
+  text.append(name).append(">\n").append(content).append("</").append(name).append(">");
+  return text;
+}
+
 }  // namespace
 
 std::string GameAsPage(const SavedGame& game) {
-  constexpr std::string_view kTitle = "@TITLE@";
-  constexpr std::string_view kGame = "@GAME@";
-  const std::string_view page = kReportPage;
-  const std::size_t title = page.find(kTitle);
-  const std::size_t data = page.find(kGame);
-  std::string text(page.substr(0, title));
-  text += HtmlText(game.white + " - " + game.black + ", " + game.result);
-  text += page.substr(title + kTitle.size(), data - title - kTitle.size());
-  text += GameObject(game);
-  return text += page.substr(data + kGame.size());
+  return Filled(kReportHtml,
+                {{"@TITLE@", HtmlText(game.white + " - " + game.black + ", " + game.result)},
+                 {"<link rel=\"stylesheet\" href=\"report.css\">", Element("style", kReportCss)},
+                 {"@GAME@", GameObject(game)},
+                 {"<script src=\"report.js\"></script>", Element("script", kReportJs)}});
 }
 
 }  // namespace tarvyle::tools
