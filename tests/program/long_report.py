@@ -22,6 +22,7 @@ PLACE = """
 MARKS = """
     return [...document.querySelectorAll("#board rect")]
         .filter(r => r.getAttribute("fill") === "var(--check)").map(r => [r.getAttribute("x"), r.getAttribute("y")]);"""
+GLOBALS = "return Object.getOwnPropertyNames(window);"
 FORWARD_ONLY = 'return document.getElementById("back").disabled && !document.getElementById("forward").disabled;'
 BRIGHTNESS = """
     const rgb = getComputedStyle(document.body).backgroundColor.match(/\\d+/g).map(Number);
@@ -109,6 +110,14 @@ def test_light_and_dark(browser, page_of, folder):
     light = browser.run(BRIGHTNESS)
     browser.dark(True)
     assert light > 600 and browser.run(BRIGHTNESS) < 150
+
+
+def test_the_script_keeps_its_names_to_itself(browser, page_of, folder, tmp_path):
+    (tmp_path / "empty.html").write_text("<!DOCTYPE html><title>-</title>")
+    browser.open(tmp_path / "empty.html")
+    before = browser.run(GLOBALS)
+    browser.open(page_of(typed_game(folder, "e2e4")))
+    assert set(browser.run(GLOBALS)) == set(before)
 
 
 def test_an_empty_game(browser, page_of, folder):

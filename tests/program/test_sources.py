@@ -1,27 +1,17 @@
-"""The sources as such: scripts under the linters of their languages, files as editors are told to write them, includes
-without a circle."""
+"""The sources as such: scripts and pages under the linters of their languages, files as editors are told to write them,
+includes without a circle."""
 
 import configparser
 import graphlib
-import os
 import pathlib
 import re
 import subprocess
 
+import pytest
 from conftest import PROJECT, require
-
-FOLDERS_OF_OTHERS = {".git", "build", "node_modules"}
+from source_files import files
 
 PYTHON_COLUMNS = 120
-
-
-def files() -> list[pathlib.Path]:
-    """Every file of the tree but what was built or fetched."""
-    found = []
-    for folder, folders, names in os.walk(PROJECT):
-        folders[:] = [name for name in folders if name not in FOLDERS_OF_OTHERS]
-        found += [pathlib.Path(folder, name).relative_to(PROJECT) for name in names]
-    return sorted(found)
 
 
 def begins_as(path: pathlib.Path, start: bytes) -> bool:
@@ -91,3 +81,41 @@ def test_no_files_include_each_other():
         others.discard(one)
     assert len(needs) > 200
     list(graphlib.TopologicalSorter(needs).static_order())  # raises CycleError, which names them
+
+
+# --- web pages --------------------------------------------------------------------------------------------
+
+PAGES = [path for path in files() if path.suffix == ".html"]
+
+
+def test_pages_have_no_faults():
+    require("tidy")
+    assert len(PAGES) > 0
+    # What is empty is there for the script to fill.
+    assert complaints("tidy", "-e", "-q", "--drop-empty-elements", "no", *PAGES) == ""
+
+
+def test_scripts_of_pages_can_be_read():
+    require("node")
+    scripts = [path for path in files() if path.suffix in (".js", ".mjs")]
+    assert len(scripts) > 1
+    assert [complaints("node", "--check", path) for path in scripts] == [""] * len(scripts)
+
+
+@pytest.mark.parametrize("page", PAGES, ids=str)
+def test_page_script_and_styles_fit_together(page):
+    """None of the three names what no other has: misspelt names do nothing at all, in every browser."""
+    html, css, js = ((PROJECT / page).with_suffix(kind).read_text() for kind in (".html", ".css", ".js"))
+    styles = re.sub(r"/\*.*?\*/", "", css, flags=re.DOTALL)
+    selectors = " ".join(re.findall(r"([^{};]*)\{", styles))
+    ids, pieces = set(re.findall(r'\bid="([\w-]+)"', html)), set(re.findall(r'\bid="(piece-\w)"', html))
+    classes = set(" ".join(re.findall(r'\bclass="([^"]*)"', html)).split()) | set(
+        re.findall(r'\.className = "([\w-]+)"', js))
+    styled = set(re.findall(r"\.([A-Za-z][\w-]*)", selectors))
+    sought = set(re.findall(r'\$\("([\w-]+)"\)', js))
+    assert sought <= ids and len(sought) > 10
+    assert set(re.findall(r"#([\w-]+)", selectors)) <= ids
+    assert classes == styled
+    assert pieces == {f"piece-{letter}" for letter in "kqrbnp"}
+    given = set(re.findall(r"(--[\w-]+):", styles)) | set(re.findall(r'setProperty\("(--[\w-]+)"', js))
+    assert given == set(re.findall(r"var\((--[\w-]+)\)", css + js + html))

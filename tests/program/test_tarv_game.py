@@ -1,12 +1,15 @@
 """`tarv game` from outside: saved games as moves, PGN and page, and files that are none."""
 
+import html
 import json
 import re
 import subprocess
 
 import pytest
-from conftest import SEARCH_PATH, engine_environment, require
+from conftest import PROJECT, SEARCH_PATH, engine_environment, require
 from game_files import CASTLING, GAME_LEN, MOVES, PROMOTION, SCHOLAR, SIZE, played_game, typed_game, with_scores
+
+PAGE = PROJECT / "tools" / "game" / "page"
 
 
 def movetext(pgn: str) -> str:
@@ -130,7 +133,7 @@ def test_the_page_needs_nothing_else(says, folder):
     page = report(says, typed_game(folder, *SCHOLAR))
     assert set(re.findall(r"https?://[^\"' ]+", page)) == {"http://www.w3.org/2000/svg"}, "but the name of SVG itself"
     assert not re.search(r"<(?:img|iframe|object|embed|audio|video)\b|<script[^>]* src|@import|url\((?!#)", page)
-    assert "@TITLE@" not in page and "@GAME@" not in page
+    assert re.findall(r"<link [^>]*>", page) == ['<link rel="icon" href="data:,">']
 
 
 def test_the_page_holds_the_game(says, folder):
@@ -145,12 +148,40 @@ def test_the_page_holds_the_game(says, folder):
     assert last["check"] and (last["from"], last["to"]) == (31, 13)
 
 
-def test_names_cannot_break_the_page(says, folder, tmp_path):
-    name = '</script><script>alert("x")</script>'
-    path = typed_game(folder)
-    says("game", "report", path, "-o", "game.html", "--white", name, "--black", "@GAME@")
+STYLE_MARK, SCRIPT_MARK = '<link rel="stylesheet" href="report.css">', '<script src="report.js"></script>'
+
+
+@pytest.mark.parametrize("white, black", [
+    ('</script><script>alert("x")</script>', "@GAME@"), ("</title>&lt;", "@TITLE@"), ("José & 'Co'", "</style>"),
+    (STYLE_MARK, SCRIPT_MARK), ("a\\b\t\x7f", "$& \\1"),
+])
+def test_names_cannot_break_the_page(says, folder, tmp_path, white, black):
+    plain = report(says, typed_game(folder))
+    path = folder.file("game.dat")
+    says("game", "report", path, "-o", "game.html", "--white", white, "--black", black)
     page = (tmp_path / "game.html").read_text()
-    assert page.count("<script") == 2 and page_game(page)["white"] == name and page_game(page)["black"] == "@GAME@"
+    assert (page_game(page)["white"], page_game(page)["black"]) == (white, black)
+    title, data = r"<title>(.*?)</title>", r"<script type=\"application/json\"[^>]*>.*?</script>"
+    assert html.unescape(re.search(title, page)[1]) == f"{white} - {black}, *"
+    assert re.sub(title, "", re.sub(data, "", page, flags=re.DOTALL)) == re.sub(
+        title, "", re.sub(data, "", plain, flags=re.DOTALL)), "nothing else depends on the names"
+
+
+def test_the_page_is_its_three_files(says, folder):
+    page = report(says, typed_game(folder))
+    template, css, js = ((PAGE / f"report.{kind}").read_text() for kind in ("html", "css", "js"))
+    assert f"<style>\n{css}</style>" in page and f"<script>\n{js}</script>" in page
+    for mark in STYLE_MARK, SCRIPT_MARK, "@GAME@", "@TITLE@":
+        assert template.count(mark) == 1 and mark not in page
+
+
+def test_the_page_has_no_faults(tarv, folder, tmp_path):
+    require("tidy")
+    path = typed_game(folder, *SCHOLAR)
+    tarv("game", "report", path, "-o", "game.html", "--white", '</title><b a="&', "--black", "</script>")
+    done = subprocess.run(["tidy", "-e", "-q", "--drop-empty-elements", "no", "game.html"], cwd=tmp_path, text=True,
+                          capture_output=True, check=False)
+    assert (done.stdout, done.stderr) == ("", "")
 
 
 def test_the_page_beside_the_game(says, folder):
