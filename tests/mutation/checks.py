@@ -61,13 +61,13 @@ def slow_units(*folders: str) -> list[Check]:
 
 def programs(*names: str) -> list[Check]:
     """The tests of whole programs in tests/program/test_<name>.py."""
-    targets = ("tarvyle", "tarv", "fixed_time", "engine_files")
+    targets = ("tarvyle", "tarv", "tarv_uci", "fixed_time", "engine_files")
     pytest = (sys.executable, "-m", "pytest", "-q", "-x", "-p", "no:cacheprovider")
     return [Check(f"test_{n}.py", targets, (*pytest, f"test_{n}.py"), in_tests=True) for n in names]
 
 
 TOOLS = ("tarv", "tarv_analyse", "tarv_book", "tarv_game", "tarv_learn", "tarv_suite")
-UCI = ("uci_search", "uci_options", "uci", "uci_soup")
+UCI = ("uci_alone", "uci_search", "uci_options", "uci", "uci_soup")
 ENGINE = ("sessions", "startup", "commands", "savedgame", "lost_and_full", "learnfile")
 # What is run for any change.
 QUICK = {

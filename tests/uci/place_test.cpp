@@ -147,6 +147,8 @@ TEST_F(Places, MayFollowAGameThatFillsTheRecord) {
   EXPECT_EQ(Place("startpos moves e2e4 e7e5" + Shuffled(kKnights, 404)), Lines());
   // Fifty moves without an end in sight are a draw whatever comes: so much is kept at least.
   EXPECT_GE(g.game_len, 100);
+  EXPECT_EQ(Place("startpos moves" + Shuffled(kKnights, 401)), Lines());
+  EXPECT_EQ(g.game_len, 201) << "two hundred are enough";
 }
 
 // A repetition counts that began long before the record had to be shortened.

@@ -213,6 +213,8 @@ TEST_F(Thinks, ForAShareOfTheClock) {
 // begins.
 TEST_F(Thinks, WithoutAnIterationThatWouldBeginTooLate) {
   EXPECT_EQ(LastNumber(Go("wtime 40 btime 1", kMiddle), "depth"), 2);
+  // Not even within the millisecond.
+  EXPECT_EQ(LastNumber(Go("wtime 40 btime 1", "fen 7k/8/8/8/8/8/P7/K7 w - - 0 1"), "depth"), 2);
 }
 
 TEST_F(Thinks, OfASingleReplyForOneIteration) {
