@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstddef>
 #include <initializer_list>
 #include <vector>
@@ -102,6 +103,13 @@ TEST_F(InputTest, IsNotWaitedForWhileTheEngineThinks) {
   HearWhileThinking();
   EXPECT_FALSE(interruption.stop);
   EXPECT_FALSE(interruption.quit);
+}
+
+// It is listened to every few thousand nodes.
+TEST_F(InputTest, CostsThinkingNoTime) {
+  const auto begin = std::chrono::steady_clock::now();
+  for (int i = 0; i < 2000; ++i) HearWhileThinking();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
 }
 
 TEST_F(InputTest, AnswersIsreadyWhileTheEngineThinks) {
