@@ -395,6 +395,11 @@ TEST_F(Thinks, OfARandomisedSearchNoDeeperThanItIsTold) {
   EXPECT_EQ(BestMoveIn(said).size(), 4u);
 }
 
+TEST_F(Thinks, OfARandomisedSearchAsDeepAsItIsTold) {
+  Set("Random Search value true");
+  EXPECT_GE(LastNumber(Go("depth 7 movetime 60000", kMiddle), "depth"), 7);
+}
+
 TEST_F(Thinks, NotOfASingleReplyInTheRandomisedSearch) {
   Set("Random Search value true");
   const Lines said = Go("movetime 100", kSingleReply);
