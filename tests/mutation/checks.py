@@ -8,9 +8,11 @@ import sys
 TESTS = pathlib.Path(__file__).resolve().parents[1]
 # Unit tests that take longer than all the others of their folder together.
 SLOW_TESTS = {
-    "search": "Reference.*:AnyPosition.*:RandomisedSearch.*:InTurn.*:PlayoutLimits.*:QuiescenceTwin.*",
-    "eval": "ManyPositions.*:Terms.*:KingTerms.*",
+    "search": ("Reference", "QuiescenceTwin", "RandomisedSearch", "InTurn", "PlayoutLimits", "AnyPosition"),
+    "eval": ("Terms", "KingTerms", "ManyPositions"),
 }
+# Those of them that look at one file.
+SLOW_TESTS_OF_FILE = {"search/quies.cpp": "QuiescenceTwin", "search/randomroot.cpp": "RandomisedSearch"}
 
 
 @dataclasses.dataclass(frozen=True)
@@ -51,12 +53,12 @@ def unit_of_file(path: str) -> list[Check]:
 
 def units(*folders: str) -> list[Check]:
     """All but the slow ones."""
-    slow = {folder: f"-{tests}" for folder, tests in SLOW_TESTS.items()}
+    slow = {folder: "-" + ":".join(f"{suite}.*" for suite in suites) for folder, suites in SLOW_TESTS.items()}
     return [unit(folder, slow.get(folder, "")) for folder in folders if list((TESTS / folder).glob("*_test.cpp"))]
 
 
 def slow_units(*folders: str) -> list[Check]:
-    return [unit(folder, SLOW_TESTS[folder], f"test_{folder}, slow ones") for folder in folders]
+    return [unit(folder, f"{suite}.*", f"test_{folder} {suite}") for folder in folders for suite in SLOW_TESTS[folder]]
 
 
 def programs(*names: str) -> list[Check]:
@@ -115,7 +117,8 @@ def slow_checks(path: str) -> list[Check]:
     folder = path.split("/")[0]
     if folder == "tools":
         return programs(*TOOLS) if tools_below(path) else []
-    return SLOW[folder]
+    likely = SLOW_TESTS_OF_FILE.get(path, path)
+    return sorted(SLOW[folder], key=lambda check: not check.name.endswith(likely))
 
 
 def checked_checks(path: str) -> list[Check]:

@@ -49,7 +49,9 @@ TEST_F(InputTest, MayComeInPieces) {
   HearWhileThinking();
   Send("ady\nde");
   EXPECT_EQ(Next(), "isready");
-  Send("pth");
+  Send("p");
+  HearWhileThinking();
+  Send("th");
   HangUp();
   EXPECT_EQ(Rest(), Lines{"depth"}) << "the last line needs no end";
 }
