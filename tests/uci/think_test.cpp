@@ -222,6 +222,7 @@ TEST_F(Thinks, OfASingleReplyForOneIteration) {
   EXPECT_EQ(LastNumber(said, "depth"), 2);
   EXPECT_EQ(BestMoveIn(said), "h1g1");
   EXPECT_EQ(LastNumber(Go("btime 4000", kSingleReplyOfBlack), "depth"), 2);
+  EXPECT_EQ(LastNumber(Go("wtime 0 winc 4000", kSingleReply), "depth"), 2);
 }
 
 TEST_F(Thinks, OfASingleReplyAsLongAsItIsTold) {
