@@ -8,11 +8,15 @@ namespace tarvyle {
 
 inline constexpr int kDefaultLimit = 750;  // 1/100 s
 
-extern int limit_time;  // allowance for one move, 1/100 s; set by configuration and commands
-extern int start_time;  // clock reading at the start of the search, 1/100 s
-extern int curr_time;   // last clock reading of the search, 1/100 s
+// Allowance for one move, 1/100 s. Set by configuration and commands; a randomised search and
+// host/engine.h set it for their own time and put it back.
+extern int limit_time;
+extern int start_time;           // clock reading at the start of the search, 1/100 s
+extern int curr_time;            // last clock reading of the search, 1/100 s
 extern std::uint64_t cnt_nodes;  // world.first_count and the nodes since TimeReset (see StopSearch)
-extern int is_stop_search;       // 1 once the time is used up, until the next TimeReset
+// 1 once the time is used up, until the next TimeReset. A root hook may set it as well, to end the
+// search after an iteration or with a line.
+extern int is_stop_search;
 
 // What a search takes from the world outside: a clock in milliseconds, and a seed for the random
 // generator. Tests, benchmarks and tools put their own in place; the last two are theirs alone.
