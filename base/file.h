@@ -6,8 +6,6 @@
 
 namespace tarvyle {
 
-inline constexpr unsigned kNewFileMode = 0666;  // less what the user's mask takes away
-
 enum class FileState {
   kRead,
   kMissing,     // nothing is there, or something that is no regular file

@@ -1,19 +1,16 @@
 #include "frontend/exit.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
-#include "base/file.h"
 #include "base/path.h"
 #include "base/property.h"
+#include "base/replace.h"
 #include "book/learnfile.h"
 #include "frontend/state.h"
 
@@ -31,9 +28,8 @@ std::string ReserveTemporary() {
     char name[40];
     std::snprintf(name, sizeof name, "tarvyle_tmp_lrn%d.lrn", number);
     std::string path = ConCat(name);
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
-    if (file >= 0) {
-      close(file);
+    if (std::FILE* file = CreateNewFile(path)) {
+      std::fclose(file);
       return path;
     }
     if (errno != EEXIST) return {};
@@ -42,19 +38,10 @@ std::string ReserveTemporary() {
   return {};
 }
 
-// Whether nothing or a file stands there, be it behind a link; or a folder, over which no file can
-// be renamed. A device, a pipe or a link to anything else would be lost.
-bool MayBeRenamedOver(const std::string& path) {
-  std::error_code ignored;
-  const std::filesystem::file_status itself = std::filesystem::symlink_status(path, ignored);
-  return !std::filesystem::exists(itself) || std::filesystem::is_directory(itself) ||
-         std::filesystem::is_regular_file(path, ignored);
-}
-
 // The table in a temporary file, whose name is returned; "" when it cannot be written, or must not
 // take the learn file's place.
 std::string WriteTemporary(const std::string& learn_file) {
-  if (!MayBeRenamedOver(learn_file)) return {};
+  if (!TakesOwnFile(learn_file)) return {};
   std::string temporary = ReserveTemporary();
   if (temporary.empty() || SaveLearnTable(temporary.c_str())) return temporary;
   std::remove(temporary.c_str());
@@ -62,9 +49,8 @@ std::string WriteTemporary(const std::string& learn_file) {
 }
 
 void ReplaceLearnFile(const std::string& temporary, const std::string& learn_file, long size) {
-  if (std::rename(temporary.c_str(), learn_file.c_str()) != 0) {
+  if (!MoveIntoPlace(temporary, learn_file)) {
     std::fputs("----> error write learn file(2), ?rename() \n", stderr);
-    std::remove(temporary.c_str());
     return;
   }
   std::printf("write learn file %s %ld bytes \n", learn_file.c_str(), size);

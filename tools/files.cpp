@@ -1,6 +1,5 @@
 #include "tools/files.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,61 +12,22 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "base/file.h"
+#include "base/replace.h"
 
 namespace tarvyle::tools {
 
 namespace {
 
-// Closes the descriptor at the end of its life.
-struct Descriptor {
-  explicit Descriptor(int opened) : number(opened) {}
-  ~Descriptor() {
-    if (number >= 0) close(number);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int number;
-};
-
-void WriteAll(int file, std::string_view content, const std::string& path) {
-  while (!content.empty()) {
-    const ssize_t written = write(file, content.data(), content.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) FailOn("cannot write", path, errno);
-    content.remove_prefix(static_cast<std::size_t>(written));
-  }
-}
-
-// The file that a chain of links ends at.
-std::string FollowLinks(const std::string& path) {
-  std::error_code error;
-  const auto target = std::filesystem::weakly_canonical(path, error);
-  return error ? path : target.string();
-}
-
-std::string FolderOf(const std::string& path) {
-  const auto folder = std::filesystem::path(path).parent_path();
-  return folder.empty() ? "." : folder.string();
-}
-
-void WriteTemporary(const std::string& temporary, const std::string& path,
-                    std::string_view content) {
-  const Descriptor file(
-      open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
-  if (file.number < 0) FailOn("cannot write", path, errno);
+// The mode of what is replaced stays.
+bool CopyMode(const std::string& from, std::FILE* to) {
   struct stat old {};
-  if (stat(path.c_str(), &old) == 0 && fchmod(file.number, old.st_mode & 07777) != 0) {
-    FailOn("cannot write", path, errno);
-  }
-  WriteAll(file.number, content, path);
-  if (fsync(file.number) != 0) FailOn("cannot write", path, errno);
+  return stat(from.c_str(), &old) != 0 || fchmod(fileno(to), old.st_mode & 07777) == 0;
 }
 
-// Best effort: the rename itself has succeeded already.
-void SyncFolder(const std::string& folder) {
-  const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (opened.number >= 0) (void)fsync(opened.number);
+// In one piece: nothing is gained by copying it into a buffer first.
+bool WriteAll(std::FILE* file, std::string_view content) {
+  std::setbuf(file, nullptr);
+  return std::fwrite(content.data(), 1, content.size(), file) == content.size();
 }
 
 }  // namespace
@@ -86,24 +46,19 @@ std::string ReadWholeFile(const std::string& path) {
 }
 
 void WriteFileAtomically(const std::string& path, std::string_view content) {
-  const std::string target = FollowLinks(path);
-  struct stat status {};
-  if (stat(target.c_str(), &status) == 0) {
-    if (!S_ISREG(status.st_mode)) {
-      throw std::runtime_error("cannot write " + path + ": no plain file");
-    }
-    if (access(target.c_str(), W_OK) != 0) FailOn("cannot write", path, errno);
+  const std::string target = BehindLinksSoFar(path);
+  if (!TakesOutput(target)) {
+    if (errno != 0) FailOn("cannot write", path, errno);
+    throw std::runtime_error("cannot write " + path + ": no plain file");
   }
   const std::string temporary = target + ".tmp" + std::to_string(getpid());
   unlink(temporary.c_str());
-  try {
-    WriteTemporary(temporary, target, content);
-    if (std::rename(temporary.c_str(), target.c_str()) != 0) FailOn("cannot write", path, errno);
-  } catch (...) {
-    unlink(temporary.c_str());
-    throw;
-  }
-  SyncFolder(FolderOf(target));
+  std::FILE* file = CreateNewFile(temporary);
+  if (file == nullptr) FailOn("cannot write", target, errno);
+  const bool written = CopyMode(target, file) && WriteAll(file, content);
+  if (!FinishOrRemove(file, written, temporary)) FailOn("cannot write", target, errno);
+  if (!MoveIntoPlace(temporary, target)) FailOn("cannot write", path, errno);
+  SyncFolderOf(target);
 }
 
 void WriteOutput(const std::string& path, std::string_view content) {

@@ -1,16 +1,12 @@
 #include "uci/knowledge.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <initializer_list>
 #include <system_error>
 
-#include "base/file.h"
+#include "base/append.h"
 #include "book/book.h"
 #include "book/learn.h"
 #include "book/learnfile.h"
@@ -64,18 +60,6 @@ void ReadBook() {
   PassOnWords(SayInfo);
 }
 
-// One write for the whole record: programs that share the file do not mix theirs.
-bool Append(const std::string& path, const std::string& record) {
-  const int file =
-      open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
-  if (file < 0) return false;
-  struct stat status {};
-  const bool written =
-      fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
-      write(file, record.data(), record.size()) == static_cast<ssize_t>(record.size());
-  return close(file) == 0 && written;
-}
-
 }  // namespace
 
 std::string DefaultFile(const std::string& name) {
@@ -100,7 +84,8 @@ bool FreshenKnowledge() {
 void PutDownResult() {
   if (settings.learn_output.empty()) return;
   const LearnNode* node = FindCurrentNode();
-  if (node != nullptr && !Append(settings.learn_output, RecordOf(*node))) {
+  // By one write: programs that share the file do not mix their records.
+  if (node != nullptr && !AppendToFile(settings.learn_output, RecordOf(*node))) {
     SayInfo("cannot write to the learn output " + settings.learn_output);
   }
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <sys/resource.h>
+
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -13,6 +16,20 @@ void WriteFile(const std::string& path, std::string_view content);
 
 // What a file holds, or nothing when it is not there.
 std::string ReadFile(const std::string& path);
+
+// Runs something with a limit on the size of written files, the signal ignored as in the programs.
+template <typename Action>
+void WithFileSizeLimit(rlim_t bytes, Action action) {
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  rlimit limit = before;
+  limit.rlim_cur = bytes;
+  setrlimit(RLIMIT_FSIZE, &limit);
+  action();
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
+}
 
 // A folder of its own for each test, gone afterwards.
 class TemporaryFolder {

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <string>
 
 // Whoever includes this uses the engine as well:
@@ -42,20 +40,6 @@ inline constexpr const char* kKnightMoves[] = {"b1c3", "b8c6", "c3b1", "c6b8"};
 
 // The announcement of a position.
 inline std::string Position(const std::string& text) { return "position " + text + "\n"; }
-
-// Runs something with a limit on the size of written files, the signal ignored as in the program.
-template <typename Action>
-void WithFileSizeLimit(rlim_t bytes, Action action) {
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  rlimit limit = before;
-  limit.rlim_cur = bytes;
-  setrlimit(RLIMIT_FSIZE, &limit);
-  action();
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
-}
 
 // Starts the engine with the smallest hash tables there are.
 void StartWithSmallTables();

@@ -1,7 +1,5 @@
 #include "tools/learn/recordlog.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "base/file.h"
+#include "base/append.h"
 #include "tools/files.h"
 
 namespace tarvyle::tools {
@@ -19,17 +17,14 @@ namespace {
 // Takes the lock and tells the size.
 bool Hold(int file, std::size_t& size) {
   struct stat status {};
-  if (flock(file, LOCK_EX | LOCK_NB) != 0 || fstat(file, &status) != 0) return false;
+  if (!LockFile(file) || fstat(file, &status) != 0) return false;
   size = static_cast<std::size_t>(status.st_size);
   return true;
 }
 
 }  // namespace
 
-RecordLog::RecordLog(std::string path)
-    : path_(std::move(path)),
-      file_(open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK,
-                 kNewFileMode)) {
+RecordLog::RecordLog(std::string path) : path_(std::move(path)), file_(OpenToAppend(path_)) {
   if (file_ < 0) FailOn("cannot write", path_, errno);
   if (Hold(file_, size_)) return;
   const int error = errno;
@@ -44,15 +39,8 @@ RecordLog::RecordLog(std::string path)
 RecordLog::~RecordLog() { close(file_); }
 
 void RecordLog::Append(std::string_view bytes) {
-  errno = 0;  // a write that ends early leaves it as it is
-  const ssize_t written = write(file_, bytes.data(), bytes.size());
-  if (written == static_cast<ssize_t>(bytes.size()) && fdatasync(file_) == 0) {
-    size_ += bytes.size();
-    return;
-  }
-  const int error = errno != 0 ? errno : ENOSPC;
-  (void)!ftruncate(file_, static_cast<off_t>(size_));
-  FailOn("cannot write", path_, error);
+  if (!AppendOnDisk(file_, size_, bytes)) FailOn("cannot write", path_, errno);
+  size_ += bytes.size();
 }
 
 void RecordLog::Close(const RecordSet& all) {
