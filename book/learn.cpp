@@ -20,8 +20,8 @@ constexpr int kThousand = 1000;
 
 LearnNode* NewNode(const char* text, std::int16_t kind) {
   const std::size_t length = std::strlen(text) + 1 + kLearnHeader;
-  if (length > INT16_MAX) return nullptr;  // more than a record can say of itself
-  void* memory = LearnAllocate(offsetof(LearnNode, key_lo) + length);
+  if (length > kMaxLearnRecord) return nullptr;
+  void* memory = LearnAllocate(kBeforeRecord + length);
   if (memory == nullptr) return nullptr;
   auto* node = static_cast<LearnNode*>(memory);
   node->key_lo = g.key.low;
@@ -29,7 +29,7 @@ LearnNode* NewNode(const char* text, std::int16_t kind) {
   node->kind = kind;
   node->length = static_cast<std::int16_t>(length);
   node->side = static_cast<std::int8_t>(g.side);
-  node->check = static_cast<std::uint8_t>(StrHashKey(text));
+  node->check = CheckByte(text);
   std::memcpy(node->text, text, std::strlen(text) + 1);
   return node;
 }
@@ -77,14 +77,6 @@ LearnNode* FindCurrentNode() {
     if (std::strcmp(node->text, text) == 0) return node;
   }
   return nullptr;
-}
-
-std::uint32_t StrHashKey(const char* text) {
-  // With the length known, many bytes are added at once.
-  const std::size_t length = std::strlen(text);
-  std::uint32_t sum = 0;
-  for (std::size_t i = 0; i < length; ++i) sum += static_cast<unsigned char>(text[i]);
-  return sum;
 }
 
 LearnNode* NewLNode(const char* text) {

@@ -1,7 +1,6 @@
 // The learn file: any bytes, or records whose lengths and check bytes were put right first; then a
 // look into what was read, a choice of a book move, and a copy that must be read again.
 
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -19,19 +18,15 @@ namespace {
 
 using namespace tarvyle;
 
-// In a record, which begins with the key.
-constexpr std::size_t kLengthAt = offsetof(LearnNode, length) - offsetof(LearnNode, key_lo);
-constexpr std::size_t kCheckAt = offsetof(LearnNode, check) - offsetof(LearnNode, key_lo);
-
 // Gives each record the length and the check byte that its text asks for.
 void PutRecordsRight(std::string& bytes) {
   for (std::size_t at = 0; at + kLearnHeader < bytes.size();) {
     const std::size_t end = bytes.find('\0', at + kLearnHeader);
     if (end == std::string::npos) return;
     const auto length = static_cast<std::int16_t>(end + 1 - at);
-    const std::uint32_t check = StrHashKey(bytes.c_str() + at + kLearnHeader);
-    std::memcpy(bytes.data() + at + kLengthAt, &length, sizeof length);
-    bytes[at + kCheckAt] = static_cast<char>(check);
+    const std::uint8_t check = CheckByte(bytes.c_str() + at + kLearnHeader);
+    std::memcpy(bytes.data() + at + kRecordLengthAt, &length, sizeof length);
+    bytes[at + kRecordCheckAt] = static_cast<char>(check);
     at = end + 1;
   }
 }

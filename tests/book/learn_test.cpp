@@ -248,14 +248,6 @@ TEST_F(LearnTable, LearnClearForgetsTheHeadsAndKeepsTheNodes) {
   EXPECT_EQ(node->text, text);
 }
 
-TEST(ByteSum, OfATextIsUnsignedAndZeroForNone) {
-  EXPECT_EQ(StrHashKey(""), 0u);
-  EXPECT_EQ(StrHashKey("a"), 97u);
-  EXPECT_EQ(StrHashKey("ab"), 195u);
-  EXPECT_EQ(StrHashKey("\xFF\xFF\xFF"), 765u);
-  EXPECT_EQ(StrHashKey(std::string(100000, '\xFF').c_str()), 25500000u);
-}
-
 struct ScoreRow {
   int score;
   int positional;

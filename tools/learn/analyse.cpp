@@ -8,11 +8,11 @@
 #include <utility>
 #include <vector>
 
+#include "book/learnrecord.h"
 #include "host/positiontext.h"
 #include "host/scoretext.h"
 #include "position/record.h"
 #include "tools/epdfile.h"
-#include "tools/learn/record.h"
 #include "tools/learn/recordlog.h"
 #include "tools/learn/recordset.h"
 #include "tools/progress.h"
@@ -59,7 +59,8 @@ bool SearchAndRecord(const std::string& epd, const SearchBounds& bounds, RecordS
     record.book = older->book;
     record.kind = older->kind;
   }
-  std::string bytes = RecordBytes(record);
+  std::string bytes;
+  AppendRecord(bytes, record);
   log.Append(bytes);
   (void)known.AddContent(std::move(bytes));
   return true;

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "book/learnrecord.h"
 #include "host/positiontext.h"
 #include "host/scoretext.h"
 #include "position/types.h"

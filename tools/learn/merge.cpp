@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "book/learnrecord.h"
 #include "host/engine.h"
 #include "tools/book/bookfile.h"
 #include "tools/files.h"
-#include "tools/learn/record.h"
 #include "tools/learn/recordset.h"
 
 namespace tarvyle::tools {

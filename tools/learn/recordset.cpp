@@ -8,7 +8,6 @@
 #include <tuple>
 #include <utility>
 
-#include "book/learn.h"
 #include "host/learntable.h"
 #include "tools/files.h"
 

@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "book/learnrecord.h"
 #include "tools/learn/record.h"
 
 namespace tarvyle::tools {
