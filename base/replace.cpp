@@ -60,6 +60,11 @@ bool TakesOutput(const std::string& path) {
 
 std::FILE* CreateNewFile(const std::string& path) { return std::fopen(path.c_str(), "wbxe"); }
 
+bool CopyMode(const std::string& from, std::FILE* to) {
+  struct stat old {};
+  return stat(from.c_str(), &old) != 0 || fchmod(fileno(to), old.st_mode & 07777) == 0;
+}
+
 bool FinishFile(std::FILE* file, bool written) {
   const bool on_disk = written && std::fflush(file) == 0 && fsync(fileno(file)) == 0;
   const int reason = errno;

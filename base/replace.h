@@ -42,6 +42,10 @@ bool TakesOutput(const std::string& path);
 // Makes a file to be written, of a name that nothing has; null when that fails.
 std::FILE* CreateNewFile(const std::string& path);
 
+// Gives a file that is being written the mode of the one whose place it will take, if there is one:
+// what its user kept from others stays so.
+bool CopyMode(const std::string& from, std::FILE* to);
+
 // Ends a file of which all is `written`, or not: has it on the disk itself if so, and closes it.
 // Whether all of that, and the writing, succeeded.
 bool FinishFile(std::FILE* file, bool written);

@@ -34,7 +34,8 @@ bool SaveGame(const char* path) {
   std::remove(temporary.c_str());
   std::FILE* file = TakesNamedFile(target) ? CreateNewFile(temporary) : nullptr;
   if (file == nullptr) return WriteDirectly(path);
-  return FinishOrRemove(file, WriteRecord(file), temporary) && MoveIntoPlace(temporary, target);
+  const bool written = CopyMode(target, file) && WriteRecord(file);
+  return FinishOrRemove(file, written, temporary) && MoveIntoPlace(temporary, target);
 }
 
 bool LoadGame(const char* path) {

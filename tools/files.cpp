@@ -18,12 +18,6 @@ namespace tarvyle::tools {
 
 namespace {
 
-// The mode of what is replaced stays.
-bool CopyMode(const std::string& from, std::FILE* to) {
-  struct stat old {};
-  return stat(from.c_str(), &old) != 0 || fchmod(fileno(to), old.st_mode & 07777) == 0;
-}
-
 // In one piece: nothing is gained by copying it into a buffer first.
 bool WriteAll(std::FILE* file, std::string_view content) {
   std::setbuf(file, nullptr);

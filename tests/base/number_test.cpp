@@ -4,6 +4,8 @@
 
 #include <climits>
 #include <cstdint>
+#include <initializer_list>
+#include <string>
 
 namespace tarvyle {
 namespace {

@@ -179,6 +179,16 @@ TEST_F(SavedGameTest, ReportsAFullDevice) {
   EXPECT_TRUE(std::filesystem::is_symlink(path_));
 }
 
+TEST_F(SavedGameTest, KeepsTheModeOfAnOlderFileAndCutsAHardLink) {
+  WriteFile(path_, "old");
+  chmod(path_.c_str(), 0640);
+  std::filesystem::create_hard_link(path_, Path("other.dat"));
+  ASSERT_TRUE(SaveGame(path_.c_str()));
+  EXPECT_EQ(ReadFile(path_), Image());
+  EXPECT_EQ(std::filesystem::status(path_).permissions(), std::filesystem::perms{0640});
+  EXPECT_EQ(ReadFile(Path("other.dat")), "old");
+}
+
 using SavedGameDeathTest = SavedGameTest;
 
 // In a process of its own, since the superuser may write everything.
