@@ -249,8 +249,9 @@ TEST_F(Replacing, AFileThatCannotHaveItsPlaceIsRemoved) {
   EXPECT_FALSE(MoveIntoPlace(folder_.Write("new", "new"), Path("folder")));
   EXPECT_EQ(errno, EISDIR);
   EXPECT_FALSE(IsThere("new"));
-  EXPECT_FALSE(MoveIntoPlace(Path("nothing"), Path("folder")));
-  EXPECT_EQ(errno, ENOENT) << "the reason is not that of the removing";
+  folder_.Write("folder/inner", "");
+  EXPECT_FALSE(MoveIntoPlace(Path("folder"), folder_.Write("file", "")));
+  EXPECT_EQ(errno, ENOTDIR) << "the reason is not that of the removing, which fails as well";
 }
 
 TEST_F(Replacing, SyncingAFolderLeavesNothingOpen) {

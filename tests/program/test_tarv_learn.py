@@ -1,6 +1,7 @@
 """`tarv learn` from outside: what learn files hold, damaged ones, merging, adding a book."""
 
 import json
+import os
 import pathlib
 import time
 
@@ -252,6 +253,39 @@ def test_a_full_disk_leaves_the_older_file(complains, learned, write, tmp_path):
     assert complaint == "tarv: cannot write a.lrn: File too large\n".replace("a.lrn", str(tmp_path / "a.lrn"))
     assert (tmp_path / "a.lrn").read_bytes() == before
     assert sorted(path.name for path in tmp_path.iterdir()) == ["a.lrn", "b.lrn", "four.epd", "four.lrn"]
+
+
+def test_a_new_file_that_could_not_be_written_is_named_with_its_folder(complains, learned, tmp_path):
+    (tmp_path / "inner").mkdir()
+    complaint = complains("learn", "merge", "four.lrn", "-o", "inner/out.lrn", preexec_fn=no_file_beyond(100))
+    assert complaint == f"tarv: cannot write {tmp_path}/inner/out.lrn: File too large\n"
+    assert not list((tmp_path / "inner").iterdir())
+
+
+@pytest.mark.parametrize("make", [
+    pathlib.Path.mkdir, os.mkfifo, lambda path: path.symlink_to("/dev/null"), lambda path: path.symlink_to("."),
+], ids=["folder", "pipe", "device", "link to a folder"])
+def test_an_output_that_is_no_plain_file_is_left_alone(complains, learned, tmp_path, make):
+    place = tmp_path / "out.lrn"
+    make(place)
+    before = place.lstat()
+    complaint = complains("learn", "merge", "--force", "four.lrn", "-o", "out.lrn")
+    assert complaint == "tarv: cannot write out.lrn: no plain file\n"
+    assert (place.lstat().st_ino, place.lstat().st_mode) == (before.st_ino, before.st_mode)
+
+
+def test_a_link_to_nowhere_gives_way_to_the_output(says, learned, tmp_path):
+    (tmp_path / "out.lrn").symlink_to("nowhere.lrn")
+    says("learn", "merge", "--force", "four.lrn", "-o", "out.lrn")
+    assert not (tmp_path / "out.lrn").is_symlink() and not (tmp_path / "nowhere.lrn").exists()
+    assert len(parse(tmp_path / "out.lrn")) == len(learned)
+
+
+def test_the_mode_of_an_older_file_stays(says, write, learned, tmp_path):
+    write("a.lrn", learned[0])
+    (tmp_path / "a.lrn").chmod(0o640)
+    says("learn", "merge", "a.lrn", "four.lrn", "-o", "a.lrn")
+    assert (tmp_path / "a.lrn").stat().st_mode & 0o7777 == 0o640
 
 
 def test_no_folder_for_the_output(complains, learned):
