@@ -244,6 +244,22 @@ TEST_F(InternalDeepening, MoveOfInternalDeepeningIsTriedFirst) {
   EXPECT_LT(deepened, told + 200) << "and the deepening finds the same move";
 }
 
+TEST_F(InternalDeepening, DeepensAgainWithinItself) {
+  // At depth 8 the shallower search, of depth 4, is the same as one that is made by hand before.
+  GoTo("4k3/pp6/8/8/8/8/1P4PP/4K3 b", "e8e7");
+  NodeArguments arguments = Depth(8);
+  const std::uint64_t by_itself = NodesOf(arguments);
+  NodeArguments shallower = Depth(4);
+  shallower.is_probe_child = 1;
+  std::uint64_t by_hand = NodesOf(shallower);
+  arguments.first_move = gl_find_move[1];
+  ASSERT_NE(arguments.first_move, 0u);
+  cnt_nodes = 0;
+  SearchOffPv(arguments);
+  by_hand += cnt_nodes;
+  EXPECT_EQ(by_itself, by_hand);
+}
+
 TEST_F(InternalDeepening, ContinuationInTheTreeMakesInternalDeepeningNeedless) {
   GoTo(kMiddleGame, "f1e1");
   NodeArguments arguments = Depth(4);
