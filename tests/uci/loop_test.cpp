@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "base/version.h"
 #include "position/record.h"
 #include "tests/support/captured.h"
 #include "tests/support/uci_support.h"
@@ -29,7 +30,7 @@ using Loop = UciTest;
 TEST_F(Loop, DeclaresItself) {
   const Lines said = Speak("uci\n");
   ASSERT_EQ(said.size(), 14u);
-  EXPECT_EQ(said[0], "id name Tarvyle");
+  EXPECT_EQ(said[0], std::string("id name Tarvyle ") + kVersion);
   EXPECT_EQ(said[1], "id author Tarvyle developers");
   EXPECT_EQ(Beginning(said, "option name ").size(), 11u);
   EXPECT_EQ(said.back(), "uciok");
