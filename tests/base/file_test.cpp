@@ -64,12 +64,13 @@ TEST_F(WholeFile, ThatCannotBeOpenedIsNotMissing) {
   getrlimit(RLIMIT_NOFILE, &before);
   const rlimit none{0, before.rlim_max};
   setrlimit(RLIMIT_NOFILE, &none);
-  const FileState state = Read(path);
+  std::string content = "from before";
+  const FileState state = ReadFile(path.c_str(), content);
   const int reason = errno;
   setrlimit(RLIMIT_NOFILE, &before);
   EXPECT_EQ(state, FileState::kUnreadable);
   EXPECT_EQ(reason, EMFILE);
-  EXPECT_EQ(content_, "");
+  EXPECT_EQ(content, "");
 }
 
 TEST_F(WholeFile, BehindACircleOfLinksIsNotMissing) {

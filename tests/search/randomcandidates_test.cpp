@@ -164,6 +164,35 @@ TEST_F(RandomisedSearch, CandidatesReachDownToTwoPawnsBelowTheBestButNotFurther)
   EXPECT_GE(widest, 1990);
 }
 
+// In each some other move scores exactly two pawns less at that depth.
+TEST_F(RandomisedSearch, ExactlyTwoPawnsBelowTheBestIsNoCandidate) {
+  struct Row {
+    const char* root;
+    const char* best;
+    int score;
+  };
+  constexpr Row kRows[] = {{"5n2/k7/3P4/3p4/3P4/2p2R2/6P1/4K3 w", "f3f8", 6095},
+                           {"2R5/8/4P1P1/8/4k3/8/2K5/n7 w", "c2b2", 6161},
+                           {"8/8/8/8/8/2p3RP/8/k4nK1 w", "g1f1", 5050}};
+  ASSERT_TRUE(HashAllocate(0x400));
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.root);
+    ASSERT_TRUE(FreshProcess());
+    GoTo(row.root);
+    stage_clock = {};
+    stage_clock.first_poll = 400;
+    for (auto& step : stage_clock.steps) step = 100000;
+    const Outcome run = RunSearch();
+    ASSERT_EQ(BestMoveOf(run).size(), 1u);
+    EXPECT_EQ(BestMoveOf(run)[0].move, row.best);
+    EXPECT_EQ(BestMoveOf(run)[0].score, row.score);
+    EXPECT_EQ(BestMoveOf(run)[0].depth, 2);
+    for (const Told& candidate : CandidatesOf(run)) {
+      EXPECT_LT(row.score - candidate.score, 2000) << candidate.move;
+    }
+  }
+}
+
 // --- stage 2 -------------------------------------------------------------------------------------
 
 TEST_F(RandomisedSearch, NearEqualLeadersGetRandomScores) {

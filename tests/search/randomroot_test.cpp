@@ -107,6 +107,18 @@ TEST_F(RandomisedSearch, RootMovesStartWithFourRandomBitsEach) {
   }
 }
 
+TEST_F(RandomisedSearch, RootMovesTakeNoMoreThanOneNumberEach) {
+  GoTo(kMateInOne);
+  ASSERT_TRUE(LegalMoveList());
+  const int moves = ListLength();
+  ASSERT_GT(moves, 1);
+  std::srand(test_clock.seed);
+  for (int i = 0; i < moves; ++i) std::rand();
+  const int next = std::rand();
+  EXPECT_TRUE(RunSearch().found);
+  EXPECT_EQ(std::rand(), next) << "a mate found is played without any further draw";
+}
+
 // --- stage 1 -------------------------------------------------------------------------------------
 
 TEST_F(RandomisedSearch, MateFoundInStage1IsPlayedWithoutCandidates) {
