@@ -18,7 +18,6 @@
 #include "book/learnfile.h"
 #include "position/legal.h"
 #include "position/makemove.h"
-#include "position/movegen.h"
 #include "position/movestack.h"
 #include "position/record.h"
 #include "position/setup.h"

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "book/learn.h"
 #include "book/learnfile.h"
 #include "tests/support/files.h"

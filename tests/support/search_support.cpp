@@ -100,7 +100,8 @@ void Forget() {
 }
 
 Report SearchToDepth(int depth, void (*after_iteration)(int, int)) {
-  const SearchReport told = SearchAndReport({world, limit_time, {depth, after_iteration}, status_sink});
+  const SearchReport told =
+      SearchAndReport({world, limit_time, {depth, after_iteration}, status_sink});
   Report report;
   report.move = told.best_move;
   report.found = !told.best_move.empty();

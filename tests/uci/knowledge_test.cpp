@@ -17,7 +17,6 @@
 
 #include "book/learn.h"
 #include "book/learnfile.h"
-#include "host/learntable.h"
 #include "tests/support/book_support.h"
 #include "tests/support/uci_support.h"
 #include "uci/options.h"
