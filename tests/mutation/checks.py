@@ -1,6 +1,8 @@
 """Which programs are run to notice a change of a file, the likeliest to notice it first."""
 
 import dataclasses
+import functools
+import importlib.util
 import pathlib
 import re
 import sys
@@ -61,10 +63,16 @@ def slow_units(*folders: str) -> list[Check]:
     return [unit(folder, f"{suite}.*", f"test_{folder} {suite}") for folder in folders for suite in SLOW_TESTS[folder]]
 
 
+@functools.cache
+def python_with_pytest() -> str:
+    """The system's packages belong to the system's Python, which another one may hide on the search path."""
+    return sys.executable if importlib.util.find_spec("pytest") else "/usr/bin/python3"
+
+
 def programs(*names: str) -> list[Check]:
     """The tests of whole programs in tests/program/test_<name>.py."""
     targets = ("tarvyle", "tarv", "tarv_uci", "fixed_time", "engine_files")
-    pytest = (sys.executable, "-m", "pytest", "-q", "-x", "-p", "no:cacheprovider")
+    pytest = (python_with_pytest(), "-m", "pytest", "-q", "-x", "-p", "no:cacheprovider")
     return [Check(f"test_{n}.py", targets, (*pytest, f"test_{n}.py"), in_tests=True) for n in names]
 
 
@@ -86,8 +94,8 @@ QUICK = {
 # What is run besides for a change that has gone unnoticed.
 SLOW = {
     "uci": programs(*UCI),
-    "search": [bench(8), *slow_units("search"), *programs("sessions")],
-    "position": [bench(8), *slow_units("eval", "search"), *programs("sessions", "savedgame")],
+    "search": [bench(8), *slow_units("search"), *programs("sessions", "signature")],
+    "position": [bench(8), *slow_units("eval", "search"), *programs("sessions", "signature", "savedgame")],
     "eval": [bench(8), *slow_units("eval", "search")],
     "book": programs("learnfile", "tarv_learn", "tarv_book", "tarv_analyse", "sessions", "lost_and_full"),
     "pv": programs("sessions", "uci_search"),
