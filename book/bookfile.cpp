@@ -1,12 +1,12 @@
 // Reads the opening book's text file.
 
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "base/file.h"
+#include "base/message.h"
 #include "book/book.h"
 #include "book/bookline.h"
 #include "book/epd.h"
@@ -38,7 +38,7 @@ void ReadLine(char* line, int number) {
   while (const char* token = GetToken(tokens)) {
     Move move = 0;
     if (!StrToMove(token, move) || !InsertMoveInGame(move, 0)) {
-      std::printf("#error: line %d, lexem %s\n", number, token);
+      Message("#error: line %d, lexem %s\n", number, token);
       return;
     }
     EnterPosition();

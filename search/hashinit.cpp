@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/message.h"
 #include "base/number.h"
 #include "base/property.h"
 #include "position/hashkey.h"
@@ -92,7 +93,7 @@ void HashRenew() {
 }
 
 void HashInit() {
-  std::puts("# hash table init: ");
+  Message("# hash table init: \n");
   const char* text = property_get("hash size");
   const int entries = EntriesFromText(text);
   if (entries < kMinEntries) {
@@ -105,7 +106,7 @@ void HashInit() {
   }
   // A 32-bit number that wraps for the largest tables.
   const std::uint32_t bytes = static_cast<std::uint32_t>(entries) * kToldBytes;
-  std::printf("# get mem %d byte(s) \n", static_cast<int>(bytes));
+  Message("# get mem %d byte(s) \n", static_cast<int>(bytes));
 }
 
 }  // namespace tarvyle

@@ -1,7 +1,6 @@
 // The search of the principal variation and of the root.
 
-#include <cstdio>
-
+#include "base/message.h"
 #include "position/attack.h"
 #include "position/invariant.h"
 #include "position/legal.h"
@@ -99,7 +98,7 @@ int SearchChild(Child child, bool verifies) {
     case kKnowledge2: return SearchByKnowledge2(child);
     case kKnowledge3: return SearchByKnowledge3(child, verifies);
     default:
-      std::puts("#----> main_search(); unknow style");
+      Message("#----> main_search(); unknow style\n");
       (assert)(false);
       return 0;
   }

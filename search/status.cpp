@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "base/message.h"
 #include "position/movestack.h"
 #include "position/text.h"
 #include "search/state.h"
@@ -16,8 +17,8 @@ constexpr int kShownMoves = 14;
 
 void PrintStatus(const SearchStatus& status) {
   char nodes[24];
-  std::printf("%2d %4d %4d %10s %s\n", status.depth, ShownScore(status.score), status.elapsed,
-              U64ToStr(nodes, status.nodes), StatusLine(status.line).c_str());
+  Message("%2d %4d %4d %10s %s\n", status.depth, ShownScore(status.score), status.elapsed,
+          U64ToStr(nodes, status.nodes), StatusLine(status.line).c_str());
 }
 
 }  // namespace

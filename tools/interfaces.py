@@ -42,7 +42,7 @@ def name_of(code: str) -> str | None:
         return None
     if match := re.match(r"(?:struct|class|enum(?: class| struct)?|using)\s+(\w+)", code):
         return match[1]
-    code = re.sub(r"^\[\[\w+\]\]\s*", "", code)
+    code = re.sub(r"^\[\[[^\]]+\]\]\s*", "", code)
     code = re.sub(r"^template\s*<[^>]*>\s*|\b(?:alignas|__attribute__)\s*\([^)]*\)+", "", code)
     # A pointer to functions, a name in brackets, a function, a variable.
     for pattern in (r"^[^=(]*\(\*\s*(\w+)\)\s*\(", r"^void\s*\((\w+)\)\s*\(", r"^[^=\[({]*?(\w+)\s*\(",
