@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <limits>
 
+#include "base/message.h"
 #include "position/attack.h"
 #include "position/legal.h"
 #include "position/makemove.h"
@@ -77,15 +77,15 @@ bool FindCandidate(const BestMove& best, int floor) {
     if (search_depth < best.depth) continue;
     if (score <= floor) return false;
     SetAside(search_mv, search_score);
-    std::printf("#----> find kandidat move %s, score %d, depth %d\n", MoveToStr(search_mv),
-                search_score, search_depth);
+    Message("#----> find kandidat move %s, score %d, depth %d\n", MoveToStr(search_mv),
+            search_score, search_depth);
     return true;
   }
   return false;
 }
 
 void FindCandidates(const BestMove& best) {
-  std::printf("#----> search kandidate's moves ...  time = %02f \n", Seconds(limit_time));
+  Message("#----> search kandidate's moves ...  time = %02f \n", Seconds(limit_time));
   const int floor = std::max(best.score - kCandidateMargin, -kInfinity);
   while (RemainingMoves() > 0 && FindCandidate(best, floor)) {
   }
@@ -105,22 +105,21 @@ void AddPlayouts(int count) {
 }
 
 void PrintResult(int count) {
-  std::puts("# ----> result of search ");
+  Message("# ----> result of search \n");
   for (int i = 0; i < count; ++i) {
     Pick(i, count - 1);
-    std::printf("#move %s, score %d\n", MoveToStr(tree[i]), sort_val[i]);
+    Message("#move %s, score %d\n", MoveToStr(tree[i]), sort_val[i]);
   }
 }
 
 // Brings the move to play to the front of the `count` moves set aside.
 void DecideAmong(int count) {
   if (sort_val[0] > sort_val[1] || sort_val[1] - sort_val[0] > kNearEqual) {
-    std::puts("#skip random score (result undefined) ");
+    Message("#skip random score (result undefined) \n");
     Pick(0, count - 1);
     return;
   }
-  std::printf("#-----> stage2: assign additional random score,  time = %02f \n",
-              Seconds(limit_time));
+  Message("#-----> stage2: assign additional random score,  time = %02f \n", Seconds(limit_time));
   AddPlayouts(count);
   PrintResult(count);
 }
@@ -129,13 +128,13 @@ void DecideAmong(int count) {
 void ChooseAmong(const BestMove& best, int allowance) {
   StartStage(allowance * 90 / 100);
   SetAside(best.move, best.score);
-  std::printf("#----> find best move %s,    score %d, depth %d\n", MoveToStr(best.move), best.score,
-              best.depth);
+  Message("#----> find best move %s,    score %d, depth %d\n", MoveToStr(best.move), best.score,
+          best.depth);
   if (best.score > kMateWindow) return;
   FindCandidates(best);
   const int count = treeCnt[0];
   if (count == 1) {
-    std::puts("# find search. one move only ");
+    Message("# find search. one move only \n");
     return;
   }
   StartStage(allowance / 10);
@@ -146,17 +145,17 @@ void ChooseAmong(const BestMove& best, int allowance) {
 
 void Report(Move move, int score, int depth) {
   if (move == 0) {
-    std::puts("# move not fond ?!! ");
+    Message("# move not fond ?!! \n");
     return;
   }
-  std::printf("# select move: %s, %d \n", MoveToStr(move), score);
+  Message("# select move: %s, %d \n", MoveToStr(move), score);
   LearnResult(score, depth);
 }
 
 // The search proper, for a root with several moves. Returns the chosen move, or 0.
 Move SearchStages(int allowance) {
   StartStage(allowance / 2);
-  std::printf("#------> stage1 - search best move, time = %02f \n", Seconds(limit_time));
+  Message("#------> stage1 - search best move, time = %02f \n", Seconds(limit_time));
   const BestMove best = FindBestMove();
   if (best.move != 0) ChooseAmong(best, allowance);
   const Move chosen = best.move != 0 ? tree[0] : 0;
@@ -171,26 +170,26 @@ Move SearchStages(int allowance) {
 bool Rnd_Root_Search(Move& move) {
   const std::uint32_t begin = TICK_COUNT();
   const int allowance = limit_time;
-  std::puts("search move ... ");
+  Message("search move ... \n");
   init_search();
   if (!ListRootMoves()) {
-    std::puts("#cap. king - illegal move ");
+    Message("#cap. king - illegal move \n");
     return false;
   }
   const int count = ListLength();
   if (count == 1) {
-    std::puts("# one reply ");
+    Message("# one reply \n");
     move = tree[0];
     return true;
   }
   if (BookAnswers(count, move)) {
-    std::puts("# find move from open. book ");
+    Message("# find move from open. book \n");
     return true;
   }
   for (int i = 0; i < count; ++i) sort_val[i] = std::rand() & 15;
   move = SearchStages(allowance);
   limit_time = allowance;
-  std::printf("#search time %02f \n", Seconds(static_cast<int>(TICK_COUNT() - begin)));
+  Message("#search time %02f \n", Seconds(static_cast<int>(TICK_COUNT() - begin)));
   return move != 0;
 }
 
