@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "book/epd.h"
 #include "frontend/state.h"
@@ -42,18 +43,22 @@ int print_board() {
   return 0;
 }
 
-void show_board() {
+std::string BoardDiagram() {
+  std::string text;
+  const auto add = [&text](char letter) { text.append({letter, ' '}); };
   for (int row = 0; row < 8; ++row) {
-    std::printf("%c  ", '8' - row);
-    for (int file = 0; file < 8; ++file) std::printf("%c ", SquareLetter(8 * row + file));
-    std::putchar('\n');
+    add(static_cast<char>('8' - row));
+    text += ' ';
+    for (int file = 0; file < 8; ++file) add(SquareLetter(8 * row + file));
+    text += '\n';
   }
-  std::printf("\n   ");
-  for (char file = 'a'; file <= 'h'; ++file) std::printf("%c ", file);
-  std::putchar('\n');
-  std::printf("moves: %d\n", use_moves(g.game_len));
-  std::printf("side:  %s\n", g.side == White ? "white" : "black");
+  text += "\n   ";
+  for (char file = 'a'; file <= 'h'; ++file) add(file);
+  text += "\nmoves: " + std::to_string(use_moves(g.game_len));
+  return text + "\nside:  " + (g.side == White ? "white" : "black") + '\n';
 }
+
+void show_board() { std::fputs(BoardDiagram().c_str(), stdout); }
 
 void print_moves(const char* path, const char* event) {
   if (path == nullptr) {

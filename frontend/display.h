@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace tarvyle {
 
 // Text of the current position in a static buffer, overwritten by the next call.
@@ -11,7 +13,10 @@ int print_board();
 // Number of full moves that `half_moves` make.
 constexpr int use_moves(int half_moves) { return half_moves == 0 ? 0 : (half_moves - 1) / 2 + 1; }
 
-// Prints the board diagram, the number of full moves and the side to move.
+// The board diagram, the number of full moves and the side to move, in twelve lines.
+std::string BoardDiagram();
+
+// Prints it.
 void show_board();
 
 // Lists the moves of the game: on standard output after "moves ", or, given a path, into that file

@@ -2,10 +2,12 @@
 
 #include <array>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <stdexcept>
+#include <string>
 
+#include "base/formatted.h"
 #include "host/benchpositions.h"
 #include "host/engine.h"
 #include "search/style.h"
@@ -19,20 +21,19 @@ struct Totals {
   double seconds = 0.0;
 };
 
-void PrintPosition(const char* fen, const SearchReport& report, double seconds, bool json,
-                   bool last) {
+std::string PositionText(const char* fen, const SearchReport& report, double seconds, bool json,
+                         bool last) {
   const auto nodes = static_cast<unsigned long long>(report.nodes);
   if (json) {
-    std::printf(
+    return Formatted(
         "    {\"fen\": \"%s\", \"move\": \"%s\", \"score\": %d, \"nodes\": %llu, "
         "\"seconds\": %.4f}%s\n",
         fen, report.best_move.c_str(), report.score, nodes, seconds, last ? "" : ",");
-  } else {
-    std::printf("%-76s %-6s %8d %10llu\n", fen, report.best_move.c_str(), report.score, nodes);
   }
+  return Formatted("%-76s %-6s %8d %10llu\n", fen, report.best_move.c_str(), report.score, nodes);
 }
 
-Totals SearchAll(const BenchOptions& options) {
+Totals SearchAll(const BenchOptions& options, const BenchReader& reader) {
   Totals totals;
   for (std::size_t i = 0; i < kBenchPositions.size(); ++i) {
     const char* fen = kBenchPositions[i];
@@ -43,32 +44,35 @@ Totals SearchAll(const BenchOptions& options) {
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
     totals.nodes += report.nodes;
     totals.seconds += taken.count();
-    PrintPosition(fen, report, taken.count(), options.json, i + 1 == kBenchPositions.size());
-    std::fflush(stdout);
+    const bool last = i + 1 == kBenchPositions.size();
+    reader(PositionText(fen, report, taken.count(), options.json, last));
   }
   return totals;
 }
 
+std::string TotalsText(const Totals& totals, bool json) {
+  const auto nodes = static_cast<unsigned long long>(totals.nodes);
+  const double speed = totals.seconds > 0 ? static_cast<double>(totals.nodes) / totals.seconds : 0;
+  if (json) {
+    return Formatted(
+        "  ],\n  \"nodes\": %llu,\n  \"seconds\": %.3f,\n  \"nodes_per_second\": %.0f\n}\n", nodes,
+        totals.seconds, speed);
+  }
+  return Formatted("\nnodes %llu\nseconds %.3f\nnodes/second %.0f\n%llu nodes %.0f nps\n", nodes,
+                   totals.seconds, speed, nodes, speed);
+}
+
 }  // namespace
 
-void RunBench(const BenchOptions& options) {
+void RunBench(const BenchOptions& options, const BenchReader& reader) {
   if (!load_play_style(options.style.c_str())) {
     throw std::runtime_error("unknown style " + options.style);
   }
   if (options.json) {
-    std::printf("{\n  \"depth\": %d,\n  \"style\": \"%s\",\n  \"positions\": [\n", options.depth,
-                options.style.c_str());
+    reader(Formatted("{\n  \"depth\": %d,\n  \"style\": \"%s\",\n  \"positions\": [\n",
+                     options.depth, options.style.c_str()));
   }
-  const Totals totals = SearchAll(options);
-  const auto nodes = static_cast<unsigned long long>(totals.nodes);
-  const double speed = totals.seconds > 0 ? static_cast<double>(totals.nodes) / totals.seconds : 0;
-  if (options.json) {
-    std::printf("  ],\n  \"nodes\": %llu,\n  \"seconds\": %.3f,\n  \"nodes_per_second\": %.0f\n}\n",
-                nodes, totals.seconds, speed);
-  } else {
-    std::printf("\nnodes %llu\nseconds %.3f\nnodes/second %.0f\n", nodes, totals.seconds, speed);
-    std::printf("%llu nodes %.0f nps\n", nodes, speed);
-  }
+  reader(TotalsText(SearchAll(options, reader), options.json));
 }
 
 }  // namespace tarvyle

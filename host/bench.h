@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace tarvyle {
 
@@ -11,10 +13,13 @@ struct BenchOptions {
   bool json = false;
 };
 
-// Searches a fixed set of positions to a fixed depth with a fixed seed; prints a line for each,
-// then the total of nodes (the signature: the same build always prints the same), seconds and nodes
-// per second, and at last "N nodes M nps", which test farms look for. Throws std::runtime_error for
-// an unknown style.
-void RunBench(const BenchOptions& options);
+// Is given what a bench tells, piece by piece; each ends with its line.
+using BenchReader = std::function<void(std::string_view text)>;
+
+// Searches a fixed set of positions to a fixed depth with a fixed seed; tells a line for each, then
+// the total of nodes (the signature: the same build always has the same), seconds and nodes per
+// second, and at last "N nodes M nps", which test farms look for. Throws std::runtime_error for an
+// unknown style.
+void RunBench(const BenchOptions& options, const BenchReader& reader);
 
 }  // namespace tarvyle

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iostream>
+#include <string_view>
 
 #include "host/bench.h"
 #include "host/engine.h"
@@ -12,7 +14,8 @@ int main(int count, char** words) {
   if (count != 2) return 2;
   try {
     if (!tarvyle::StartEngine()) return 1;
-    tarvyle::RunBench({.depth = std::atoi(words[1])});
+    tarvyle::RunBench({.depth = std::atoi(words[1])},
+                      [](std::string_view text) { std::cout << text << std::flush; });
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 1;

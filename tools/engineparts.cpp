@@ -1,6 +1,7 @@
 // The commands that show one part of the engine each.
 
 #include <cstdio>
+#include <iostream>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -78,7 +79,9 @@ void AddBench(const Command& program) {
       .Between(2, kMaxIteration);
   command.Add("--style", options->style, "knowledge1, knowledge2 or knowledge3 (default)");
   command.AddFlag("--json", options->json, "prints one JSON object");
-  command.Does([options] { RunBench(*options); });
+  command.Does([options] {
+    RunBench(*options, [](std::string_view text) { std::cout << text << std::flush; });
+  });
 }
 
 void AddTables(const Command& program) {

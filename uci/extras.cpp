@@ -64,8 +64,9 @@ void ObeyEval(std::string_view /*words*/) {
 }
 
 void ObeyShow(std::string_view /*words*/) {
-  show_board();
-  PassOnWords(Say);
+  std::string board = BoardDiagram();
+  board.pop_back();  // the last line's end
+  Say(board);
   char text[kEpdSize];
   MakeEpd(text);
   Say(std::string("text:  ") + text);
@@ -78,13 +79,14 @@ void ObeyBench(std::string_view words) {
   interruption = {};
   const World outside = world;
   world.should_stop = StopWasSaid;
-  RunBench(options);
+  std::string told;
+  RunBench(options, [&told](std::string_view text) { told += text; });
   world = outside;
   if (interruption.stop) {
-    DropWords();
     SayInfo("the bench was stopped");
   } else {
-    PassOnWords(Say);
+    told.pop_back();  // the last line's end
+    Say(told);
   }
   KnowledgeIsStale();
   PlaceAgain();

@@ -57,7 +57,6 @@ void ReadBook() {
   } else if (!fs::is_regular_file(settings.book_file) || !ReadLibFile(settings.book_file.c_str())) {
     SayInfo("cannot read the book file " + settings.book_file);
   }
-  PassOnWords(SayInfo);
 }
 
 }  // namespace

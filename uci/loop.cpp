@@ -97,7 +97,7 @@ void SpeakUci(int in, int out) {
   ListenTo(in);
   SayTo(out);
   interruption = {};
-  const HeldWords held;
+  const MessagesAsInfo told;
   ResetOptions();
   PlaceNewGame();
   std::string line;
@@ -107,9 +107,7 @@ void SpeakUci(int in, int out) {
 
 void SpeakUci() {
   std::signal(SIGPIPE, SIG_IGN);
-  const int out = dup(STDOUT_FILENO);
-  SpeakUci(STDIN_FILENO, out);
-  close(out);
+  SpeakUci(STDIN_FILENO, STDOUT_FILENO);
 }
 
 }  // namespace tarvyle::uci

@@ -1,13 +1,13 @@
 #include "uci/output.h"
 
 #include <poll.h>
-#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <stdexcept>
+#include <cstddef>
 #include <string>
+
+#include "base/message.h"
 
 namespace tarvyle::uci {
 
@@ -31,16 +31,12 @@ bool WriteSome(std::string_view& text) {
   return errno == EINTR;
 }
 
-// Takes out all that was printed since the last time.
-std::string TakeWords() {
-  std::fflush(stdout);
-  const off_t size = lseek(STDOUT_FILENO, 0, SEEK_CUR);
-  if (size <= 0) return {};
-  std::string words(static_cast<std::size_t>(size), '\0');
-  const ssize_t taken = pread(STDOUT_FILENO, words.data(), words.size(), 0);
-  words.resize(taken > 0 ? static_cast<std::size_t>(taken) : 0);
-  lseek(STDOUT_FILENO, 0, SEEK_SET);
-  return words;
+void SayEachLine(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    SayInfo(text.substr(0, end));
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  }
 }
 
 }  // namespace
@@ -63,31 +59,8 @@ void SayInfo(std::string_view text) {
   Say(line);
 }
 
-HeldWords::HeldWords() : outside_(dup(STDOUT_FILENO)) {
-  std::fflush(stdout);
-  const int held = memfd_create("words", MFD_CLOEXEC);
-  if (held < 0 || outside_ < 0 || dup2(held, STDOUT_FILENO) < 0) {
-    throw std::runtime_error("cannot redirect standard output");
-  }
-  close(held);
-}
+MessagesAsInfo::MessagesAsInfo() : outside_(message_sink) { message_sink = SayEachLine; }
 
-HeldWords::~HeldWords() {
-  std::fflush(stdout);
-  dup2(outside_, STDOUT_FILENO);
-  close(outside_);
-}
-
-void PassOnWords(void (*say)(std::string_view)) {
-  const std::string words = TakeWords();
-  std::string_view rest = words;
-  while (!rest.empty()) {
-    const std::size_t end = rest.find('\n');
-    say(rest.substr(0, end));
-    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-  }
-}
-
-void DropWords() { TakeWords(); }
+MessagesAsInfo::~MessagesAsInfo() { message_sink = outside_; }
 
 }  // namespace tarvyle::uci

@@ -16,22 +16,16 @@ void Say(std::string_view line);
 // character, cut after 300 characters.
 void SayInfo(std::string_view text);
 
-// While it lives, what the engine's own procedures print on standard output is held back.
-class HeldWords {
+// While it lives, each line of the engine's own messages is said as "info string".
+class MessagesAsInfo {
  public:
-  HeldWords();
-  ~HeldWords();
-  HeldWords(const HeldWords&) = delete;
-  HeldWords& operator=(const HeldWords&) = delete;
+  MessagesAsInfo();
+  ~MessagesAsInfo();
+  MessagesAsInfo(const MessagesAsInfo&) = delete;
+  MessagesAsInfo& operator=(const MessagesAsInfo&) = delete;
 
  private:
-  int outside_;  // the standard output proper
+  void (*outside_)(std::string_view);  // who received them before
 };
-
-// Passes on what has been held back, each line by `say`.
-void PassOnWords(void (*say)(std::string_view));
-
-// Drops what has been held back.
-void DropWords();
 
 }  // namespace tarvyle::uci

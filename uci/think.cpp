@@ -75,7 +75,6 @@ bool ReachedLimit() {
 
 bool ShouldStop() {
   HearWhileThinking();
-  PassOnWords(SayInfo);
   thinking.enough = thinking.enough || interruption.stop || ReachedLimit();
   return thinking.enough;
 }
@@ -122,9 +121,7 @@ SearchSetting SettingOf(const std::vector<Move>& only) {
 bool RunSearch(Move& move) {
   std::vector<Move> only = thinking.limits.only;
   only.push_back(0);
-  const bool found = SearchWith(SettingOf(only), move);
-  PassOnWords(SayInfo);
-  return found;
+  return SearchWith(SettingOf(only), move);
 }
 
 // The book and a single reply leave no depth.

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/benchpositions.h"
@@ -40,7 +41,9 @@ std::string ValueOf(const std::string& line, const std::string& label) {
 }
 
 std::string RunBenchText(const BenchOptions& options) {
-  return Printed([&] { RunBench(options); });
+  std::string told;
+  RunBench(options, [&told](std::string_view text) { told += text; });
+  return told;
 }
 
 using Bench = HostTest;
@@ -128,16 +131,26 @@ TEST_F(Bench, PrintsTheSameAsJson) {
   EXPECT_EQ(lines[48], "}");
 }
 
-TEST_F(Bench, RefusesAnUnknownStyleBeforeItPrints) {
-  const std::string printed = Printed([] {
-    try {
-      RunBench({2, "knowledge4", true});
-      ADD_FAILURE() << "nothing was thrown";
-    } catch (const std::runtime_error& error) {
-      EXPECT_STREQ(error.what(), "unknown style knowledge4");
-    }
+TEST_F(Bench, RefusesAnUnknownStyleBeforeItTellsAnything) {
+  try {
+    RunBench({2, "knowledge4", true}, [](std::string_view text) { ADD_FAILURE() << text; });
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "unknown style knowledge4");
+  }
+}
+
+TEST_F(Bench, TellsEachPositionInItsTurnAndPrintsNothing) {
+  std::vector<std::string> told;
+  const std::string printed = Printed([&] {
+    RunBench({2, "knowledge3", false}, [&told](std::string_view text) { told.emplace_back(text); });
   });
   EXPECT_EQ(printed, "");
+  ASSERT_EQ(told.size(), kBenchPositions.size() + 1);
+  for (std::size_t i = 0; i < kBenchPositions.size(); ++i) {
+    EXPECT_TRUE(told[i].starts_with(kBenchPositions[i])) << told[i];
+    EXPECT_EQ(told[i].find('\n'), told[i].size() - 1);
+  }
 }
 
 TEST_F(Bench, IsNotTouchedByWhatWasBefore) {

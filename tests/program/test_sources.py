@@ -83,6 +83,29 @@ def test_no_files_include_each_other():
     list(graphlib.TopologicalSorter(needs).static_order())  # raises CycleError, which names them
 
 
+# What prints on standard output by its name, or names that stream.
+ON_STANDARD_OUTPUT = re.compile(r"(?<!format\()\b(?:v?printf|puts|putchar|putwchar|cout|stdout|STDOUT_FILENO|clog)\b")
+
+
+def test_the_engine_tells_all_through_one_door():
+    """Whoever holds the engine hears its messages there; past it go the procedures that are there to print."""
+    printing = {}
+    for path in files():
+        if path.parts[0] in ("base", "position", "eval", "book", "pv", "search", "host", "uci") and path.suffix in (
+                ".cpp", ".h"):
+            code = re.sub(r"//.*", "", (PROJECT / path).read_text())
+            found = ON_STANDARD_OUTPUT.findall(code)
+            if found:
+                printing[str(path)] = found
+    assert printing == {
+        "base/message.cpp": ["vprintf"],  # the door
+        "pv/line.cpp": ["printf", "putchar"],  # LinePrint
+        "search/status.cpp": ["printf", "putchar"],  # debug_print_moves_and_score
+        "uci/loop.cpp": ["STDOUT_FILENO"],  # where the GUI listens
+        "uci/output.cpp": ["STDOUT_FILENO"],
+    }
+
+
 # --- web pages --------------------------------------------------------------------------------------------
 
 PAGES = [path for path in files() if path.suffix == ".html"]

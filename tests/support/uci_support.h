@@ -33,12 +33,12 @@ class UciTest : public HostTest {
   UciTest();
   ~UciTest() override;
 
-  // What goes to the GUI while something runs, line by line. What the engine's own procedures print
-  // on standard output is held back meanwhile, as in the program.
+  // What goes to the GUI while something runs, line by line; the engine's own messages go there,
+  // too, as in the program.
   template <typename Action>
   Lines Said(Action action) {
     {
-      const uci::HeldWords held;
+      const uci::MessagesAsInfo told;
       action();
     }
     return TakeLines();

@@ -104,10 +104,7 @@ TEST_F(Extras, StopTheBench) {
   ObeyPosition("startpos moves e2e4");
   const std::string board = Board();
   Send("isready\nstop\n");
-  const Lines said = Said([] {
-    ObeyBench("20");
-    PassOnWords(Say);
-  });
+  const Lines said = Bench("20");
   EXPECT_EQ(said, (Lines{"readyok", "info string the bench was stopped"}));
   EXPECT_EQ(Board(), board);
   EXPECT_EQ(world.should_stop, nullptr);

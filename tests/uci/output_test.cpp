@@ -1,19 +1,19 @@
-// Lines to the GUI, and what the engine's own procedures print.
+// Lines to the GUI, and the engine's own messages among them.
 
 #include "uci/output.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <stdexcept>
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <thread>
 
+#include "base/message.h"
 #include "tests/support/captured.h"
 #include "tests/support/uci_support.h"
 
@@ -24,9 +24,6 @@ using namespace support;
 namespace {
 
 using Output = UciTest;
-
-Lines passed_on;
-void KeepWords(std::string_view words) { passed_on.emplace_back(words); }
 
 TEST_F(Output, IsWholeLines) {
   EXPECT_EQ(Said([] {
@@ -92,53 +89,28 @@ TEST_F(Output, LetsAReaderGoAway) {
   std::signal(SIGPIPE, handler);
 }
 
-TEST_F(Output, HoldsBackWhatIsPrinted) {
+TEST_F(Output, TellsTheEnginesMessagesAsInfo) {
   const std::string printed = Printed([&] {
-    std::fputs("before ", stdout);
+    Message("before\n");
     EXPECT_EQ(Said([] {
-                std::puts("held");
+                Message("#move %s\n", "e2e4");
                 Say("said");
+                Message("one\n\nthree\tand");
               }),
-              Lines{"said"});
-    std::fputs("after", stdout);
+              (Lines{"info string #move e2e4", "said", "info string one", "info string ",
+                     "info string three and"}));
+    Message("after\n");
   });
-  EXPECT_EQ(printed, "before after");
+  EXPECT_EQ(printed, "before\nafter\n");
 }
 
-TEST_F(Output, PassesOnWhatWasHeldBackLineByLine) {
-  passed_on = {};
-  Said([] {
-    std::fputs("one\n\nthree", stdout);
-    PassOnWords(KeepWords);
-    PassOnWords(KeepWords);
-    std::puts("four");
-    DropWords();
-    PassOnWords(KeepWords);
-    std::puts("five");
-    PassOnWords(KeepWords);
-  });
-  EXPECT_EQ(passed_on, (Lines{"one", "", "three", "five"}));
-}
+void HearNothing(std::string_view /*text*/) {}
 
-TEST_F(Output, PassesOnAnyAmount) {
-  passed_on = {};
-  Said([] {
-    for (int i = 0; i < 20000; ++i) std::printf("line %d\n", i);
-    PassOnWords(KeepWords);
-  });
-  ASSERT_EQ(passed_on.size(), 20000u);
-  EXPECT_EQ(passed_on.front(), "line 0");
-  EXPECT_EQ(passed_on.back(), "line 19999");
-}
-
-TEST_F(Output, CannotHoldBackWithoutAFileOfItsOwn) {
-  rlimit before{};
-  getrlimit(RLIMIT_NOFILE, &before);
-  rlimit none = before;
-  none.rlim_cur = 3;
-  setrlimit(RLIMIT_NOFILE, &none);
-  EXPECT_THROW(HeldWords(), std::runtime_error);
-  setrlimit(RLIMIT_NOFILE, &before);
+TEST_F(Output, LeavesMessagesToWhoHeardThemBefore) {
+  message_sink = HearNothing;
+  EXPECT_EQ(Said([] { Message("heard\n"); }), Lines{"info string heard"});
+  EXPECT_EQ(message_sink, HearNothing);
+  message_sink = nullptr;
 }
 
 }  // namespace
