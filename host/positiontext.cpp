@@ -26,11 +26,21 @@ struct PositionFields {
   std::string en_passant;
 };
 
+bool LooksLikeCastling(std::string_view field) {
+  return field.find_first_not_of("KQkq-") == std::string_view::npos;
+}
+
+// Letters alone are none: "ce" is an operation.
+bool LooksLikeEnPassant(std::string_view field) {
+  return field == "-" ||
+         (field.size() == 2 && StrToSq(field) >= 0 && (field[1] == '3' || field[1] == '6'));
+}
+
 // A field is missing when it does not look like one: an operation of an EPD line, or its end.
-std::string FieldOf(std::string_view& text, std::string_view alphabet) {
+std::string FieldOf(std::string_view& text, bool (*looks_like_one)(std::string_view)) {
   std::string_view rest = text;
   const std::string_view field = NextToken(rest, kSeparators);
-  if (field.empty() || field.find_first_not_of(alphabet) != std::string_view::npos) return "-";
+  if (field.empty() || !looks_like_one(field)) return "-";
   text = rest;
   return std::string(field);
 }
@@ -39,8 +49,8 @@ PositionFields FieldsOf(std::string_view& text) {
   PositionFields fields;
   fields.board = NextToken(text, kSeparators);
   fields.side = NextToken(text, kSeparators);
-  fields.castling = FieldOf(text, "KQkq-");
-  fields.en_passant = FieldOf(text, "abcdefgh36-");
+  fields.castling = FieldOf(text, LooksLikeCastling);
+  fields.en_passant = FieldOf(text, LooksLikeEnPassant);
   return fields;
 }
 

@@ -123,6 +123,13 @@ TEST_F(PositionText, LeavesTheOperationsOfAnEpdLine) {
   EXPECT_EQ(EpdOperations("4k3/8/8/8/8/8/8/4K3 w - -"), "");
   EXPECT_EQ(EpdOperations("4k3/8/8/8/8/8/8/4K3 w - - \t "), "");
   EXPECT_EQ(EpdOperations("4k3/8/8/8/8/8/8/4K3 w\tbm e2;"), "bm e2;");
+  // Words of the letters that name files.
+  for (const char* operation : {"ce 34;", "ae 1;", "a3e 1;", "e 3;", "3 e;", "e4 1;", "-- 1;"}) {
+    EXPECT_EQ(EpdOperations(std::string("4k3/8/8/8/8/8/8/4K3 w - ") + operation), operation);
+    EXPECT_EQ(EpdFields(std::string("4k3/8/8/8/8/8/8/4K3 w KQ ") + operation),
+              "4k3/8/8/8/8/8/8/4K3 w KQ -");
+  }
+  EXPECT_EQ(EpdOperations("4k3/8/8/8/8/8/8/4K3 w - e6 ce 34;"), "ce 34;");
   EXPECT_EQ(EpdOperations("4k3/8/8/8/8/8/8/4K3 w KQ bm e2;"), "bm e2;");
 }
 
