@@ -58,7 +58,7 @@ void Take(std::string_view text) {
 
 void End() {
   input.ended = true;
-  if (!input.unfinished.empty()) FinishLine();
+  if (input.too_long || !input.unfinished.empty()) FinishLine();
 }
 
 // Reads what there is, waiting for it at most so many milliseconds (-1: for ever).
@@ -96,8 +96,8 @@ void HearLine(std::string line) {
   }
 }
 
-void Hear(int milliseconds) {
-  Read(milliseconds);
+// Looks at the lines that have been read, up to one that stops the search.
+void HearLines() {
   while (!input.fresh.empty() && !interruption.stop) HearLine(TakeFirst(input.fresh));
   if (input.ended) interruption.stop = true;
 }
@@ -121,10 +121,18 @@ bool NextLine(std::string& line) {
   return true;
 }
 
-void HearWhileThinking() { Hear(0); }
+void HearWhileThinking() {
+  Read(0);
+  HearLines();
+}
 
+// Lines may have been read together with the "go": those are looked at before more is waited for.
 void WaitForStop() {
-  while (!interruption.stop) Hear(-1);
+  HearLines();
+  while (!interruption.stop) {
+    Read(-1);
+    HearLines();
+  }
 }
 
 }  // namespace tarvyle::uci

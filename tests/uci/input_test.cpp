@@ -84,6 +84,7 @@ TEST_F(InputTest, IgnoresLinesOfMoreThanAMillionCharacters) {
            {"before\n" + longest + "y\nnext\n", {"before", "next"}, {kIgnored}},
            {longer + "z\nnext\n", {"next"}, {kIgnored}},
            {longer + "without an end", {}, {kIgnored}},
+           {longest + "y", {}, {kIgnored}},  // nothing of it is held any more when the input ends
        }) {
     Replay(row.text);
     Lines lines;
@@ -173,6 +174,14 @@ TEST_F(InputTest, WaitsForStop) {
   HangUp();
   WaitForStop();
   EXPECT_TRUE(interruption.stop) << "nobody is there any more";
+}
+
+TEST_F(InputTest, DoesNotWaitBeforeItLooksAtWhatItHas) {
+  Send("go infinite\nstop\nposition startpos\n");
+  EXPECT_EQ(Next(), "go infinite") << "all of it has been read";
+  WaitForStop();
+  EXPECT_TRUE(interruption.stop);
+  EXPECT_EQ(Next(), "position startpos");
 }
 
 TEST_F(InputTest, HasStoppedAlready) {
