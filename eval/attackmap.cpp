@@ -3,7 +3,6 @@
 #include <bit>
 #include <cstring>
 
-#include "eval/attacksets.h"
 #include "position/attack.h"
 #include "position/directions.h"
 #include "position/record.h"
@@ -62,7 +61,6 @@ void MarkSlider(std::uint32_t* words, int piece, int colour, Square from) {
 }  // namespace
 
 void GenerateAttackes() {
-  BuildAttackSets();
   std::memset(p_attack, 0, sizeof p_attack);
   for (int colour = White; colour <= Black; ++colour) {
     std::uint32_t* words = p_attack[colour];

@@ -22,8 +22,8 @@ inline constexpr std::uint32_t comp_piece_cntrl[7] = {0, 32768, 16384, 16384, 40
 // Number of attackers in an attack word.
 constexpr int AttackCount(std::uint32_t word) { return static_cast<int>(word & 15); }
 
-// Rebuilds `p_attack` from the board, and the attack sets that king safety works on. The evaluation
-// builds the sets alone: they hold the same knowledge.
+// Rebuilds `p_attack` from the board. The evaluation works on attack sets instead, which hold the
+// same knowledge.
 // Offered to others; the engine itself never calls it.
 void GenerateAttackes();
 

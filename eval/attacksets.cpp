@@ -6,9 +6,6 @@
 
 namespace tarvyle {
 
-AttackSets attack_sets[2];
-SquareSet slider_reach[kSquares];
-
 namespace {
 
 // Adds one attack to every square of a set: a carry chain over the bits of 64 counters.
@@ -37,7 +34,7 @@ inline SquareSet AddSlider(AttackSets& sets, Square from, SquareSet occupied, Sq
   return reach;
 }
 
-void BuildSide(int colour, SquareSet occupied) {
+void FindAttacks(int colour, SquareSet occupied, BoardAttacks& attacks) {
   AttackSets sets = {};
   const SquareSet* own = board_sets.of[colour];
   const SquareSet left = PawnTargetsLeft(colour, own[Pawn]);
@@ -58,33 +55,35 @@ void BuildSide(int colour, SquareSet occupied) {
   for (SquareSet rest = own[Bishop]; rest != 0;) {
     const Square from = TakeFirst(rest);
     const SquareSet reach = AddSlider<BishopSet>(sets, from, occupied, diagonal);
-    slider_reach[from] = reach;
+    attacks.reach[from] = reach;
     sets.by[Bishop] |= reach;
   }
   for (SquareSet rest = own[Rook]; rest != 0;) {
     const Square from = TakeFirst(rest);
     const SquareSet reach = AddSlider<RookSet>(sets, from, occupied, straight);
-    slider_reach[from] = reach;
+    attacks.reach[from] = reach;
     sets.by[Rook] |= reach;
   }
   for (SquareSet rest = own[Queen]; rest != 0;) {
     const Square from = TakeFirst(rest);
     const SquareSet reach = AddSlider<BishopSet>(sets, from, occupied, diagonal) |
                             AddSlider<RookSet>(sets, from, occupied, straight);
-    slider_reach[from] = reach;
+    attacks.reach[from] = reach;
     sets.by[Queen] |= reach;
   }
   sets.all |= sets.by[Pawn] | sets.by[Knight] | sets.by[Bishop] | sets.by[Rook] | sets.by[Queen] |
               sets.by[King];
-  attack_sets[colour] = sets;
+  attacks.of[colour] = sets;
 }
 
 }  // namespace
 
-void BuildAttackSets() {
+BoardAttacks AttacksOnBoard() {
+  BoardAttacks attacks;
   const SquareSet occupied = Occupied();
-  BuildSide(White, occupied);
-  BuildSide(Black, occupied);
+  FindAttacks(White, occupied, attacks);
+  FindAttacks(Black, occupied, attacks);
+  return attacks;
 }
 
 }  // namespace tarvyle

@@ -14,14 +14,15 @@ struct AttackSets {
   SquareSet count[4];  // number of attacks, bit by bit, modulo 16
 };
 
-// By colour, as of the last BuildAttackSets.
-extern AttackSets attack_sets[2];
+// The attacks on one board. Nothing keeps them up: whoever asks for them hands them on to those who
+// look at that same board, and nobody keeps them for longer.
+struct BoardAttacks {
+  AttackSets of[2];           // by colour
+  SquareSet reach[kSquares];  // what the slider on each square sees; unset for all other squares
+};
 
-// What the slider on each square sees, as of the same; meaningful for sliders' squares only.
-extern SquareSet slider_reach[kSquares];
-
-// Builds the attack sets of both sides from the board.
-void BuildAttackSets();
+// The attacks on the current board.
+BoardAttacks AttacksOnBoard();
 
 // Number of attacks on one square, modulo 16.
 inline int AttackCountAt(const AttackSets& sets, Square square) {

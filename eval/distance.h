@@ -20,7 +20,8 @@ inline int Distance(Square a, Square b) {
   return rows > files ? rows : files;
 }
 
-// Manhattan distance of two squares.
+// Manhattan distance of two squares (a rook's steps), and the greatest that there is.
 inline int Taxi(Square a, Square b) { return RowDistance(a, b) + FileDistance(a, b); }
+inline constexpr int kLongestTaxi = 14;
 
 }  // namespace tarvyle

@@ -1,5 +1,6 @@
 #include "eval/evaluate.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 
@@ -11,6 +12,7 @@
 #include "eval/scoretable.h"
 #include "eval/side.h"
 #include "eval/threats.h"
+#include "eval/weights.h"
 #include "position/piecesets.h"
 #include "position/record.h"
 #include "position/sets.h"
@@ -36,6 +38,14 @@ bool NobodyCanWin() {
   return true;
 }
 
+// AddRook's bound needs losses that only grow, and gains that are none, on the way to the total.
+static_assert(std::min({weight::kAttackLoss, weight::kHangingLoss, weight::kSeveralHangLoss,
+                        weight::kHangingPawnLoss, weight::kOutbidLoss, weight::kOutnumberedLoss,
+                        weight::kUnsupportedLoss, weight::kBlockedLoss, weight::kDoubledLoss,
+                        weight::kIsolatedLoss, weight::kThirdLoss, weight::kFreeFile,
+                        weight::kPassed, weight::kPassedByPawn, weight::kPassedByRook,
+                        weight::kOutrunsKing}) >= 0);
+
 // Walks one side's piece list. The slots come in order, because each rook truncates the sum of all
 // before it; what belongs to no slot in particular is summed over sets of pieces.
 class SideSum {
@@ -45,18 +55,20 @@ class SideSum {
         threats_(FindThreats(side)),
         pawn_terms_(PawnTerms(side, side.own[Pawn])),
         threat_terms_(ThreatTerms(side, threats_, ~SquareSet{0})),
-        steady_(Truncated(side.phase, kSteadyTotal)) {}
+        steady_(AddedByTruncation(side.phase, kSteadyTotal)) {}
 
   int DearestHanging() const { return DearestPiece(side_, threats_.hanging); }
 
-  int Total() {
+  // To be called once, before Total.
+  void AddPieces() {
     const std::uint32_t own_slots = board_sets.slots >> (16 * side_.colour) & 0xFFFF;
     std::uint32_t slots = own_slots & ~(board_sets.pawn_slots >> (16 * side_.colour));
     for (; slots != 0; slots &= slots - 1) {
       AddPiece(std::countr_zero(slots) + 16 * side_.colour);
     }
-    return officers_ + threat_terms_ + PawnTotal() + SideTerms(side_);
   }
+
+  int Total() const { return pieces_ + threat_terms_ + PawnTotal() + SideTerms(side_); }
 
  private:
   int PawnTotal() const {
@@ -73,34 +85,34 @@ class SideSum {
   void AddPiece(int slot) {
     const Square square = g.list_sq[slot];
     const int piece = g.board[square];
-    officers_ += score_table[side_.colour][piece][square];
+    pieces_ += score_table[side_.colour][piece][square];
     switch (piece) {
-      case Knight: officers_ += KnightTerm(side_, square); break;
-      case Bishop: officers_ += BishopTerm(side_, square); break;
+      case Knight: pieces_ += KnightTerm(side_, square); break;
+      case Bishop: pieces_ += BishopTerm(side_, square); break;
       case Rook: AddRook(slot, square); break;
-      case Queen: officers_ += QueenTerm(side_, square); break;
-      default: officers_ += KingSFTY(side_.colour); break;
+      case Queen: pieces_ += QueenTerm(side_, square); break;
+      default: pieces_ += KingTerm(side_); break;
     }
   }
 
   void AddRook(int slot, Square square) {
-    officers_ += RookTerm(side_, square);
+    pieces_ += RookTerm(side_, square);
     // At most the total up to here: all threats and pawn losses cost no less than those so far.
-    const int least = officers_ + threat_terms_ + pawn_terms_.losses;
-    officers_ += least >= kSteadyTotal ? steady_ : TruncatedAt(slot);
-    officers_ += RookPlaceTerm(side_, square);
+    const int least = pieces_ + threat_terms_ + pawn_terms_.losses;
+    pieces_ += least >= kSteadyTotal ? steady_ : AddedByTruncationAt(slot);
+    pieces_ += RookPlaceTerm(side_, square);
   }
 
   // What the truncation adds at the rook in `slot`, by the exact total up to there.
-  int TruncatedAt(int slot) const {
+  int AddedByTruncationAt(int slot) const {
     SquareSet before = 0;
     for (int i = g.list_first[side_.colour]; i <= slot; ++i) {
       if (g.list_sq[i] != -1) before |= SetOf(g.list_sq[i]);
     }
     const SquareSet pawns = side_.own[Pawn] & before;
     const PawnSum terms = PawnTerms(side_, pawns);
-    return Truncated(side_.phase, officers_ + ThreatTerms(side_, threats_, before) + terms.losses +
-                                      terms.gains + PawnTables(pawns));
+    return AddedByTruncation(side_.phase, pieces_ + ThreatTerms(side_, threats_, before) +
+                                              terms.losses + terms.gains + PawnTables(pawns));
   }
 
   const Side& side_;
@@ -108,22 +120,22 @@ class SideSum {
   const PawnSum pawn_terms_;
   const int threat_terms_;
   const int steady_;
-  int officers_ = 0;  // pieces other than pawns so far, without threats
+  int pieces_ = 0;  // pieces other than pawns so far, without threats
 };
 
-int SideTotal(int colour, std::uint8_t& hanging) {
-  const Side side = SideOf(colour);
+int SideTotal(const Side& side, std::uint8_t& hanging) {
   SideSum sum(side);
   hanging = static_cast<std::uint8_t>(sum.DearestHanging());
+  sum.AddPieces();
   return sum.Total();
 }
 
 CachedScore EvaluateAfresh(std::uint64_t key) {
-  BuildAttackSets();
+  const BoardAttacks attacks = AttacksOnBoard();
   CachedScore score;
   score.key = key;
-  score.positional = SideTotal(White, score.hanging[White]);
-  score.positional -= SideTotal(Black, score.hanging[Black]);
+  score.positional = SideTotal(SideOf(White, attacks), score.hanging[White]);
+  score.positional -= SideTotal(SideOf(Black, attacks), score.hanging[Black]);
   return score;
 }
 

@@ -3,6 +3,7 @@
 #include "eval/attackmap.h"
 #include "eval/attacksets.h"
 #include "eval/tables.h"
+#include "eval/weights.h"
 #include "position/directions.h"
 #include "position/piecesets.h"
 #include "position/reach.h"
@@ -29,9 +30,9 @@ Square FirstPiece(int& wide, int step, int& empty) {
 // attacks are counted only then.
 template <typename Count>
 int BonusBehind(bool own_front, bool king_behind, Count attacks_on_front) {
-  if (own_front) return king_behind ? 8 : 5;
-  if (!king_behind) return 6;
-  return attacks_on_front() >= 2 ? 8 : 7;
+  if (own_front) return king_behind ? weight::kXRayOfKing : weight::kXRay;
+  if (!king_behind) return weight::kPin;
+  return attacks_on_front() >= 2 ? weight::kPinToKingTwice : weight::kPinToKing;
 }
 
 // Enemy pieces that are worth more than the scanning one.
@@ -66,7 +67,7 @@ int LineBonus(const Side& side, int piece, Square square) {
   const SquareSet enemies = board_sets.colour[side.opponent];
   // Undefended or dearer pieces that the slider would see on an empty board but does not see now.
   SquareSet targets = (enemies & ~side.their_attacks.all) | DearerPieces(side, piece);
-  targets &= ReachSet(piece, square, 0) & ~slider_reach[square];
+  targets &= ReachSet(piece, square, 0) & ~side.reach[square];
   int bonus = 0;
   while (targets != 0) {
     const Square behind = TakeFirst(targets);

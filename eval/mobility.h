@@ -18,7 +18,7 @@ struct RayScan {
 void Mobile_Pin_XRay(Square square, int piece, int colour, RayScan& result,
                      const std::uint32_t* opponent_attacks, const std::uint32_t* own_attacks);
 
-// The pin and x-ray bonus alone, by the attack sets: what Mobile_Pin_XRay finds behind the first
+// The pin and x-ray bonus of one of the side's sliders: what Mobile_Pin_XRay finds behind the first
 // piece of each line.
 int LineBonus(const Side& side, int piece, Square square);
 

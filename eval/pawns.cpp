@@ -3,6 +3,7 @@
 #include "eval/attacksets.h"
 #include "eval/distance.h"
 #include "eval/tables.h"
+#include "eval/weights.h"
 #include "position/piecesets.h"
 #include "position/record.h"
 #include "position/types.h"
@@ -11,12 +12,10 @@ namespace tarvyle {
 
 namespace {
 
-// By the number of the d- and e-files that hold no pawn of the side.
-constexpr int kCentrePenalty[3] = {0, -1, -3};
+constexpr int kPawnsAtStart = 8;
 
-constexpr int kThirdExtra = 6;  // the third doubled or isolated pawn of a side costs that much more
-
-int ThirdExtra(int counted) { return counted >= 3 ? kThirdExtra : 0; }
+// What pawns of one kind lose, of which the third loses more.
+int LossOf(int count, int each) { return each * count + (count >= 3 ? weight::kThirdLoss : 0); }
 
 // Files that hold a pawn of a set, and those that hold more than one, as bits of a byte.
 struct FileBits {
@@ -69,17 +68,18 @@ int PassedBonus(const Side& side, Square square) {
   const int row = RowOf(square);
   const SquareSet here = SetOf(square);
   const int row_bonus = PASSED_PAWN_ROW[colour * 8 + row];
-  int bonus = 12 + row_bonus;
-  if (((here | Ahead(colour, here)) & side.attacks.by[Pawn]) != 0) bonus += 4;
+  int bonus = weight::kPassed + row_bonus;
+  if (((here | Ahead(colour, here)) & side.attacks.by[Pawn]) != 0) bonus += weight::kPassedByPawn;
   if ((here & side.attacks.by[Rook]) != 0 &&
       (Ahead(1 - colour, here) & side.attacks.by[Rook]) != 0 && opponent_board[row] == colour) {
-    bonus += 4;
+    bonus += weight::kPassedByRook;
   }
-  if (OutrunsKing(side, square)) bonus += 8 * row_bonus;
+  if (OutrunsKing(side, square)) bonus += weight::kOutrunsKing * row_bonus;
   return bonus;
 }
 
-int OfficerCount(int colour) {
+// Minor and major pieces, kings left out.
+int PieceCount(int colour) {
   const auto& count = g.piece_cnt[colour];
   return count[Knight] + count[Bishop] + count[Rook] + count[Queen];
 }
@@ -96,9 +96,9 @@ PawnSum PawnTerms(const Side& side, SquareSet pawns) {
   const int unsupported = CountOf(pawns) - CountOf(fronts & side.attacks.by[Pawn]);
   const int blocked = CountOf(fronts & board_sets.colour[side.opponent]);
   PawnSum sum;
-  sum.losses = -unsupported - 2 * blocked - 2 * doubled - ThirdExtra(doubled) - 8 * isolated -
-               ThirdExtra(isolated);
-  sum.gains = CountOf(pawns & ~FilesSet(theirs.any));
+  sum.losses = -(weight::kUnsupportedLoss * unsupported + weight::kBlockedLoss * blocked +
+                 LossOf(doubled, weight::kDoubledLoss) + LossOf(isolated, weight::kIsolatedLoss));
+  sum.gains = weight::kFreeFile * CountOf(pawns & ~FilesSet(theirs.any));
   for (SquareSet passed = PassedPawns(side, pawns); passed != 0;) {
     sum.gains += PassedBonus(side, TakeFirst(passed));
   }
@@ -108,11 +108,13 @@ PawnSum PawnTerms(const Side& side, SquareSet pawns) {
 int SideTerms(const Side& side) {
   const int pawns = g.piece_cnt[side.colour][Pawn];
   const auto& files = g.pawn_file_cnt[side.colour];
-  int term = pawns - 8;
-  if (pawns == 0) term -= 16;
-  term += kCentrePenalty[(files[3] == 0 ? 1 : 0) + (files[4] == 0 ? 1 : 0)];
+  int term = weight::kMissingPawnLoss * (pawns - kPawnsAtStart);  // a set-up may place more
+  if (pawns == 0) term -= weight::kNoPawnLoss;
+  term -= weight::kCentreLoss[(files[3] == 0 ? 1 : 0) + (files[4] == 0 ? 1 : 0)];
   const bool any_pawn = pawns > 0 || g.piece_cnt[side.opponent][Pawn] > 0;
-  if (any_pawn && OfficerCount(side.colour) > OfficerCount(side.opponent)) term += 2;
+  if (any_pawn && PieceCount(side.colour) > PieceCount(side.opponent)) {
+    term += weight::kMorePieces;
+  }
   return term;
 }
 

@@ -8,8 +8,11 @@ namespace tarvyle {
 
 namespace {
 
+// By piece code. A lone bishop weighs more than a lone knight, deliberately.
+constexpr int kWeight[7] = {0, 0, 3, 4, 6, 14, 0};
+
 // The phase is 0.0 up to the weight of one minor piece, and 1.0 from that of a full set on.
-constexpr int kOneMinorPiece = 4;
+constexpr int kOneMinorPiece = kWeight[Bishop];
 constexpr int kFullWeight = 40;
 
 // By weight. The truncations of the evaluation hang on the last bit of this one division.
@@ -27,8 +30,8 @@ constexpr PhaseTable kPhases;
 
 int OpponentWeight(int colour) {
   const auto& count = g.piece_cnt[1 - colour];
-  // A lone bishop weighs more than a lone knight, deliberately.
-  return 14 * count[Queen] + 6 * count[Rook] + 3 * count[Knight] + 4 * count[Bishop];
+  return kWeight[Queen] * count[Queen] + kWeight[Rook] * count[Rook] +
+         kWeight[Knight] * count[Knight] + kWeight[Bishop] * count[Bishop];
 }
 
 double Stage(int colour) { return kPhases.phase[min(OpponentWeight(colour), kFullWeight)]; }

@@ -85,8 +85,8 @@ void BendKingTable(int colour, double phase) {
 }
 
 // The tables of all pieces but pawns, before the kings' are bent.
-struct OfficerTables {
-  OfficerTables() {
+struct PieceTables {
+  PieceTables() {
     for (int colour = White; colour <= Black; ++colour) {
       for (int piece = Knight; piece <= King; ++piece) {
         GenScoreTable(piece, of[colour][piece], colour, kScale[piece]);
@@ -118,7 +118,7 @@ void GenScoreTable(int piece, int* table, int colour, int scale) {
 
 void InitEvaluate() {
   // What does not depend on the position is worked out once.
-  static const OfficerTables kTables;
+  static const PieceTables kTables;
   ForgetScores();
   std::memcpy(score_table, kTables.of, sizeof score_table);
   for (Square square = 0; square < kSquares; ++square) {

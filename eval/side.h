@@ -16,17 +16,21 @@ struct Side {
   const SquareSet* theirs;          // the opponent's
   const AttackSets& attacks;        // its own
   const AttackSets& their_attacks;  // the opponent's
+  const SquareSet* reach;           // what each slider sees, by its square
 };
 
-// One side's view of the current position; needs the attack sets.
-inline Side SideOf(int colour) {
+// One side's view of the current position, whose attacks are handed in. It refers to them, so they
+// must live longer and be those of this position.
+inline Side SideOf(int colour, const BoardAttacks& attacks) {
   return {colour,
           1 - colour,
           Stage(colour),
           board_sets.of[colour],
           board_sets.of[1 - colour],
-          attack_sets[colour],
-          attack_sets[1 - colour]};
+          attacks.of[colour],
+          attacks.of[1 - colour],
+          attacks.reach};
 }
+Side SideOf(int colour, const BoardAttacks&& attacks) = delete;
 
 }  // namespace tarvyle

@@ -7,6 +7,7 @@
 namespace tarvyle {
 
 // Relative row by colour * 8 + row: 0 = own first row, 7 = the promotion row.
+// Offered to others; the engine itself never reads it.
 inline constexpr int rank[16] = {7, 6, 5, 4, 3, 2, 1, 0, 0, 1, 2, 3, 4, 5, 6, 7};
 
 // Bishop on or near the long diagonals, by square.

@@ -1,6 +1,7 @@
 #include "eval/threats.h"
 
 #include "eval/attacksets.h"
+#include "eval/weights.h"
 #include "position/piecesets.h"
 #include "position/types.h"
 
@@ -54,21 +55,23 @@ Threats FindThreats(const Side& side) {
   const SquareSet guarded = threats.attacked & ~threats.hanging;
   if (guarded == 0) return threats;
   threats.outbid = guarded & CheaperIn(side.their_attacks, side.attacks);
-  threats.weak = guarded & side.own[Pawn] & ~side.attacks.by[Pawn];
-  if (threats.weak != 0) threats.weak &= FewerIn(side.attacks, side.their_attacks);
+  threats.outnumbered = guarded & side.own[Pawn] & ~side.attacks.by[Pawn];
+  if (threats.outnumbered != 0) threats.outnumbered &= FewerIn(side.attacks, side.their_attacks);
   return threats;
 }
 
 int ThreatTerms(const Side& side, const Threats& threats, SquareSet pieces) {
   if ((threats.attacked & pieces) == 0) return 0;
-  int term = -AttackSum(side.their_attacks, threats.attacked & pieces) -
-             CountOf(threats.outbid & pieces) - CountOf(threats.weak & pieces);
+  int loss = weight::kAttackLoss * AttackSum(side.their_attacks, threats.attacked & pieces) +
+             weight::kOutbidLoss * CountOf(threats.outbid & pieces) +
+             weight::kOutnumberedLoss * CountOf(threats.outnumbered & pieces);
   const SquareSet hanging = threats.hanging & pieces;
   if (hanging != 0) {
-    const int count = CountOf(hanging);
-    term -= 4 * count + (count >= 2 ? 6 : 0) + CountOf(hanging & side.own[Pawn]);
+    loss += weight::kHangingLoss * CountOf(hanging) +
+            weight::kHangingPawnLoss * CountOf(hanging & side.own[Pawn]);
+    if (HasSeveral(hanging)) loss += weight::kSeveralHangLoss;
   }
-  return term;
+  return -loss;
 }
 
 int DearestPiece(const Side& side, SquareSet pieces) {

@@ -7,13 +7,13 @@ namespace tarvyle {
 
 // What the opponent's attacks mean for one side's pieces.
 struct Threats {
-  SquareSet attacked;  // attacked pieces
-  SquareSet hanging;   // of those, undefended ones and ones that a cheaper piece attacks
-  SquareSet outbid;    // the others whose cheapest attacker is cheaper than the cheapest defender
-  SquareSet weak;      // attacked pawns that no pawn defends, with more attackers than defenders
+  SquareSet attacked;     // attacked pieces
+  SquareSet hanging;      // of those, undefended ones and ones that a cheaper piece attacks
+  SquareSet outbid;       // others whose cheapest attacker is cheaper than the cheapest defender
+  SquareSet outnumbered;  // others, pawns that no pawn defends, with more attackers than defenders
 };
 
-// Sorts the pieces of `side` by the attacks on them; needs the attack sets.
+// Sorts the pieces of `side` by the attacks on them.
 Threats FindThreats(const Side& side);
 
 // What the threats cost the pieces in `pieces` (never above 0). The second hanging piece costs

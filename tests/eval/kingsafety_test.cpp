@@ -6,7 +6,6 @@
 #include <set>
 #include <string>
 
-#include "eval/attackmap.h"
 #include "position/directions.h"
 #include "position/game.h"
 #include "position/legal.h"
@@ -25,7 +24,6 @@ using support::SetUpRoot;
 int Safety(const std::string& fen, int colour) {
   SetUpRoot(fen);
   set_dir(White);
-  GenerateAttackes();
   return KingSFTY(colour);
 }
 
@@ -73,7 +71,6 @@ TEST(KingSafety, IsNoneAgainstALoneMinorPiece) {
 TEST(KingSafety, EqualsThePlainOneUnderBothDirectionTables) {
   std::set<int> lines_seen;
   support::VisitRandomPositions(47, 4000, [&] {
-    GenerateAttackes();
     for (const int colour : {White, Black}) {
       lines_seen.insert(PlainAttackedLines(colour));
       for (const int table : {White, Black}) {
@@ -111,7 +108,6 @@ TEST(KingSafety, FollowsTheDangerCurveUpAndDownAndBeyondItsEnd) {
 TEST(KingSafety, LooksAtTheKnightJumpThatTheDirectionTableNamesFirst) {
   // Black attacks the first jump of White's table, c3 from d1's king, but not that of Black's.
   SetUpRoot("rnbqkbnr/pp1ppppp/8/8/1p6/8/8/3K4 w");
-  GenerateAttackes();
   set_dir(White);
   const int under_white = KingSFTY(White);
   set_dir(Black);
@@ -141,7 +137,6 @@ TEST(KingSafety, RewardsCastlingByTheKingsWing) {
     ASSERT_TRUE(StrToMove(row.castling, move));
     ASSERT_TRUE(InsertMoveInGame(move, 0));
     set_dir(White);
-    GenerateAttackes();
     const int castled = KingSFTY(White);
     EXPECT_EQ(castled, PlainKingSafety(White));
     EXPECT_EQ(castled - Safety(row.set_up, White), row.gain);
@@ -155,7 +150,6 @@ TEST(KingSafety, RewardsCastlingWhateverTheOpponentHolds) {
   ASSERT_TRUE(StrToMove("e1g1", move));
   ASSERT_TRUE(InsertMoveInGame(move, 0));
   set_dir(White);
-  GenerateAttackes();
   // A shield of 2 + 6 + 4; (12 + 2.4) truncated, times the phase, truncated.
   EXPECT_EQ(KingSFTY(White), 14 * 12 / 40);
 }

@@ -10,7 +10,6 @@
 #include <string>
 #include <utility>
 
-#include "eval/attacksets.h"
 #include "eval/kingsafety.h"
 #include "position/directions.h"
 #include "position/record.h"
@@ -34,7 +33,6 @@ struct Judged {
 
 Judged Judge(int colour) {
   set_dir(White);
-  BuildAttackSets();
   return {KingSFTY(colour), support::PlainKingTerms(colour)};
 }
 

@@ -100,14 +100,15 @@ TEST(RayScan, EqualsThePlainOneForEverySliderOfRandomPositions) {
 TEST(LineBonus, IsWhatTheRayScanFindsBehindTheFirstPieceOfEachLine) {
   support::VisitRandomPositions(53, 4000, [] {
     GenerateAttackes();
+    const BoardAttacks attacks = AttacksOnBoard();
     for (const int colour : {White, Black}) {
-      const Side side = SideOf(colour);
+      const Side side = SideOf(colour, attacks);
       for (const int piece : {Bishop, Rook, Queen}) {
         for (SquareSet rest = board_sets.of[colour][piece]; rest != 0;) {
           const Square square = TakeFirst(rest);
           const RayScan scan = Scan(square);
           ASSERT_EQ(LineBonus(side, piece, square), scan.bonus) << chb[square];
-          ASSERT_EQ(CountOf(slider_reach[square] & ~Occupied()), scan.empty) << chb[square];
+          ASSERT_EQ(CountOf(side.reach[square] & ~Occupied()), scan.empty) << chb[square];
         }
       }
     }

@@ -6,7 +6,8 @@
 #include <sstream>
 #include <string>
 
-#include "eval/attackmap.h"
+#include "eval/attacksets.h"
+#include "eval/side.h"
 #include "position/text.h"
 #include "position/types.h"
 #include "tests/support/eval_support.h"
@@ -17,7 +18,8 @@ namespace {
 using support::SetUpRoot;
 
 int SumOf(int colour, SquareSet pawns) {
-  const PawnSum sum = PawnTerms(SideOf(colour), pawns);
+  const BoardAttacks attacks = AttacksOnBoard();
+  const PawnSum sum = PawnTerms(SideOf(colour, attacks), pawns);
   return sum.losses + sum.gains;
 }
 
@@ -105,19 +107,21 @@ TEST(PawnTerms, AddUpForBothColours) {
   for (const PawnRow& row : kPawnRows) {
     SCOPED_TRACE(row.meaning);
     SetUpRoot(row.fen);
-    GenerateAttackes();
     EXPECT_EQ(SumOf(White, PawnsOf(row, White)), row.expected);
     SetUpRoot(Mirrored(row.fen));
-    GenerateAttackes();
     EXPECT_EQ(SumOf(Black, PawnsOf(row, Black)), row.expected);
   }
 }
 
 TEST(PawnTerms, OfSomePawnsCountTheThirdAmongThese) {
   SetUpRoot("3k4/p7/8/8/P7/P7/P7/K7 w");
-  GenerateAttackes();
   const SquareSet two = SetOf(StrToSq("a4")) | SetOf(StrToSq("a3"));
   EXPECT_EQ(SumOf(White, two), 2 * (-1 - 2 - 8));
+}
+
+int WholeOf(int colour) {
+  const BoardAttacks attacks = AttacksOnBoard();
+  return SideTerms(SideOf(colour, attacks));
 }
 
 struct SideRow {
@@ -144,9 +148,9 @@ TEST(SideTerms, AddUpForBothColours) {
   for (const SideRow& row : kSideRows) {
     SCOPED_TRACE(row.meaning);
     SetUpRoot(row.fen);
-    EXPECT_EQ(SideTerms(SideOf(White)), row.expected);
+    EXPECT_EQ(WholeOf(White), row.expected);
     SetUpRoot(Mirrored(row.fen));
-    EXPECT_EQ(SideTerms(SideOf(Black)), row.expected);
+    EXPECT_EQ(WholeOf(Black), row.expected);
   }
 }
 

@@ -230,7 +230,7 @@ TEST(Terms, TruncationOfARookCutsTheWholeSumTowardsZero) {
     const double phase = weight <= 4 ? 0.0 : weight / 40.0;
     for (int total = -300; total <= 300; ++total) {
       const double sum = 10.0 * (1.0 - phase) + static_cast<double>(total);
-      ASSERT_EQ(Truncated(phase, total), static_cast<int>(std::trunc(sum)) - total)
+      ASSERT_EQ(AddedByTruncation(phase, total), static_cast<int>(std::trunc(sum)) - total)
           << "weight " << weight << " total " << total;
     }
   }
@@ -240,7 +240,8 @@ TEST(Terms, TruncationOfARookIsSteadyFromAFewPointsOn) {
   for (int weight = 0; weight <= 40; ++weight) {
     const double phase = weight <= 4 ? 0.0 : weight / 40.0;
     for (int total = kSteadyTotal; total <= 5000; ++total) {
-      ASSERT_EQ(Truncated(phase, total), Truncated(phase, kSteadyTotal)) << weight << ' ' << total;
+      ASSERT_EQ(AddedByTruncation(phase, total), AddedByTruncation(phase, kSteadyTotal))
+          << weight << ' ' << total;
     }
   }
 }

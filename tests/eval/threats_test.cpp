@@ -29,7 +29,7 @@ TEST(Threats, SortWhitesPiecesByTheAttacksOnThem) {
     const char* attacked;
     const char* hanging;
     const char* outbid;
-    const char* weak;
+    const char* outnumbered;
     int cost;
   };
   const Row rows[] = {
@@ -49,21 +49,21 @@ TEST(Threats, SortWhitesPiecesByTheAttacksOnThem) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.meaning);
     support::SetUpRoot(row.fen);
-    BuildAttackSets();
-    const Side side = SideOf(White);
+    const BoardAttacks attacks = AttacksOnBoard();
+    const Side side = SideOf(White, attacks);
     const Threats threats = FindThreats(side);
     EXPECT_EQ(Names(threats.attacked), row.attacked);
     EXPECT_EQ(Names(threats.hanging), row.hanging);
     EXPECT_EQ(Names(threats.outbid), row.outbid);
-    EXPECT_EQ(Names(threats.weak), row.weak);
+    EXPECT_EQ(Names(threats.outnumbered), row.outnumbered);
     EXPECT_EQ(ThreatTerms(side, threats, ~SquareSet{0}), row.cost);
   }
 }
 
 TEST(Threats, OfSomePiecesCountTheSecondHangingOneAmongThese) {
   support::SetUpRoot("3r1r1k/8/8/8/3N1N2/8/8/7K w");
-  BuildAttackSets();
-  const Side side = SideOf(White);
+  const BoardAttacks attacks = AttacksOnBoard();
+  const Side side = SideOf(White, attacks);
   const Threats threats = FindThreats(side);
   EXPECT_EQ(ThreatTerms(side, threats, SetOf(StrToSq("d4"))), -1 - 4);
   EXPECT_EQ(ThreatTerms(side, threats, SetOf(StrToSq("h1"))), 0);
@@ -71,7 +71,8 @@ TEST(Threats, OfSomePiecesCountTheSecondHangingOneAmongThese) {
 
 TEST(Threats, DearestPieceIsThatOfTheGreatestValue) {
   support::SetUpRoot("7k/8/8/8/PNBRQ3/8/8/7K w");
-  const Side side = SideOf(White);
+  const BoardAttacks attacks = AttacksOnBoard();
+  const Side side = SideOf(White, attacks);
   SquareSet pieces = 0;
   EXPECT_EQ(DearestPiece(side, pieces), NoPiece);
   int code = Pawn;

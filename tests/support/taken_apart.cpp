@@ -28,12 +28,15 @@ struct View {
       : colour(side.colour),
         phase(side.phase),
         attacks(side.attacks),
-        their_attacks(side.their_attacks) {
+        their_attacks(side.their_attacks),
+        reach(side.reach) {
     std::copy_n(side.own, 8, own);
     std::copy_n(side.theirs, 8, theirs);
   }
 
-  Side AsSide() const { return {colour, 1 - colour, phase, own, theirs, attacks, their_attacks}; }
+  Side AsSide() const {
+    return {colour, 1 - colour, phase, own, theirs, attacks, their_attacks, reach};
+  }
 
   int colour;
   double phase;
@@ -41,6 +44,7 @@ struct View {
   SquareSet theirs[8];
   AttackSets attacks;
   AttackSets their_attacks;
+  const SquareSet* reach;
 };
 
 // What `ask` answers for a view with `change` made to it.
@@ -85,7 +89,8 @@ SquareSet OneAFile(SquareSet set) {
 
 class Taker {
  public:
-  explicit Taker(int colour) : view_(SideOf(colour)), c_(colour), o_(1 - colour) {}
+  Taker(int colour, const BoardAttacks& attacks)
+      : view_(SideOf(colour, attacks)), c_(colour), o_(1 - colour) {}
 
   TakenApart Take() {
     for (int slot = g.list_first[c_]; slot <= g.list_last[c_]; ++slot) {
@@ -113,16 +118,16 @@ class Taker {
       case Bishop: AddBishop(q); break;
       case Rook: AddRook(q); break;
       case Queen: AddQueen(q); break;
-      default: Add("king safety", KingSFTY(c_)); break;
+      default: Add("king safety", KingTerm(view_.AsSide())); break;
     }
   }
 
   // The threats with some kinds only; a view without pawns leaves out what pawns lose more.
-  int ThreatsOf(SquareSet pieces, bool hanging, bool outbid, bool weak, bool pawns) const {
+  int ThreatsOf(SquareSet pieces, bool hanging, bool outbid, bool outnumbered, bool pawns) const {
     Threats threats = threats_;
     if (!hanging) threats.hanging = 0;
     if (!outbid) threats.outbid = 0;
-    if (!weak) threats.weak = 0;
+    if (!outnumbered) threats.outnumbered = 0;
     View view = view_;
     if (!pawns) view.own[Pawn] = 0;
     return ThreatTerms(view.AsSide(), threats, pieces);
@@ -176,7 +181,7 @@ class Taker {
     Add("rook", term() - walk - lines);
     Add("rook to king", walk);
     Add("pins and x-rays", lines);
-    Add("rook truncation", Truncated(view_.phase, apart_.total));
+    Add("rook truncation", AddedByTruncation(view_.phase, apart_.total));
 
     const auto place = [q](const Side& side) { return RookPlaceTerm(side, q); };
     const int whole = place(view_.AsSide());
@@ -305,8 +310,8 @@ std::vector<int> TakenApart::Of(const std::string& term) const {
 }
 
 TakenApart TakeApart(int colour) {
-  BuildAttackSets();
-  return Taker(colour).Take();
+  const BoardAttacks attacks = AttacksOnBoard();
+  return Taker(colour, attacks).Take();
 }
 
 }  // namespace tarvyle::support
