@@ -1,5 +1,7 @@
 #include "book/epd.h"
 
+#include <cstdint>
+
 #include "position/castling.h"
 #include "position/enpassant.h"
 #include "position/record.h"
@@ -26,12 +28,12 @@ char* PutRow(char* out, int row) {
 }
 
 char* PutCastling(char* out) {
-  const char* const begin = out;
+  const std::uint32_t rights = StandingRights();
+  if (rights == 0) *out++ = '-';
   for (int colour = White; colour <= Black; ++colour) {
-    if (LongRightStands(colour)) *out++ = kPieceLetters[colour][Queen];
-    if (ShortRightStands(colour)) *out++ = kPieceLetters[colour][King];
+    if ((rights & LongRight(colour)) != 0) *out++ = kPieceLetters[colour][Queen];
+    if ((rights & ShortRight(colour)) != 0) *out++ = kPieceLetters[colour][King];
   }
-  if (out == begin) *out++ = '-';
   return out;
 }
 

@@ -18,7 +18,7 @@ void Mark(std::uint32_t* words, int wide, std::uint32_t bit) {
   word = (word + 1) | bit;
 }
 
-void MarkPawn(std::uint32_t* words, Square from, int colour) {
+void MarkPawn(std::uint32_t* words, int colour, Square from) {
   const int ahead = ToWide(from) + 2 * dP[colour];  // in this form a row is 16 wide
   if (!OffBoard(ahead - 1)) Mark(words, ahead - 1, piece_cntrl[Pawn]);
   if (!OffBoard(ahead + 1)) Mark(words, ahead + 1, piece_cntrl[Pawn]);
@@ -42,7 +42,7 @@ Square MarkRay(std::uint32_t* words, int wide, int step, std::uint32_t bit) {
 }
 
 // Whether the piece on `blocker` is an own slider that can itself move along the line from `from`.
-bool LetsThrough(Square from, Square blocker, int colour) {
+bool LetsThrough(int colour, Square from, Square blocker) {
   const int piece = g.board[blocker];
   return g.color[blocker] == colour && IsSlider(piece) &&
          (atk[AttackIndex(from, blocker)] >> piece & 1) != 0;
@@ -52,7 +52,7 @@ void MarkSlider(std::uint32_t* words, int piece, int colour, Square from) {
   for (int d = d_start[piece]; d <= d_stop[piece]; ++d) {
     const int step = dir_white[d];
     const Square blocker = MarkRay(words, ToWide(from), step, piece_cntrl[piece]);
-    if (blocker >= 0 && LetsThrough(from, blocker, colour)) {
+    if (blocker >= 0 && LetsThrough(colour, from, blocker)) {
       MarkRay(words, ToWide(blocker), step, 0);
     }
   }
@@ -69,7 +69,7 @@ void GenerateAttackes() {
       if (from == -1) continue;
       const int piece = g.board[from];
       if (piece == Pawn) {
-        MarkPawn(words, from, colour);
+        MarkPawn(words, colour, from);
       } else if (IsSlider(piece)) {
         MarkSlider(words, piece, colour, from);
       } else {

@@ -61,11 +61,11 @@ class SideSum {
 
   // To be called once, before Total.
   void AddPieces() {
-    const std::uint32_t own_slots = board_sets.slots >> (16 * side_.colour) & 0xFFFF;
-    std::uint32_t slots = own_slots & ~(board_sets.pawn_slots >> (16 * side_.colour));
-    for (; slots != 0; slots &= slots - 1) {
-      AddPiece(std::countr_zero(slots) + 16 * side_.colour);
-    }
+    constexpr std::uint32_t kOneColour = (1u << kSlotsPerColour) - 1;
+    const int first = FirstSlot(side_.colour);
+    const std::uint32_t own_slots = board_sets.slots >> first & kOneColour;
+    std::uint32_t slots = own_slots & ~(board_sets.pawn_slots >> first);
+    for (; slots != 0; slots &= slots - 1) AddPiece(first + std::countr_zero(slots));
   }
 
   int Total() const { return pieces_ + threat_terms_ + PawnTotal() + SideTerms(side_); }

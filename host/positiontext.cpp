@@ -67,13 +67,9 @@ bool BoardIsExact(const std::string& board) {
 
 // Whether a pawn of the side to move stands beside the enemy pawn that passed over `square`.
 bool CanTakeEnPassant(Square square) {
-  if (square < 0 || RowOf(square) != (g.side == White ? 2 : 5)) return false;
+  if (square < 0 || RowOf(square) != PassedRow(g.xside)) return false;
   const Square pawn = square - dP[g.side];
-  const auto is = [](Square at, int colour) {
-    return g.board[at] == Pawn && g.color[at] == colour;
-  };
-  return is(pawn, g.xside) &&
-         ((FileOf(pawn) > 0 && is(pawn - 1, g.side)) || (FileOf(pawn) < 7 && is(pawn + 1, g.side)));
+  return StandsOn(Pawn, g.xside, pawn) && PawnBeside(pawn, g.side);
 }
 
 std::string MovePawnBack(const std::string& board, Square from, Square to) {
@@ -92,7 +88,7 @@ std::string MovePawnBack(const std::string& board, Square from, Square to) {
 bool PlayDoubleStep(const PositionFields& fields, Square square) {
   const Square target = square - dP[g.side];
   const Square origin = square + dP[g.side];
-  if (g.board[square] != NoPiece || g.board[origin] != NoPiece) return false;
+  if (!IsEmpty(square) || !IsEmpty(origin)) return false;
   PositionFields before = fields;
   before.board = MovePawnBack(fields.board, target, origin);
   before.side = fields.side == "w" ? "b" : "w";

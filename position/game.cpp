@@ -70,15 +70,15 @@ void RedoGameMove() {
   ++g.game_len;
 }
 
-const Move* GameLine() {
+const Move* EndGameLine() {
   g.game_moves[g.game_len] = 0;
   return g.game_moves;
 }
 
-KeptMoves::KeptMoves() : first_(g.game_len), count_(g.game_max - g.game_len) {
+RedoGuard::RedoGuard() : first_(g.game_len), count_(g.game_max - g.game_len) {
   std::copy_n(g.game_moves + first_, count_, moves_);
 }
 
-KeptMoves::~KeptMoves() { std::copy_n(moves_, count_, g.game_moves + first_); }
+RedoGuard::~RedoGuard() { std::copy_n(moves_, count_, g.game_moves + first_); }
 
 }  // namespace tarvyle

@@ -18,26 +18,27 @@ std::uint32_t ControlSumm(const void* data, int length);
 // Plays a legal move into the game (`ply` 0) and records `score` with it. Returns false, changing
 // nothing, when the record holds 400 moves. Before, a byte sum over the whole record must survive
 // making and taking back the move; if not, a message goes to standard error and the process aborts.
-// That happens also when the move's place still holds a move kept for "redo": deliberately so.
+// That happens also when the move's place still holds a move that may be redone: deliberately so.
 bool InsertMoveInGame(Move move, int score);
 
-// Takes back the last move of the game and keeps it for RedoGameMove; nothing at the start.
+// Takes back the last move of the game, which RedoGameMove may then replay; nothing at the start.
 void UndoGameMove();
 
-// Replays the next kept move, if there is one.
+// Replays the move taken back last, if there is one.
 void RedoGameMove();
 
-// The moves of the game as a line ended by 0 (which cuts off the first move kept for "redo").
-const Move* GameLine();
+// Writes a 0 behind the moves of the game, over the first move that may be redone, and returns them
+// as a line.
+const Move* EndGameLine();
 
-// Puts back, at its end of life, the moves kept for "redo" as they were at its start: looking at
-// moves and searching overwrite them. Keys and undo words are not kept.
-class KeptMoves {
+// Puts back, at its end of life, the moves that may be redone as they were at its start: looking at
+// moves and searching overwrite them. Keys and undo words stay overwritten.
+class RedoGuard {
  public:
-  KeptMoves();
-  ~KeptMoves();
-  KeptMoves(const KeptMoves&) = delete;
-  KeptMoves& operator=(const KeptMoves&) = delete;
+  RedoGuard();
+  ~RedoGuard();
+  RedoGuard(const RedoGuard&) = delete;
+  RedoGuard& operator=(const RedoGuard&) = delete;
 
  private:
   int first_;

@@ -24,7 +24,8 @@ std::uint64_t Rand64();
 // Fills the keys of one colour, pawn to king and a8 to h1. Called for White, then Black, once.
 void FillKeys(int colour);
 
-inline std::uint64_t HashRnd(int colour, int piece, Square square) {
+// The key of a piece on a square.
+inline std::uint64_t PieceKey(int piece, int colour, Square square) {
   return hashRnd[(colour * 8 + piece) * 64 + square];
 }
 

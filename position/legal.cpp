@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "position/game.h"
-#include "position/legality.h"
+#include "position/legalfilter.h"
 #include "position/makemove.h"
 #include "position/movegen.h"
 #include "position/movestack.h"
@@ -14,18 +14,18 @@ namespace tarvyle {
 
 namespace {
 
-bool KeepLegalMoves() {
+bool FilterMoves() {
   if (!Generate()) return false;
-  const Legality legality;
-  int kept = treeCnt[ply];
+  const LegalFilter filter;
+  int end = treeCnt[ply];
   bool looked = false;
-  for (int i = kept; i < treeCnt[ply + 1]; ++i) {
-    const bool legal = legality.IsLegal(tree[i]);
+  for (int i = end; i < treeCnt[ply + 1]; ++i) {
+    const bool legal = filter.IsLegal(tree[i]);
     // Castling that is not legal would be refused before it is made.
     looked |= legal || (tree[i] & kCastling) == 0;
-    if (legal) std::swap(tree[i], tree[kept++]);
+    if (legal) std::swap(tree[i], tree[end++]);
   }
-  treeCnt[ply + 1] = kept;
+  treeCnt[ply + 1] = end;
   if (looked) LeaveTrace();
   return true;
 }
@@ -62,9 +62,9 @@ int PromotionPiece(std::string_view text) {
 }  // namespace
 
 bool LegalMoveList() {
-  if (ply != 0) return KeepLegalMoves();
-  const KeptMoves kept;
-  return KeepLegalMoves();
+  if (ply != 0) return FilterMoves();
+  const RedoGuard guard;
+  return FilterMoves();
 }
 
 int ListLength() { return treeCnt[ply + 1] - treeCnt[ply]; }

@@ -8,7 +8,7 @@ namespace tarvyle {
 
 // Builds the fully legal list of ply `ply`, in generated order. False, with an empty list, when the
 // side not to move could lose its king; an empty list with true is mate or stalemate. At the root
-// the moves kept for "redo" survive.
+// the moves that may be redone survive.
 bool LegalMoveList();
 
 // Number of moves in the list of ply `ply`.

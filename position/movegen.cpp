@@ -32,8 +32,8 @@ Move* EmitEnPassant(Move* cursor) {
   const auto emit = [&](Square origin) {
     *cursor++ = MoveWord(NoPiece, origin, target) | kEnPassantCapture;
   };
-  if (FileOf(pawn) < 7 && Holds(pawn + 1, Pawn, g.side)) emit(pawn + 1);
-  if (FileOf(pawn) > 0 && Holds(pawn - 1, Pawn, g.side)) emit(pawn - 1);
+  if (FileOf(pawn) < 7 && StandsOn(Pawn, g.side, pawn + 1)) emit(pawn + 1);
+  if (FileOf(pawn) > 0 && StandsOn(Pawn, g.side, pawn - 1)) emit(pawn - 1);
   return cursor;
 }
 
@@ -152,16 +152,16 @@ Move* EmitBusyPawn(Move* cursor, Square from, SquareSet enemies) {
   return cursor;
 }
 
-// What the officers and the king of a side can capture, gathered type by type and kept by slot.
-struct OfficerCaptures {
-  OfficerCaptures(SquareSet enemy_pieces, SquareSet all_pieces)
+// What the pieces of a side other than pawns can capture, gathered type by type, sorted by slot.
+struct PieceCaptures {
+  PieceCaptures(SquareSet enemy_pieces, SquareSet all_pieces)
       : enemies(enemy_pieces), occupied(all_pieces) {}
 
   SquareSet enemies;
   SquareSet occupied;
-  SquareSet reached = 0;    // by any of them
-  std::uint32_t slots = 0;  // of those that capture something
-  SquareSet targets[32];    // by slot; left unset for all others
+  SquareSet reached = 0;           // by any of them
+  std::uint32_t slots = 0;         // of those that capture something
+  SquareSet targets[kPieceSlots];  // by slot; left unset for all others
 
   template <int kPiece>
   void Add(SquareSet pieces) {
@@ -180,21 +180,21 @@ struct OfficerCaptures {
 // Captures and promotions in slot order; null when the enemy king could be captured.
 Move* EmitAllCaptures(Move* cursor) {
   const SquareSet* own = board_sets.of[g.side];
-  OfficerCaptures officers(board_sets.colour[g.xside], Occupied());
-  officers.Add<Knight>(own[Knight]);
-  officers.Add<Bishop>(own[Bishop]);
-  officers.Add<Rook>(own[Rook]);
-  officers.Add<Queen>(own[Queen]);
-  officers.Add<King>(own[King]);
-  const SquareSet reached = officers.reached | PawnTargets(g.side, own[Pawn]);
+  PieceCaptures pieces(board_sets.colour[g.xside], Occupied());
+  pieces.Add<Knight>(own[Knight]);
+  pieces.Add<Bishop>(own[Bishop]);
+  pieces.Add<Rook>(own[Rook]);
+  pieces.Add<Queen>(own[Queen]);
+  pieces.Add<King>(own[King]);
+  const SquareSet reached = pieces.reached | PawnTargets(g.side, own[Pawn]);
   if (Contains(reached, g.king_sq[g.xside])) return nullptr;
-  std::uint32_t slots = officers.slots | SlotsOf(BusyPawns(officers.enemies));
+  std::uint32_t slots = pieces.slots | SlotsOf(BusyPawns(pieces.enemies));
   for (; slots != 0; slots &= slots - 1) {
     const int slot = std::countr_zero(slots);
     const Square from = g.list_sq[slot];
     const int piece = g.board[from];
-    cursor = piece == Pawn ? EmitBusyPawn(cursor, from, officers.enemies)
-                           : EmitTargets(cursor, piece, from, officers.targets[slot]);
+    cursor = piece == Pawn ? EmitBusyPawn(cursor, from, pieces.enemies)
+                           : EmitTargets(cursor, piece, from, pieces.targets[slot]);
   }
   return cursor;
 }

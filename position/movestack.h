@@ -1,5 +1,6 @@
 #pragma once
 
+#include "position/record.h"
 #include "position/types.h"
 
 // The per-ply move lists, all in one array.
@@ -7,13 +8,24 @@
 namespace tarvyle {
 
 inline constexpr int kMaxPly = 99;         // lists that a search may hold at once
-inline constexpr int kMaxListMoves = 420;  // above any list of 15 queens, promotions included
+inline constexpr int kMaxListMoves = 420;  // more than any list has
 inline constexpr int kTreeSize = (kMaxPly + 1) * kMaxListMoves;
+
+// No piece has more moves than a queen in the middle of an empty board, and a king with castling to
+// come stands at the edge, where he has fewer steps.
+inline constexpr int kMostQueenMoves = 27;
+inline constexpr int kMostKingMoves = 8;
+static_assert((kSlotsPerColour - 1) * kMostQueenMoves + kMostKingMoves <= kMaxListMoves,
+              "a list of one king and queens in all other slots has its place");
+
+// The moves of a search follow those of the game, and looking at moves marks the place behind them.
+static_assert(kMaxGameMoves + kMaxPly < kRecordMoves,
+              "a search above the longest game has its place in the record");
 
 // The list of ply p is tree[treeCnt[p]] up to, not including, tree[treeCnt[p + 1]]; a generator for
 // ply p sets treeCnt[p + 1]. treeCnt[0] is 0, except while root moves are set aside.
 inline Move tree[kTreeSize];
-inline int treeCnt[kMaxPly + 2];
+inline int treeCnt[kMaxPly + 2];  // of the list of ply kMaxPly, too, the end
 
 // Ordering value of each entry of `tree`; written by whoever orders a list.
 inline int sort_val[kTreeSize];

@@ -3,13 +3,15 @@
 #include <cstdint>
 #include <functional>
 
+#include "position/movestack.h"
 #include "position/types.h"
 
 // Counts the legal leaf nodes below the current position: the test of a move generator.
 
 namespace tarvyle {
 
-inline constexpr int kDeepestPerft = 90;  // plies; the move stack holds a few more
+inline constexpr int kDeepestPerft = 90;  // plies
+static_assert(kDeepestPerft <= kMaxPly, "the lists of all plies but the last are held at once");
 
 // Asked now and then; true ends the count, which is of no use then.
 using StopQuestion = bool (*)();

@@ -15,8 +15,8 @@ void ClearRecord() {
   for (std::int32_t& slot : g.list_idx) slot = -1;
   for (std::int32_t& colour : g.color) colour = NoColour;
   g.xside = Black;
-  g.list_first[Black] = 16;
-  g.list_last[Black] = 16;
+  g.list_first[Black] = FirstSlot(Black);
+  g.list_last[Black] = FirstSlot(Black);
   RebuildSets();
 }
 

@@ -29,18 +29,13 @@ inline bool Require(bool condition) {
   return condition;
 }
 
-// Whether a slot lies in its colour's half of the piece list.
-constexpr bool SlotOfColour(int slot, int colour) {
-  return slot >= 0 && slot < 32 && slot >> 4 == colour;
-}
-
 inline void KeyStep(int colour, std::uint64_t step) {
   g.key ^= step;
   g.color_key[colour] ^= step;
 }
 
 // Counters, keys and sets of a piece that comes (`delta` 1) or goes (-1).
-inline void CountPiece(int piece, int colour, Square square, int slot, int delta) {
+inline void AccountForPiece(int piece, int colour, Square square, int slot, int delta) {
   g.material[colour] += delta * value[piece];
   g.piece_cnt[colour][piece] += delta;
   if (piece == Pawn) {
@@ -48,7 +43,7 @@ inline void CountPiece(int piece, int colour, Square square, int slot, int delta
     g.pawn_row_cnt[colour][RowOf(square)] += delta;
     board_sets.pawn_slots ^= 1u << slot;
   }
-  KeyStep(colour, HashRnd(colour, piece, square));
+  KeyStep(colour, PieceKey(piece, colour, square));
   // A piece that comes and one that goes flip the same bits.
   board_sets.of[colour][piece] ^= SetOf(square);
   board_sets.colour[colour] ^= SetOf(square);
@@ -57,14 +52,14 @@ inline void CountPiece(int piece, int colour, Square square, int slot, int delta
 }
 
 // Counters, keys and sets of a piece that stays on the board but changes its square.
-inline void RecountMoved(int piece, int colour, Square from, Square to, int slot) {
+inline void AccountForStep(int piece, int colour, Square from, Square to, int slot) {
   if (piece == Pawn) {
     --g.pawn_file_cnt[colour][FileOf(from)];
     --g.pawn_row_cnt[colour][RowOf(from)];
     ++g.pawn_file_cnt[colour][FileOf(to)];
     ++g.pawn_row_cnt[colour][RowOf(to)];
   }
-  KeyStep(colour, HashRnd(colour, piece, from) ^ HashRnd(colour, piece, to));
+  KeyStep(colour, PieceKey(piece, colour, from) ^ PieceKey(piece, colour, to));
   const SquareSet both = SetOf(from) | SetOf(to);
   board_sets.of[colour][piece] ^= both;
   board_sets.colour[colour] ^= both;
@@ -80,7 +75,7 @@ inline bool LiftPiece(int piece, int colour, Square square, int slot) {
   g.board[square] = NoPiece;
   g.color[square] = NoColour;
   g.list_sq[slot] = -1;
-  CountPiece(piece, colour, square, slot, -1);
+  AccountForPiece(piece, colour, square, slot, -1);
   return true;
 }
 
@@ -100,7 +95,7 @@ inline bool PlacePiece(int piece, int colour, Square square, int slot) {
   g.color[square] = colour;
   g.list_sq[slot] = square;
   if (piece == King) g.king_sq[colour] = square;
-  CountPiece(piece, colour, square, slot, 1);
+  AccountForPiece(piece, colour, square, slot, 1);
   return true;
 }
 
@@ -120,7 +115,7 @@ inline bool MovePiece(int piece, int colour, Square from, Square to) {
   g.color[to] = colour;
   g.list_sq[slot] = to;
   if (piece == King) g.king_sq[colour] = to;
-  RecountMoved(piece, colour, from, to, slot);
+  AccountForStep(piece, colour, from, to, slot);
   return true;
 }
 

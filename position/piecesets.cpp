@@ -5,16 +5,16 @@
 namespace tarvyle {
 
 PieceSets board_sets;
-std::uint64_t slot_rnd[32][kSquares];
+std::uint64_t slot_rnd[kPieceSlots][kSquares];
 
 namespace {
 
 PieceSets SetsOfRecord() {
   PieceSets sets = {};
-  for (int slot = 0; slot < 32; ++slot) {
+  for (int slot = 0; slot < kPieceSlots; ++slot) {
     const Square square = g.list_sq[slot];
     if (!OnBoard(square)) continue;
-    const int colour = slot >> 4;
+    const int colour = SlotOfColour(slot, White) ? White : Black;
     const int piece = g.board[square] & 7;
     sets.of[colour][piece] |= SetOf(square);
     sets.colour[colour] |= SetOf(square);

@@ -26,7 +26,7 @@ inline SquareSet Occupied() { return board_sets.colour[White] | board_sets.colou
 
 // Keys by slot and square, for telling apart positions that differ only in the slots of like
 // pieces. Filled once, by FillSlotKeys.
-extern std::uint64_t slot_rnd[32][kSquares];
+extern std::uint64_t slot_rnd[kPieceSlots][kSquares];
 
 // Fills `slot_rnd`; called by InitAtk.
 void FillSlotKeys();

@@ -56,7 +56,7 @@ inline SquareSet RookSet(Square from, SquareSet occupied) {
   return table.sets[table.IndexOf(occupied)];
 }
 
-// The same for any officer or king.
+// The same for any piece but a pawn.
 inline SquareSet ReachSet(int piece, Square from, SquareSet occupied) {
   switch (piece) {
     case Knight: return knight_set[from];

@@ -46,28 +46,28 @@ inline constexpr std::uint32_t kSavedTag = 11;
 
 // Arrays indexed by colour have White first; [2][8] is [colour][piece code, file or row].
 struct GameRecord {
-  std::uint32_t tag;                 // kSavedTag in a saved file; 0 after a set-up
-  std::int32_t board[kSquares];      // piece code, 0 if empty
-  std::int32_t color[kSquares];      // colour, NoColour if empty
-  std::int32_t list_idx[kSquares];   // piece-list slot, -1 if empty
-  std::int32_t list_sq[32];          // square of the piece in each slot, -1 if free or captured
-  std::int32_t list_first[2];        // first slot of each colour: 0 and 16
-  std::int32_t list_last[2];         // last slot used (during a set-up: the next free one)
-  std::int32_t piece_cnt[2][8];      // pieces of each code
-  std::int32_t material[2];          // sum of value[] on the board, king included
-  std::int32_t pawn_file_cnt[2][8];  // pawns on each file
-  std::int32_t pawn_row_cnt[2][8];   // pawns on each row
-  std::uint32_t castle;              // castling rights
-  std::int32_t side;                 // colour to move
-  std::int32_t xside;                // the other colour
-  std::int32_t castled[2];           // castling moves of each colour that are not taken back
-  std::int32_t king_sq[2];           // king squares
-  std::int32_t ep_sq;                // en-passant target of the set-up text, 0 if none
-  Key64 key;                         // XOR of hashRnd over all pieces
-  Key64 color_key[2];                // the same over one colour's pieces
-  Key64 start_key;                   // `key` of the set-up position; nothing reads it
-  std::int32_t game_len;             // moves played on the board at the search root
-  std::int32_t game_max;             // moves recorded (more than played after "undo")
+  std::uint32_t tag;                  // kSavedTag in a saved file; 0 after a set-up
+  std::int32_t board[kSquares];       // piece code, 0 if empty
+  std::int32_t color[kSquares];       // colour, NoColour if empty
+  std::int32_t list_idx[kSquares];    // piece-list slot, -1 if empty
+  std::int32_t list_sq[kPieceSlots];  // square of the piece in each slot, -1 if free or captured
+  std::int32_t list_first[2];         // first slot of each colour, FirstSlot
+  std::int32_t list_last[2];          // last slot used (during a set-up: the next free one)
+  std::int32_t piece_cnt[2][8];       // pieces of each code
+  std::int32_t material[2];           // sum of value[] on the board, king included
+  std::int32_t pawn_file_cnt[2][8];   // pawns on each file
+  std::int32_t pawn_row_cnt[2][8];    // pawns on each row
+  std::uint32_t castle;               // castling rights
+  std::int32_t side;                  // colour to move
+  std::int32_t xside;                 // the other colour
+  std::int32_t castled[2];            // castling moves of each colour that are not taken back
+  std::int32_t king_sq[2];            // king squares
+  std::int32_t ep_sq;                 // en-passant target of the set-up text, 0 if none
+  Key64 key;                          // XOR of hashRnd over all pieces
+  Key64 color_key[2];                 // the same over one colour's pieces
+  Key64 start_key;                    // `key` of the set-up position; nothing reads it
+  std::int32_t game_len;              // moves played on the board at the search root
+  std::int32_t game_max;              // moves recorded (more than played after "undo")
   std::int32_t fifty;  // half-moves since the last capture, pawn move (promotions too), castling or
                        // null move
   Move game_moves[kRecordMoves];          // moves since the set-up; the search's follow the game's
@@ -110,14 +110,14 @@ static_assert(offsetof(GameRecord, game_score) == 17192);
 extern GameRecord g;
 
 inline bool IsEmpty(Square square) { return g.color[square] == NoColour; }
-inline bool Holds(Square square, int piece, int colour) {
+inline bool StandsOn(int piece, int colour, Square square) {
   return g.board[square] == piece && g.color[square] == colour;
 }
 
 // Whether a pawn of `colour` stands beside a square, on its row.
 inline bool PawnBeside(Square square, int colour) {
-  return (FileOf(square) > 0 && Holds(square - 1, Pawn, colour)) ||
-         (FileOf(square) < 7 && Holds(square + 1, Pawn, colour));
+  return (FileOf(square) > 0 && StandsOn(Pawn, colour, square - 1)) ||
+         (FileOf(square) < 7 && StandsOn(Pawn, colour, square + 1));
 }
 
 // Distance from the search root, 0 outside the search. Raised by MakeMove, lowered by UnMakeMove.

@@ -16,14 +16,13 @@ namespace tarvyle {
 namespace {
 
 constexpr std::string_view kBoardAlphabet = "pnbrqkPNBRQK12345678/";
-constexpr int kSlotsPerColour = 16;
 
 bool PlaceFromText(char letter, Square square) {
   const std::size_t index = kBoardAlphabet.find(letter);
   const int colour = index < 6 ? Black : White;
   const int piece = static_cast<int>(index % 6) + Pawn;
   const int slot = g.list_last[colour];
-  if (!OnBoard(square) || slot == g.list_first[colour] + kSlotsPerColour) return false;
+  if (!OnBoard(square) || !SlotOfColour(slot, colour)) return false;
   InsertPiece(piece, colour, square, slot);
   ++g.list_last[colour];
   return true;
@@ -74,12 +73,10 @@ bool ReadCastling(std::string_view field) {
 bool ReadEnPassant(std::string_view field) {
   if (field == "-") return true;
   const Square square = StrToSq(field);
-  const int row_passed = g.side == White ? 2 : 5;
-  if (square < 0 || RowOf(square) != row_passed) return false;
+  if (square < 0 || RowOf(square) != PassedRow(g.xside)) return false;
   const Square pawn = square - dP[g.side];
   const Square origin = square + dP[g.side];
-  if (g.board[pawn] != Pawn || g.color[pawn] != g.xside) return false;
-  if (g.color[square] != NoColour || g.color[origin] != NoColour) return false;
+  if (!StandsOn(Pawn, g.xside, pawn) || !IsEmpty(square) || !IsEmpty(origin)) return false;
   g.ep_sq = square;
   return true;
 }

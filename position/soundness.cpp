@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "position/hashkey.h"
-#include "position/pieces.h"
 #include "position/types.h"
 
 namespace tarvyle {
@@ -24,10 +23,8 @@ struct Tally {
 
 bool IndexesAreSound(const GameRecord& record) {
   for (int colour = White; colour <= Black; ++colour) {
-    if (record.list_first[colour] != 16 * colour) return false;
-    if (record.list_last[colour] < 16 * colour || record.list_last[colour] > 16 * colour + 15) {
-      return false;
-    }
+    if (record.list_first[colour] != FirstSlot(colour)) return false;
+    if (!SlotOfColour(record.list_last[colour], colour)) return false;
     if (!OnBoard(record.king_sq[colour])) return false;
   }
   return (record.side == White || record.side == Black) && record.xside == 1 - record.side &&
@@ -61,7 +58,7 @@ Tally TallyOf(const GameRecord& record) {
       ++tally.pawn_file_cnt[colour][FileOf(square)];
       ++tally.pawn_row_cnt[colour][RowOf(square)];
     }
-    tally.color_key[colour] ^= HashRnd(colour, piece, square);
+    tally.color_key[colour] ^= PieceKey(piece, colour, square);
   }
   return tally;
 }
@@ -88,7 +85,7 @@ bool RecordIsSound(const GameRecord& record) {
   for (Square square = 0; square < kSquares; ++square) {
     if (!SquareIsSound(record, square)) return false;
   }
-  for (int slot = 0; slot < 32; ++slot) {
+  for (int slot = 0; slot < kPieceSlots; ++slot) {
     if (!SlotIsSound(record, slot)) return false;
   }
   return CountersAreSound(record);

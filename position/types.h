@@ -25,6 +25,19 @@ enum HomeSquare : Square {
   H1 = 63,
 };
 
+// A piece is told by its code, its colour, its square and its slot, in this order wherever several
+// of them are arguments. What asks about a square takes the square first.
+
+// The piece list has a slot for each piece of a set-up, White's before Black's.
+inline constexpr int kSlotsPerColour = 16;
+inline constexpr int kPieceSlots = 2 * kSlotsPerColour;
+
+constexpr int FirstSlot(int colour) { return kSlotsPerColour * colour; }
+constexpr int LastSlot(int colour) { return FirstSlot(colour) + kSlotsPerColour - 1; }
+constexpr bool SlotOfColour(int slot, int colour) {
+  return slot >= FirstSlot(colour) && slot <= LastSlot(colour);
+}
+
 // Material value by piece code; a pawn is 1000.
 inline constexpr int value[7] = {0, 1000, 3000, 3000, 5000, 10000, 1000000};
 
@@ -36,6 +49,9 @@ inline constexpr int first_pawn_row[2] = {6, 1};
 
 // The row before that of promotion, from which pawns promote.
 constexpr int SeventhRow(int colour) { return prom_row[colour] - dP[colour] / 8; }
+
+// The row that pawns pass over with a double step.
+constexpr int PassedRow(int colour) { return first_pawn_row[colour] + dP[colour] / 8; }
 
 // Home square of the king and of the long- and short-side rooks, by colour.
 inline constexpr Square kKingHome[2] = {E1, E8};

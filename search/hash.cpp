@@ -53,15 +53,6 @@ std::uint32_t EnPassantBits() {
   return static_cast<std::uint32_t>(en_pass_to(LastMove(), g.xside));
 }
 
-std::uint32_t CastlingBits() {
-  std::uint32_t bits = 0;
-  for (int colour = White; colour <= Black; ++colour) {
-    if (LongRightStands(colour)) bits |= LongRight(colour);
-    if (ShortRightStands(colour)) bits |= ShortRight(colour);
-  }
-  return bits;
-}
-
 }  // namespace
 
 // Touching gigabytes for every move would cost seconds: only when the generations are used up is
@@ -133,7 +124,7 @@ bool HashEmptyNode(int side, std::uint32_t key_lo, std::uint32_t key_hi, int dep
 std::uint32_t pos_ext_key() {
   const auto white_king = static_cast<std::uint32_t>(g.king_sq[White]);
   const auto black_king = static_cast<std::uint32_t>(g.king_sq[Black]);
-  return EnPassantBits() | white_king << 6 | black_king << 12 | CastlingBits() << 18;
+  return EnPassantBits() | white_king << 6 | black_king << 12 | StandingRights() << 18;
 }
 
 }  // namespace tarvyle

@@ -44,7 +44,7 @@ bool FitsIntoMachine(std::size_t bytes) {
 
 // The generator starts from its fixed seed, and all keys are drawn once, White's first.
 void FillKeysOnce() {
-  if (HashRnd(White, Pawn, A8) != 0) return;
+  if (PieceKey(Pawn, White, A8) != 0) return;
   FillKeys(White);
   FillKeys(Black);
 }

@@ -36,7 +36,7 @@ void OrderRootMoves(int count) {
 // When this root has been searched last, the history is kept in part and the line predicted then
 // is searched first.
 void PrepareHistory() {
-  const Move* played = GameLine();
+  const Move* played = EndGameLine();
   const bool same_root = g.key == search_start_pos_key;
   HistoryInit(!same_root);
   if (same_root && LineInCnt(search_list, played) == g.game_len) {
@@ -82,7 +82,7 @@ void DeepenIteratively() {
 }  // namespace
 
 bool SearchMove(Move& move) {
-  const KeptMoves kept;
+  const RedoGuard guard;
   if (is_rnd_search != 0) return Rnd_Root_Search(move);
 
   SeedRandom();

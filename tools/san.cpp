@@ -135,7 +135,7 @@ bool ReadParts(std::string_view text, SanParts& parts) {
 }  // namespace
 
 std::string SanOf(Move move) {
-  const KeptMoves kept;
+  const RedoGuard guard;
   const std::string text = BareText(move);
   return text + CheckText(move);
 }

@@ -240,31 +240,31 @@ TEST_F(GameTest, SetUpForgetsTheMovesForRedo) {
 TEST_F(GameTest, GameAsALineEndsBehindTheMovesPlayed) {
   Play("e2e4 e7e5 g1f3");
   UndoGameMove();
-  const Move* line = GameLine();
+  const Move* line = EndGameLine();
   EXPECT_EQ(support::ListText({line, line + 2}), "e2e4 e7e5");
   EXPECT_EQ(line[2], 0u);
 }
 
 TEST_F(GameTest, LineOfAFullGameEnds) {
   PlayKnights(400);
-  const Move* line = GameLine();
+  const Move* line = EndGameLine();
   EXPECT_EQ(std::find(line, line + 500, 0u) - line, 400);
 }
 
-// --- moves kept for redo ---------------------------------------------------------------------
+// --- moves that may be redone ------------------------------------------------------------------
 
-TEST_F(GameTest, KeptMovesComeBackAfterTheirSlotsWereUsed) {
+TEST_F(GameTest, MovesToRedoComeBackAfterTheirSlotsWereUsed) {
   Play("e2e4 e7e5 g1f3 b8c6");
   for (int i = 0; i < 3; ++i) UndoGameMove();
   const GameRecord before = g;
   {
-    const KeptMoves kept;
+    const RedoGuard guard;
     const Move move = LegalMove("c7c5");
     MakeMove(move);
     MakeMove(0);
     UnMakeMove(0);
     UnMakeMove(move);
-    GameLine();
+    EndGameLine();
     EXPECT_EQ(g.game_moves[1], 0u);
     EXPECT_EQ(g.game_moves[2], 0u);
   }
@@ -273,22 +273,22 @@ TEST_F(GameTest, KeptMovesComeBackAfterTheirSlotsWereUsed) {
   EXPECT_EQ(g.game_max, 4);
 }
 
-TEST_F(GameTest, NothingIsKeptAtTheEndOfTheGame) {
+TEST_F(GameTest, NothingIsPutBackAtTheEndOfTheGame) {
   Play("e2e4");
   {
-    const KeptMoves kept;
+    const RedoGuard guard;
     g.game_moves[1] = 77;
   }
   EXPECT_EQ(g.game_moves[1], 77u);
   EXPECT_EQ(g.game_max, 1);
 }
 
-TEST_F(GameTest, AWholeGameCanBeKept) {
+TEST_F(GameTest, AWholeGameCanBePutBack) {
   PlayKnights(400);
   while (g.game_len > 0) UndoGameMove();
   const GameRecord before = g;
   {
-    const KeptMoves kept;
+    const RedoGuard guard;
     std::fill(g.game_moves, g.game_moves + 400, 77u);
   }
   EXPECT_TRUE(support::SameBytes(g, before));

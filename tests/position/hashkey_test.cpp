@@ -73,7 +73,7 @@ TEST_F(HashKeyTest, CodesWithoutPieceHaveNoKeys) {
   for (const int colour : {White, Black}) {
     for (const int piece : {0, 7}) {
       for (Square square = 0; square < kSquares; ++square) {
-        EXPECT_EQ(HashRnd(colour, piece, square), 0u);
+        EXPECT_EQ(PieceKey(piece, colour, square), 0u);
       }
     }
   }
@@ -85,9 +85,9 @@ TEST_F(HashKeyTest, KeysOfPiecesDiffer) {
 }
 
 TEST_F(HashKeyTest, KeyIsFoundByColourPieceAndSquare) {
-  EXPECT_EQ(HashRnd(White, Pawn, A8), hashRnd[64]);
-  EXPECT_EQ(HashRnd(White, King, H1), hashRnd[6 * 64 + 63]);
-  EXPECT_EQ(HashRnd(Black, Queen, E1), hashRnd[(8 + 5) * 64 + 60]);
+  EXPECT_EQ(PieceKey(Pawn, White, A8), hashRnd[64]);
+  EXPECT_EQ(PieceKey(King, White, H1), hashRnd[6 * 64 + 63]);
+  EXPECT_EQ(PieceKey(Queen, Black, E1), hashRnd[(8 + 5) * 64 + 60]);
 }
 
 TEST_F(HashKeyTest, SeedStartsAsTheFirstSeed) {

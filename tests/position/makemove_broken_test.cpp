@@ -39,7 +39,7 @@ std::vector<BrokenRow> BrokenMoves() {
        Nothing},
       {"enemy piece on the origin", "4k3/8/8/8/4p3/8/8/4K3 w", MoveWord(Pawn, At("e4"), At("e5")),
        Nothing},
-      {"officer that promotes", "4k3/R7/8/8/8/8/8/4K3 w",
+      {"rook that promotes", "4k3/R7/8/8/8/8/8/4K3 w",
        MoveWord(Queen, At("a7"), At("a8")) | kPromotion, Nothing},
       {"slot that does not point back", "4k3/8/8/8/4P3/8/8/4K3 w",
        MoveWord(Pawn, At("e4"), At("e5")), [] { g.list_sq[g.list_idx[At("e4")]] = At("e3"); }},

@@ -17,13 +17,6 @@ namespace {
 
 class MoveStackTest : public support::PositionTest {};
 
-// A side has at most sixteen men, one of them the king. None has more moves than a queen in the
-// middle of an empty board; with castling the king stands at the edge, where he has fewer steps.
-constexpr int kQueenMoves = 27;
-constexpr int kKingMoves = 8;
-constexpr int kBound = 15 * kQueenMoves + kKingMoves;
-static_assert(kBound <= kMaxListMoves, "a list is longer than it may be");
-static_assert((kMaxPly + 1) * kBound <= kTreeSize, "the lists of a search do not fit");
 static_assert(std::size(tree) == kTreeSize && std::size(sort_val) == kTreeSize);
 static_assert(std::size(treeCnt) > kMaxPly, "the end of the last list has no place");
 
@@ -62,12 +55,12 @@ TEST_F(MoveStackTest, NoManHasMoreMovesThanAQueenInTheMiddle) {
       most = std::max(most, MovesFrom(square));
     }
   }
-  EXPECT_EQ(most, kQueenMoves);
+  EXPECT_EQ(most, kMostQueenMoves);
 }
 
 TEST_F(MoveStackTest, KingHasMostMovesWhereHeCannotCastle) {
   support::SetUpPosition("7k/8/8/8/3K4/8/8/8 w");
-  EXPECT_EQ(MovesFrom(support::At("d4")), kKingMoves);
+  EXPECT_EQ(MovesFrom(support::At("d4")), kMostKingMoves);
   support::SetUpPosition("1k6/8/8/8/8/8/8/R3K2R w KQ");
   EXPECT_EQ(MovesFrom(support::At("e1")), 5 + 2);
 }
@@ -87,7 +80,7 @@ TEST_F(MoveStackTest, LongestListsHaveTheseManyMoves) {
     support::SetUpPosition(row.text);
     ASSERT_TRUE(Generate());
     EXPECT_EQ(ListLength(), row.moves);
-    EXPECT_LE(ListLength(), kBound);
+    EXPECT_LE(ListLength(), kMaxListMoves);
   }
 }
 

@@ -127,6 +127,18 @@ TEST_F(RecordTest, StartPositionHasItsCounters) {
   EXPECT_EQ(g.tag, 0u);
 }
 
+TEST_F(RecordTest, PieceStandsWhereCodeAndColourAgree) {
+  support::SetUpPosition("4k3/8/8/8/3pP3/8/8/4K3 w");
+  const Square d4 = support::At("d4");
+  const Square e4 = support::At("e4");
+  EXPECT_TRUE(StandsOn(Pawn, Black, d4));
+  EXPECT_TRUE(StandsOn(Pawn, White, e4));
+  EXPECT_TRUE(StandsOn(King, White, E1));
+  EXPECT_FALSE(StandsOn(Pawn, White, d4));
+  EXPECT_FALSE(StandsOn(Knight, Black, d4));
+  EXPECT_FALSE(StandsOn(Pawn, White, support::At("c4")));
+}
+
 TEST_F(RecordTest, KeyTellsNothingOfSideRightsAndEnPassantSquare) {
   std::set<std::uint64_t> keys;
   for (const char* fields : {"w KQkq -", "b KQkq -", "w - -", "w K -", "w KQkq d6"}) {

@@ -25,7 +25,7 @@ struct DamageRow {
 
 // Adds a piece with all counters and keys right.
 void Add(GameRecord& record, int piece, int colour, Square square, int slot) {
-  const std::uint64_t key = HashRnd(colour, piece, square);
+  const std::uint64_t key = PieceKey(piece, colour, square);
   record.board[square] = piece;
   record.color[square] = colour;
   record.list_idx[square] = slot;
@@ -38,7 +38,7 @@ void Add(GameRecord& record, int piece, int colour, Square square, int slot) {
 
 // Takes a piece off with all counters and keys right.
 void Remove(GameRecord& record, int piece, int colour, Square square) {
-  const std::uint64_t key = HashRnd(colour, piece, square);
+  const std::uint64_t key = PieceKey(piece, colour, square);
   record.list_sq[record.list_idx[square]] = -1;
   record.list_idx[square] = -1;
   record.board[square] = NoPiece;

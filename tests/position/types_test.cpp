@@ -102,6 +102,25 @@ TEST(Types, KingsAndRooksHaveTheirHomes) {
   EXPECT_EQ(kShortRookHome[Black], H8);
 }
 
+TEST(Types, RowsOfPawnsAreCountedFromEachSide) {
+  EXPECT_EQ(SeventhRow(White), RowOf(8));   // a7
+  EXPECT_EQ(SeventhRow(Black), RowOf(48));  // a2
+  EXPECT_EQ(PassedRow(White), RowOf(40));   // a3
+  EXPECT_EQ(PassedRow(Black), RowOf(16));   // a6
+}
+
+TEST(Types, EachColourHasItsHalfOfTheSlots) {
+  EXPECT_EQ(kPieceSlots, 32);
+  for (int slot = -40; slot < 80; ++slot) {
+    EXPECT_EQ(SlotOfColour(slot, White), slot >= 0 && slot <= 15) << slot;
+    EXPECT_EQ(SlotOfColour(slot, Black), slot >= 16 && slot <= 31) << slot;
+  }
+  EXPECT_EQ(FirstSlot(White), 0);
+  EXPECT_EQ(LastSlot(White), 15);
+  EXPECT_EQ(FirstSlot(Black), 16);
+  EXPECT_EQ(LastSlot(Black), 31);
+}
+
 TEST(Types, CastlingRightsHaveABitForEachColourAndSide) {
   EXPECT_EQ(LongRight(White), 1u);
   EXPECT_EQ(ShortRight(White), 2u);

@@ -192,7 +192,7 @@ TEST_F(HashInitialisation, DrawsTheKeysWhitesFirst) {
   for (int colour = White; colour <= Black; ++colour) {
     for (int piece = Pawn; piece <= King; ++piece) {
       for (Square square = 0; square < kSquares; ++square) {
-        ASSERT_EQ(HashRnd(colour, piece, square), Rand64());
+        ASSERT_EQ(PieceKey(piece, colour, square), Rand64());
       }
     }
   }
@@ -201,12 +201,12 @@ TEST_F(HashInitialisation, DrawsTheKeysWhitesFirst) {
 
 TEST_F(HashInitialisation, DrawsTheKeysOnceOnly) {
   const std::uint32_t seed = seed16;
-  const std::uint64_t key = HashRnd(Black, King, H1);
+  const std::uint64_t key = PieceKey(King, Black, H1);
   ASSERT_TRUE(HashAllocate(0x10000));
   property_add("hash size", "32");
   Printed(HashInit);
   EXPECT_EQ(seed16, seed);
-  EXPECT_EQ(HashRnd(Black, King, H1), key);
+  EXPECT_EQ(PieceKey(King, Black, H1), key);
 }
 
 }  // namespace

@@ -194,7 +194,7 @@ class SideWalk {
     }
   }
 
-  static int Officers(int colour) {
+  static int Pieces(int colour) {
     return Count(colour, Knight) + Count(colour, Bishop) + Count(colour, Rook) +
            Count(colour, Queen);
   }
@@ -205,7 +205,7 @@ class SideWalk {
     const bool no_d = PawnsOnFile(c_, 3) == 0;
     const bool no_e = PawnsOnFile(c_, 4) == 0;
     if (no_d || no_e) Add("no centre pawn", no_d && no_e ? -3 : -1);
-    if (pawns + Count(o_, Pawn) > 0 && Officers(c_) > Officers(o_)) Add("majority", 2);
+    if (pawns + Count(o_, Pawn) > 0 && Pieces(c_) > Pieces(o_)) Add("majority", 2);
   }
 
   int c_;

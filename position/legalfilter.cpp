@@ -1,4 +1,4 @@
-#include "position/legality.h"
+#include "position/legalfilter.h"
 
 #include "position/attack.h"
 #include "position/piecesets.h"
@@ -28,7 +28,7 @@ bool SameLine(Square king, Square a, Square b) {
 
 }  // namespace
 
-Legality::Legality()
+LegalFilter::LegalFilter()
     : side_(g.side),
       king_(g.king_sq[side_]),
       occupied_(Occupied()),
@@ -39,7 +39,7 @@ Legality::Legality()
   targets_ = HasSeveral(checkers) ? 0 : checkers | between_set[king_][FirstOf(checkers)];
 }
 
-bool Legality::IsLegal(Move move) const {
+bool LegalFilter::IsLegal(Move move) const {
   const Square from = OriginOf(move);
   const Square to = TargetOf(move);
   if ((move & (kCastling | kEnPassant)) != 0) {
@@ -50,7 +50,7 @@ bool Legality::IsLegal(Move move) const {
 }
 
 // Two pawns leave their squares at once, so a line may open that neither of them shielded alone.
-bool Legality::EnPassantIsLegal(Move move) const {
+bool LegalFilter::EnPassantIsLegal(Move move) const {
   const Square taken = TargetOf(move) - dP[side_];
   const SquareSet occupied =
       (occupied_ ^ SetOf(OriginOf(move)) ^ SetOf(taken)) | SetOf(TargetOf(move));

@@ -1,4 +1,4 @@
-#include "position/legality.h"
+#include "position/legalfilter.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ using support::CurrentList;
 using support::PlainlyAttacked;
 using support::PlainlyLegal;
 
-class LegalityTest : public support::PositionTest {
+class LegalFilterTest : public support::PositionTest {
  protected:
   // Holds every pseudo-legal move of the current position against making it and looking out from
   // the king, and counts by kind what was met.
@@ -30,10 +30,10 @@ class LegalityTest : public support::PositionTest {
     if (!Generate()) return;
     const bool in_check = PlainlyAttacked(g.king_sq[g.side], g.xside);
     if (in_check) ++met_["check"];
-    const Legality legality;
+    const LegalFilter filter;
     for (const Move move : CurrentList()) {
       const bool legal = PlainlyLegal(move);
-      ASSERT_EQ(legality.IsLegal(move), legal) << MoveToStr(move);
+      ASSERT_EQ(filter.IsLegal(move), legal) << MoveToStr(move);
       Count(move, legal, in_check);
     }
   }
@@ -65,7 +65,7 @@ class LegalityTest : public support::PositionTest {
   std::map<std::string, int> met_;
 };
 
-TEST_F(LegalityTest, AgreesWithMakingEachMoveOfTheReferencePositions) {
+TEST_F(LegalFilterTest, AgreesWithMakingEachMoveOfTheReferencePositions) {
   for (const auto& row : support::DataRows("movelists.tsv")) {
     SCOPED_TRACE(row[0]);
     support::SetUpPosition(row[0]);
@@ -88,7 +88,7 @@ Move LikelyMove(support::Random& random) {
   return list[static_cast<std::size_t>(Below(random, static_cast<int>(list.size())))];
 }
 
-TEST_F(LegalityTest, AgreesWithMakingEachMoveOfRandomGames) {
+TEST_F(LegalFilterTest, AgreesWithMakingEachMoveOfRandomGames) {
   support::Random random(83);
   for (int games = support::Scaled(300, 5000); games > 0 && !HasFailure(); --games) {
     ASSERT_TRUE(InitNewGame());
@@ -113,7 +113,7 @@ TEST_F(LegalityTest, AgreesWithMakingEachMoveOfRandomGames) {
              {"other", 100000}});
 }
 
-TEST_F(LegalityTest, AgreesWithMakingEachMoveWherePawnsMeetAndKingsCanCastle) {
+TEST_F(LegalFilterTest, AgreesWithMakingEachMoveWherePawnsMeetAndKingsCanCastle) {
   support::VisitPawnBoards(85, support::Scaled(30000, 600000), [&] { Compare(); });
   ExpectMet({{"pinned", 1000},
              {"checker taken", 500},
@@ -126,7 +126,7 @@ TEST_F(LegalityTest, AgreesWithMakingEachMoveWherePawnsMeetAndKingsCanCastle) {
              {"en passant, refused", 25}});
 }
 
-TEST_F(LegalityTest, AgreesWithMakingEachMoveAboveRandomBoards) {
+TEST_F(LegalFilterTest, AgreesWithMakingEachMoveAboveRandomBoards) {
   support::VisitTrees(84, support::Scaled(10000, 500000), [&] { Compare(); });
   ExpectMet({{"check", 500}, {"pinned", 500}, {"promotion, refused", 100}});
 }
@@ -138,7 +138,7 @@ struct EnPassantRow {
   bool legal;
 };
 
-TEST_F(LegalityTest, OfEnPassantCountsBothPawnsThatLeaveTheirSquares) {
+TEST_F(LegalFilterTest, OfEnPassantCountsBothPawnsThatLeaveTheirSquares) {
   const EnPassantRow rows[] = {
       {"both on the king's row before a rook", "7k/8/8/K2pP2r/8/8/8/8 w - d6", "e5d6", false},
       {"a third pawn on that row", "7k/8/8/KP1pP2r/8/8/8/8 w - d6", "e5d6", true},
@@ -156,11 +156,11 @@ TEST_F(LegalityTest, OfEnPassantCountsBothPawnsThatLeaveTheirSquares) {
     SCOPED_TRACE(row.reason);
     support::SetUpPosition(row.text);
     ASSERT_TRUE(Generate());
-    const Legality legality;
+    const LegalFilter filter;
     const Move move = CurrentList().at(0);
     ASSERT_EQ(MoveToStr(move), std::string(row.move));
     ASSERT_NE(move & kEnPassant, 0u);
-    EXPECT_EQ(legality.IsLegal(move), row.legal);
+    EXPECT_EQ(filter.IsLegal(move), row.legal);
     EXPECT_EQ(PlainlyLegal(move), row.legal);
   }
 }

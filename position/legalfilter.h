@@ -5,12 +5,12 @@
 
 namespace tarvyle {
 
-// What decides whether the pseudo-legal moves of one position are legal: made once, asked for every
+// Tells the legal ones among the pseudo-legal moves of one position: made once, asked for every
 // move, without making any.
-class Legality {
+class LegalFilter {
  public:
   // Looks at the current position.
-  Legality();
+  LegalFilter();
 
   // Whether the king of the side to move is safe after `move`, and, for castling, on its way.
   bool IsLegal(Move move) const;
