@@ -15,6 +15,7 @@ struct RayScan {
 
 // Scans the lines of a sliding piece of `colour` standing on `square`, with the attack words of
 // the opponent and of the own side, and writes the mobility count and the pin and x-ray bonus.
+// Offered to others; the engine itself never calls it.
 void Mobile_Pin_XRay(Square square, int piece, int colour, RayScan& result,
                      const std::uint32_t* opponent_attacks, const std::uint32_t* own_attacks);
 

@@ -25,7 +25,7 @@ static_assert(kMaxGameMoves + kMaxPly < kRecordMoves,
 // The list of ply p is tree[treeCnt[p]] up to, not including, tree[treeCnt[p + 1]]; a generator for
 // ply p sets treeCnt[p + 1]. treeCnt[0] is 0, except while root moves are set aside.
 inline Move tree[kTreeSize];
-inline int treeCnt[kMaxPly + 2];  // of the list of ply kMaxPly, too, the end
+inline int treeCnt[kMaxPly + 2];  // to the end of the list of ply kMaxPly
 
 // Ordering value of each entry of `tree`; written by whoever orders a list.
 inline int sort_val[kTreeSize];

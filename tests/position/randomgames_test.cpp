@@ -114,7 +114,7 @@ TEST_F(RandomGamesTest, UndoAndRedoRestoreTheRecordBitForBit) {
   }
 }
 
-TEST_F(RandomGamesTest, KeptMovesOutliveLooking) {
+TEST_F(RandomGamesTest, MovesToRedoOutliveLooking) {
   for (int game = 0; game < kGames; ++game) {
     PlayGame();
     const GameRecord end = g;
