@@ -9,10 +9,10 @@ namespace tarvyle {
 
 namespace {
 
-constexpr std::uint64_t kSlots = std::uint64_t{1} << 16;
+constexpr std::uint64_t kCacheSlots = std::uint64_t{1} << 16;
 constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  // spreads small numbers over all bits
 
-CachedScore cache[kSlots];
+CachedScore cache[kCacheSlots];
 
 // Differs from table to table of piece-square values, so that no older score is ever met.
 std::uint64_t generation = kSpread;
@@ -25,7 +25,7 @@ std::uint64_t EvaluationKey() {
   return g.key ^ board_sets.slot_key ^ state * kSpread ^ generation;
 }
 
-CachedScore& CacheSlot(std::uint64_t key) { return cache[key & (kSlots - 1)]; }
+CachedScore& CacheSlot(std::uint64_t key) { return cache[key & (kCacheSlots - 1)]; }
 
 void ForgetScores() { generation = (generation + 1) * kSpread; }
 

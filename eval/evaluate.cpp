@@ -38,13 +38,14 @@ bool NobodyCanWin() {
   return true;
 }
 
-// AddRook's bound needs losses that only grow, and gains that are none, on the way to the total.
-static_assert(std::min({weight::kAttackLoss, weight::kHangingLoss, weight::kSeveralHangLoss,
-                        weight::kHangingPawnLoss, weight::kOutbidLoss, weight::kOutnumberedLoss,
-                        weight::kUnsupportedLoss, weight::kBlockedLoss, weight::kDoubledLoss,
-                        weight::kIsolatedLoss, weight::kThirdLoss, weight::kFreeFile,
-                        weight::kPassed, weight::kPassedByPawn, weight::kPassedByRook,
-                        weight::kOutrunsKing}) >= 0);
+// On the way to a side's total, threats and pawn losses may only take off, and pawn gains only add:
+// AddRook counts on it.
+constexpr int kLeastOnTheWay = std::min(
+    {weight::kAttackLoss, weight::kHangingLoss, weight::kSeveralHangLoss, weight::kHangingPawnLoss,
+     weight::kOutbidLoss, weight::kOutnumberedLoss, weight::kUnsupportedLoss, weight::kBlockedLoss,
+     weight::kDoubledLoss, weight::kIsolatedLoss, weight::kThirdLoss, weight::kFreeFile,
+     weight::kPassed, weight::kPassedByPawn, weight::kPassedByRook, weight::kOutrunsKing});
+static_assert(kLeastOnTheWay >= 0, "no weight of threats and pawns goes the other way");
 
 // Walks one side's piece list. The slots come in order, because each rook truncates the sum of all
 // before it; what belongs to no slot in particular is summed over sets of pieces.

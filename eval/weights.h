@@ -80,7 +80,7 @@ inline constexpr int kThirdLoss = 6;     // more, for the third doubled and the 
 inline constexpr int kFreeFile = 1;      // no enemy pawn on its file
 inline constexpr int kPassed = 12;       // besides PASSED_PAWN_ROW
 inline constexpr int kPassedByPawn = 4;  // a pawn defends it or the square in front
-inline constexpr int kPassedByRook = 4;  // a rook behind it in the far half
+inline constexpr int kPassedByRook = 4;  // in the far half: a rook defends it and the square behind
 inline constexpr int kOutrunsKing = 8;   // times PASSED_PAWN_ROW: nobody can catch it
 
 // --- the side as a whole -------------------------------------------------------------------------
@@ -92,7 +92,7 @@ inline constexpr int kMorePieces = 2;             // than the opponent, pawns an
 
 // --- the king ------------------------------------------------------------------------------------
 
-// All of these are scaled by the opponent's material.
+// The sum is scaled by the opponent's material, what castling adds twice, kAttackedBack not at all.
 inline constexpr int kShield[8] = {4, 6, 2, 0, 0, 2, 6, 4};  // each pawn before him, by its file
 inline constexpr int kNoPawnNearLoss = 4;                    // no own pawn in his ring
 inline constexpr int kNoShieldLoss = 8;                      // none before him
@@ -102,7 +102,7 @@ inline constexpr int kShutInCheckLoss = 10;                  // in check with no
 inline constexpr int kPawnBeforeLoss = 4;       // an enemy pawn attacks the square before him
 inline constexpr int kShutInLoss = 4;           // attacked along a line with no free square
 inline constexpr int kNearlyShutInLoss = 2;     // with one
-inline constexpr double kAttackedBack = 1;      // a point back when lines are, before truncation
+inline constexpr double kAttackedBack = 1;      // a line to him is attacked: before the truncation
 inline constexpr double kCastledLong = 6;       // castled, on the files a to e
 inline constexpr double kCastledShort = 8;      // on the others
 inline constexpr int kNoLongCastlingLoss = 2;   // against a queen, not castled: right lost
