@@ -142,12 +142,19 @@ CachedScore EvaluateAfresh(std::uint64_t key) {
 
 }  // namespace
 
+bool WinnableAfterAnyMove() {
+  SquareSet fighters = 0;
+  for (const auto& own : board_sets.of) fighters |= own[Pawn] | own[Rook] | own[Queen];
+  // A pawn that captures one of them and becomes a knight removes two.
+  return CountOf(fighters) > 2;
+}
+
 int Evaluate(int alpha, int beta) {
   maxHungValue[White] = 0;
   maxHungValue[Black] = 0;
   if (NobodyCanWin()) return 0;
   const int material = g.material[g.side] - g.material[g.xside];
-  if (material + kLazyMargin < alpha || material - kLazyMargin > beta) return material;
+  if (MaterialFallsShort(material, alpha) || MaterialFallsShort(-material, -beta)) return material;
   const std::uint64_t key = EvaluationKey();
   CachedScore& score = CacheSlot(key);
   if (score.key != key) score = EvaluateAfresh(key);

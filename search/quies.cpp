@@ -6,9 +6,7 @@
 #include "position/makemove.h"
 #include "position/movegen.h"
 #include "position/movestack.h"
-#include "position/piecesets.h"
 #include "position/record.h"
-#include "position/sets.h"
 #include "position/types.h"
 #include "search/clock.h"
 #include "search/order.h"
@@ -18,18 +16,27 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kPresortAbove = 20;  // longer lists may be sorted once
+// Lists are selected from move by move up to this length. A longer one is sorted at once when it is
+// hopeless: then no cut-off is in sight, and selecting would go through all of it for each move.
+constexpr int kSelectedUpTo = 20;
+
 constexpr int kNoVictim = -1000000;
 
+// What stands on the target square, which for an en-passant capture is nothing.
+int VictimValue(Move move) { return value[g.board[TargetOf(move)]]; }
+
+// What a move changes in the mover's material. En passant is met at the root only, whose list is
+// not GenerateCaptures'.
 int MaterialGain(Move move) {
-  int gain = (move & kCapture) != 0 ? value[g.board[TargetOf(move)]] : 0;
+  int gain = (move & kCapture) != 0 ? VictimValue(move) : 0;
+  if ((move & kEnPassant) != 0) gain = value[Pawn];
   if ((move & kPromotion) != 0) gain += value[PieceOf(move)] - value[Pawn];
   return gain;
 }
 
 // What the moves of a list could win at most.
 struct ListGains {
-  int victim;  // greatest value of a captured piece, or kNoVictim
+  int victim;  // greatest value on the target square of a capture, or kNoVictim
   int gain;    // greatest gain in material, promotions included
 };
 
@@ -40,25 +47,14 @@ ListGains ScoreList(int first, int end) {
   for (int i = first; i < end; ++i) {
     const Move move = tree[i];
     sort_val[i] = CaptureValue(move, last_move);
-    if ((move & kCapture) != 0) {
-      greatest.victim = std::max(greatest.victim, value[g.board[TargetOf(move)]]);
-    }
+    if ((move & kCapture) != 0) greatest.victim = std::max(greatest.victim, VictimValue(move));
     greatest.gain = std::max(greatest.gain, MaterialGain(move));
   }
   return greatest;
 }
 
-// Whether heavy pieces and pawns are left after any one move, so that the evaluation's draw rule
-// cannot apply.
-bool DrawRuleIsFar() {
-  SquareSet fighters = 0;
-  for (const auto& own : board_sets.of) fighters |= own[Pawn] | own[Rook] | own[Queen];
-  return CountOf(fighters) > 2;
-}
-
-// Does for moves whose gain leaves the opponent standing pat on material alone what making them,
-// searching and taking them back would do: count the nodes and leave a trace in the record, which
-// is part of a saved game.
+// Does for moves that need not be searched what making them, searching and taking them back would
+// do: counts the nodes and leaves a trace in the record, which is part of a saved game.
 void CountRefuted(int moves) {
   for (; moves > 0; --moves) StopSearch();
   LeaveTrace();
@@ -66,6 +62,15 @@ void CountRefuted(int moves) {
 
 }  // namespace
 
+// A move need not be searched when even with its gain the mover's material falls short of `best`.
+// Proof. The opponent would be searched with the window (-beta, -best) and evaluates first. While
+// the position stays winnable, Evaluate asks about material alone before all else, and for him
+// MaterialFallsShort(-his material, best) says that he stands above the window: he gets the bare
+// difference, which is a stand-pat above his beta, and returns it before he has made a list. To us
+// it is material + gain, less than best, and nothing changes. What is left of such a move is its
+// node and its trace.
+//
+// That is all that depends on a move's gain: the gain must be exact for every move of the list.
 int Quies(int alpha, int beta) {
   if (StopSearch() != 0) return 0;
   const int stand_pat = Evaluate(alpha, beta);
@@ -79,23 +84,19 @@ int Quies(int alpha, int beta) {
   const ListGains greatest = ScoreList(first, end);
   const int material = g.material[g.side] - g.material[g.xside];
   const bool hopeless = greatest.victim + material < best;
-  // A long hopeless list is sorted once, ascending: its worst captures come first. That is meant.
-  const bool presorted = end - first > kPresortAbove && hopeless;
+  // Sorted ascending: the worst captures come first. That is meant.
+  const bool presorted = end - first > kSelectedUpTo && hopeless;
   if (presorted) QSort(first, end - 1);
 
-  // A gain below this leaves the opponent above his bound by material alone: the evaluation's lazy
-  // exit would say so at once, and nothing of that node would be kept. (A root list may hold an
-  // en-passant capture, which gains what does not stand on its target square.)
-  const bool may_refute = ply > 0 && DrawRuleIsFar();
+  const bool may_refute = WinnableAfterAnyMove();
   for (int i = first; i < end; ++i) {
-    const int needed = best - kLazyMargin - material;
-    if (may_refute && greatest.gain < needed) {
+    if (may_refute && MaterialFallsShort(material + greatest.gain, best)) {
       CountRefuted(end - i);
       return best;
     }
     if (!presorted) Pick(i, end - 1);
     const Move move = tree[i];
-    if (may_refute && MaterialGain(move) < needed) {
+    if (may_refute && MaterialFallsShort(material + MaterialGain(move), best)) {
       CountRefuted(1);
       continue;
     }

@@ -10,6 +10,9 @@
 #include "eval/cache.h"
 #include "eval/scoretable.h"
 #include "position/directions.h"
+#include "position/legal.h"
+#include "position/makemove.h"
+#include "position/movestack.h"
 #include "position/record.h"
 #include "position/types.h"
 #include "tests/support/data_rows.h"
@@ -156,6 +159,88 @@ TEST(Evaluate, MaterialOfTheLazyAnswerIsTheSideToMoves) {
   EXPECT_EQ(Evaluate(0, 1), -20000);
   SetUpRoot("k7/8/8/8/8/8/8/KQQ5 w");
   EXPECT_EQ(Evaluate(0, 1), 20000);
+}
+
+TEST(Evaluate, AnswersWithBareMaterialWhereItFallsShortOfABoundAndOnlyThere) {
+  int bare = 0;
+  int whole = 0;
+  VisitRandomPositions(46, 2000, [&] {
+    const int material = g.material[g.side] - g.material[g.xside];
+    const int full = EvaluateFully();
+    if (full == material || !WinnableAfterAnyMove()) return;
+    for (const int distance : {-501, -500, -499, -498, 0, 498, 499, 500, 501}) {
+      const int bound = material + distance;
+      const bool too_low = MaterialFallsShort(material, bound);
+      EXPECT_EQ(too_low, distance > 499);
+      EXPECT_EQ(Evaluate(bound, kFar), too_low ? material : full) << distance;
+      const bool too_high = MaterialFallsShort(-material, -bound);
+      EXPECT_EQ(Evaluate(-kFar, bound), too_high ? material : full) << distance;
+      ++(too_low || too_high ? bare : whole);
+    }
+  });
+  EXPECT_GT(bare, 5000);
+  EXPECT_GT(whole, 5000);
+}
+
+// Kings and so few pieces that one move may take the last which can win.
+std::string SparseBoard(support::Random& random) {
+  std::string squares(64, '1');
+  const auto place = [&](char letter, int rows, int files) {
+    Square square = A8;
+    do {
+      square = 8 * support::Below(random, rows) + support::Below(random, files);
+    } while (squares[square] != '1');
+    squares[square] = letter;
+  };
+  place('k', 8, 8);
+  place('K', 8, 8);
+  for (int pieces = support::Below(random, 6); pieces > 0; --pieces) {
+    place("pPnNbBrRqQ"[support::Below(random, 10)], 3, 4);
+  }
+  std::string fen = squares.substr(0, 8);
+  for (int row = 1; row < 8; ++row) fen += "/" + squares.substr(8 * row, 8);
+  return fen + (support::Below(random, 2) == 0 ? " w" : " b");
+}
+
+TEST(WinnableAfterAnyMove, RulesOutTheDrawForWantOfPiecesAfterEachMove) {
+  support::Random random(47);
+  int winnable = 0;
+  int drawn_by_a_move = 0;
+  for (int i = 0; i < 5000; ++i) {
+    const std::string fen = SparseBoard(random);
+    SetUpRoot(fen);
+    if (!LegalMoveList()) continue;
+    const bool promised = WinnableAfterAnyMove();
+    winnable += promised ? 1 : 0;
+    for (int k = 0; k < treeCnt[1]; ++k) {
+      const Move move = tree[k];
+      MakeMove(move);
+      const int material = g.material[g.side] - g.material[g.xside];
+      if (material != 0) {
+        const bool drawn = Evaluate(kFar, kFar) != material;
+        EXPECT_FALSE(promised && drawn) << fen << " move " << k;
+        drawn_by_a_move += drawn ? 1 : 0;
+      }
+      UnMakeMove(move);
+    }
+  }
+  EXPECT_GT(winnable, 500);
+  EXPECT_GT(drawn_by_a_move, 300);
+}
+
+TEST(WinnableAfterAnyMove, CountsPawnsRooksAndQueensOfBothSides) {
+  const struct {
+    const char* fen;
+    bool winnable;
+  } rows[] = {
+      {"k7/1p6/8/8/8/8/6R1/6QK w", true},   {"k7/1p6/8/8/8/8/8/6QK b", false},
+      {"k7/pp6/8/8/8/8/8/NNBB3K w", false}, {"k7/pp6/8/8/8/8/7P/7K w", true},
+      {"kqr5/8/8/8/8/8/8/NNBBR2K w", true}, {"k7/8/8/8/8/8/8/NNBBN2K w", false},
+  };
+  for (const auto& row : rows) {
+    SetUpRoot(row.fen);
+    EXPECT_EQ(WinnableAfterAnyMove(), row.winnable) << row.fen;
+  }
 }
 
 struct HungRow {
