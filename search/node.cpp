@@ -11,9 +11,9 @@
 #include "position/record.h"
 #include "pv/tree.h"
 #include "search/clock.h"
-#include "search/entry.h"
 #include "search/hash.h"
 #include "search/history.h"
+#include "search/nodesteps.h"
 #include "search/order.h"
 #include "search/result.h"
 #include "search/state.h"
@@ -46,7 +46,12 @@ NullOutcome TryNullMove(int beta, int depth, Move* line) {
   doNull = 1;
   treeCnt[ply + 1] = treeCnt[ply];
   MakeMove(0);
-  const int score = -Search(-beta, 1 - beta, depth - kNullReduction, 0, line, 1, 0, 0, 0, 0);
+  const int score = -Search({.alpha = -beta,
+                             .beta = 1 - beta,
+                             .depth = depth - kNullReduction,
+                             .in_check = false,
+                             .is_probe_child = true},
+                            line);
   UnMakeMove(0);
   doNull = outer;
   if (is_stop_search != 0) return NullOutcome::kStopped;
@@ -65,53 +70,48 @@ bool HasStoredContinuation() {
 
 // Finds a move to try first by a shallower search of the same node. The node's move list and line
 // stay as this search leaves them.
-Move DeepenInternally(int alpha, int beta, int depth, int in_check, Move* line, int on_pv,
-                      Move excluded_move) {
+Move DeepenInternally(NodeArgs node, Move* line) {
+  node.alpha = std::max(-kInfinity, node.alpha - kDeepenMargin);
+  node.depth /= 2;
+  node.is_probe_child = true;
+  node.null_allowed = false;
+  node.first_move = 0;
   const Move outer = gl_find_move[ply];
   gl_find_move[ply] = 0;
-  Search(std::max(-kInfinity, alpha - kDeepenMargin), beta, depth / 2, in_check, line, 1, on_pv, 0,
-         0, excluded_move);
+  Search(node, line);
   const Move found = gl_find_move[ply];
   gl_find_move[ply] = outer;
   return found;
 }
 
-// One move of the loop, already made.
-struct Child {
-  int alpha;
-  int beta;
-  int depth;
-  int gives_check;
-  int from_pv;
-  bool reduces;  // late and quiet enough for a reduction
-  int number;    // of the move at its node, from 1
-};
-
-int SearchChild(const Child& child, Move* line) {
-  line[ply] = 0;
-  if (child.number <= kFullWindowMoves || child.depth < 1) {
-    return -Search(-child.beta, -child.alpha, child.depth, child.gives_check, line, 0,
-                   child.from_pv, 1, 0, 0);
+// Searches the first moves with the full window. A later one must first get above alpha in a search
+// with a zero window, which is reduced for a quiet move. `number` counts the node's moves from 1.
+int SearchInTurn(const MadeMove& made, int number, bool reduces, Move* line) {
+  ClearLine(line);
+  NodeArgs full = FullWindow(made);
+  if (number <= kFullWindowMoves || made.depth < 1) {
+    full.null_allowed = true;
+    return -Search(full, line);
   }
-  const int reduction = child.reduces ? 1 : 0;
-  doReduction = reduction;
-  const int score = -Search(-child.alpha - 1, -child.alpha, child.depth - reduction,
-                            child.gives_check, line, 0, child.from_pv, 1, 0, 0);
+  NodeArgs scout = ZeroWindow(made);
+  scout.null_allowed = true;
+  doReduction = reduces ? 1 : 0;
+  scout.depth -= doReduction;
+  const int score = -Search(scout, line);
   doReduction = 0;
-  if (score <= child.alpha) return score;
-  line[ply] = 0;
-  return -Search(-child.beta, -child.alpha, child.depth, child.gives_check, line, 0, child.from_pv,
-                 0, 0, 0);
+  if (score <= made.alpha) return score;
+  ClearLine(line);
+  return -Search(full, line);
 }
 
 }  // namespace
 
 int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_probe_child, int on_pv,
            int null_allowed, Move first_move, Move excluded_move) {
-  // Step 1. What needs no move: mate, horizon, stop, draw, learned score.
-  NodeEntry entry{depth, false, 0};
-  if (SettledAtEntry(entry, alpha, beta, in_check != 0)) return entry.score;
-  depth = entry.depth;
+  // Step 1. What needs no move: mate, horizon, stop, draw, learned score. Adjusts `depth`.
+  NodeStart start{depth, false, 0};
+  if (SettleWithoutMoves(start, alpha, beta, in_check != 0)) return start.score;
+  depth = start.depth;
 
   // Step 2. Transposition table. On a stored line, or with a move left out, only its move is used.
   Move tt_move = 0;
@@ -134,16 +134,23 @@ int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_prob
     }
   }
 
-  // Step 4. The move list; in check the entry has built it.
-  if (in_check == 0 && ply >= 1 && SettledByGeneration(score)) return score;
+  // Step 4. The move list; in check step 1 has built it.
+  if (in_check == 0 && ply >= 1 && SettleByGeneration(score)) return score;
 
   // Step 5. Internal deepening, for want of a move to try first.
   if (depth > kDeepenAbove && first_move == 0 && tt_move == 0 && ply >= 1 &&
       (on_pv == 0 || doNull != 0 || !HasStoredContinuation())) {
-    first_move = DeepenInternally(alpha, beta, depth, in_check, line, on_pv, excluded_move);
+    first_move = DeepenInternally({.alpha = alpha,
+                                   .beta = beta,
+                                   .depth = depth,
+                                   .in_check = in_check != 0,
+                                   .on_pv = on_pv != 0,
+                                   .excluded_move = excluded_move},
+                                  line);
   }
 
   // Step 6. The moves.
+  const bool list_is_legal = in_check != 0;
   MovePicker picker{.on_pv = on_pv != 0, .tt_move = tt_move, .first_move = first_move};
   Move child_line[kLineSize];
   Move best = 0;
@@ -155,14 +162,17 @@ int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_prob
       continue;
     }
     const bool to_seventh = IsPawnToSeventh(move);
-    if (!MakeIfLegal(move, in_check != 0)) continue;
+    if (!MakeIfLegal(move, list_is_legal)) continue;
     const bool gives_check = Check();
     const bool extends =
-        gives_check || to_seventh || mate_threat || (in_check != 0 && entry.single_reply);
+        gives_check || to_seventh || mate_threat || (in_check != 0 && start.single_reply);
     const bool reduces = PLAY_STYLE != kKnowledge1 && !gives_check && !to_seventh;
-    score = SearchChild({alpha, beta, depth - 1 + (extends ? 1 : 0), gives_check ? 1 : 0,
-                         picker.from_pv ? 1 : 0, reduces, ++count},
-                        child_line);
+    score = SearchInTurn({.alpha = alpha,
+                          .beta = beta,
+                          .depth = depth - 1 + (extends ? 1 : 0),
+                          .gives_check = gives_check,
+                          .from_pv = picker.from_pv},
+                         ++count, reduces, child_line);
     UnMakeMove(move);
     if (is_stop_search != 0) return 0;
     if (score <= alpha) continue;

@@ -14,7 +14,7 @@
 #include "position/text.h"
 #include "search/clock.h"
 #include "search/hash.h"
-#include "search/node.h"
+#include "search/mainsearch.h"
 #include "search/order.h"
 #include "search/rootentry.h"
 #include "search/state.h"
@@ -57,7 +57,12 @@ void SetAside(Move move, int score) {
 // tree after its first iteration.
 int SearchRoot(int alpha, int depth) {
   s_depth = depth;
-  return main_search(alpha, kInfinity, depth, Check() ? 1 : 0, pv_line, 0, 0, 0, search_mv);
+  return main_search({.alpha = alpha,
+                      .beta = kInfinity,
+                      .depth = depth,
+                      .in_check = Check(),
+                      .first_move = search_mv},
+                     pv_line);
 }
 
 // The last root result that was published counts, be it of an interrupted iteration.

@@ -10,7 +10,7 @@
 #include "pv/tree.h"
 #include "search/clock.h"
 #include "search/history.h"
-#include "search/node.h"
+#include "search/mainsearch.h"
 #include "search/order.h"
 #include "search/randomroot.h"
 #include "search/rootentry.h"
@@ -45,7 +45,8 @@ void PrepareHistory() {
 }
 
 int SearchWindow(int alpha, int beta, int depth) {
-  return main_search(alpha, beta, depth, Check() ? 1 : 0, pv_line, 0, 1, 0, 0);
+  return main_search(
+      {.alpha = alpha, .beta = beta, .depth = depth, .in_check = Check(), .on_pv = true}, pv_line);
 }
 
 // One iteration; a mate score is searched again with a window that holds it.

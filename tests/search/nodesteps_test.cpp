@@ -1,6 +1,6 @@
 // What both node searches do before and around their move loops.
 
-#include "search/entry.h"
+#include "search/nodesteps.h"
 
 #include <gtest/gtest.h>
 
@@ -28,9 +28,9 @@ struct Kind {
 constexpr Kind kBoth[] = {{"off the principal variation", SearchOffPv},
                           {"on the principal variation", SearchOnPv}};
 
-using NodeEntries = SearchTest;
+using NodeSteps = SearchTest;
 
-TEST_F(NodeEntries, MatedSideAtPly3Scores999996Below0) {
+TEST_F(NodeSteps, MatedSideAtPly3Scores999996Below0) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     GoTo(std::string(kStart) + " moves f2f3", "e7e5 g2g4 d8h4");
@@ -42,7 +42,7 @@ TEST_F(NodeEntries, MatedSideAtPly3Scores999996Below0) {
   }
 }
 
-TEST_F(NodeEntries, MatingSideAtPly2Sees999996) {
+TEST_F(NodeSteps, MatingSideAtPly2Sees999996) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     for (const int depth : {1, 2, 3}) {
@@ -56,7 +56,7 @@ TEST_F(NodeEntries, MatingSideAtPly2Sees999996) {
   }
 }
 
-TEST_F(NodeEntries, KingThatCanBeCapturedMakesTheMoveBeforeIllegal) {
+TEST_F(NodeSteps, KingThatCanBeCapturedMakesTheMoveBeforeIllegal) {
   struct Row {
     const char* what;
     const char* root;
@@ -79,7 +79,7 @@ TEST_F(NodeEntries, KingThatCanBeCapturedMakesTheMoveBeforeIllegal) {
   }
 }
 
-TEST_F(NodeEntries, StalemateIs0) {
+TEST_F(NodeSteps, StalemateIs0) {
   struct Row {
     const char* what;
     const char* root;
@@ -101,7 +101,7 @@ TEST_F(NodeEntries, StalemateIs0) {
   }
 }
 
-TEST_F(NodeEntries, BelowDepth1QuiescenceDecides) {
+TEST_F(NodeSteps, BelowDepth1QuiescenceDecides) {
   for (const Kind& kind : kBoth) {
     for (const int depth : {0, -1, -5}) {
       SCOPED_TRACE(testing::Message() << kind.name << ", depth " << depth);
@@ -119,7 +119,7 @@ TEST_F(NodeEntries, BelowDepth1QuiescenceDecides) {
   }
 }
 
-TEST_F(NodeEntries, QuiescenceGetsTheWindow) {
+TEST_F(NodeSteps, QuiescenceGetsTheWindow) {
   for (const Kind& kind : kBoth) {
     GoTo("4k3/8/8/8/4P3/8/8/4K3 b", "e8e7");
     NodeArguments arguments = Depth(0);
@@ -130,7 +130,7 @@ TEST_F(NodeEntries, QuiescenceGetsTheWindow) {
   }
 }
 
-TEST_F(NodeEntries, NodeInCheckNeverDropsIntoQuiescence) {
+TEST_F(NodeSteps, NodeInCheckNeverDropsIntoQuiescence) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     GoTo("r5k1/8/8/8/8/8/5PPP/7K w", "h1g1 a8a1");  // mate: quiescence would stand pat
@@ -145,7 +145,7 @@ TEST_F(NodeEntries, NodeInCheckNeverDropsIntoQuiescence) {
   }
 }
 
-TEST_F(NodeEntries, PliesBeyondThreeTimesTheIterationGoToQuiescence) {
+TEST_F(NodeSteps, PliesBeyondThreeTimesTheIterationGoToQuiescence) {
   for (const Kind& kind : kBoth) {
     for (const int moves : {3, 4}) {
       SCOPED_TRACE(testing::Message() << kind.name << ", ply " << moves);
@@ -168,7 +168,7 @@ TEST_F(NodeEntries, PliesBeyondThreeTimesTheIterationGoToQuiescence) {
   }
 }
 
-TEST_F(NodeEntries, NodeInCheckIsSearchedHoweverDeep) {
+TEST_F(NodeSteps, NodeInCheckIsSearchedHoweverDeep) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     Forget();
@@ -182,7 +182,7 @@ TEST_F(NodeEntries, NodeInCheckIsSearchedHoweverDeep) {
   }
 }
 
-TEST_F(NodeEntries, AfterTheStopEveryNodeReturns0) {
+TEST_F(NodeSteps, AfterTheStopEveryNodeReturns0) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", "e8e7");
@@ -193,7 +193,7 @@ TEST_F(NodeEntries, AfterTheStopEveryNodeReturns0) {
   }
 }
 
-TEST_F(NodeEntries, NodeAtPly97IsWorthItsEvaluationUnsearched) {
+TEST_F(NodeSteps, NodeAtPly97IsWorthItsEvaluationUnsearched) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     GoTo("4k3/8/8/3q4/4P3/8/8/4K3 b", Nulls(97));
@@ -209,7 +209,7 @@ TEST_F(NodeEntries, NodeAtPly97IsWorthItsEvaluationUnsearched) {
   }
 }
 
-TEST_F(NodeEntries, AtPly97InCheckMateIsSeenAndNothingElse) {
+TEST_F(NodeSteps, AtPly97InCheckMateIsSeenAndNothingElse) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     GoTo("r5k1/8/8/8/8/8/5PPP/6K1 b", Nulls(96) + "a8a1");
@@ -225,7 +225,7 @@ TEST_F(NodeEntries, AtPly97InCheckMateIsSeenAndNothingElse) {
   }
 }
 
-TEST_F(NodeEntries, Ply97AfterAGameOf400MovesStaysInsideTheRecord) {
+TEST_F(NodeSteps, Ply97AfterAGameOf400MovesStaysInsideTheRecord) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     ASSERT_TRUE(InitNewGame());
@@ -245,7 +245,7 @@ TEST_F(NodeEntries, Ply97AfterAGameOf400MovesStaysInsideTheRecord) {
   }
 }
 
-TEST_F(NodeEntries, DrawScoresMinus8ForTheSideThatMovedAtTheRootAnd0ForTheOther) {
+TEST_F(NodeSteps, DrawScoresMinus8ForTheSideThatMovedAtTheRootAnd0ForTheOther) {
   for (const Kind& kind : kBoth) {
     for (const int depth_of_node : {1, 2}) {
       SCOPED_TRACE(testing::Message() << kind.name << ", ply " << depth_of_node);
@@ -261,7 +261,7 @@ TEST_F(NodeEntries, DrawScoresMinus8ForTheSideThatMovedAtTheRootAnd0ForTheOther)
   }
 }
 
-TEST_F(NodeEntries, RepetitionIsADrawToo) {
+TEST_F(NodeSteps, RepetitionIsADrawToo) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     ClearRepetitions();
@@ -272,7 +272,7 @@ TEST_F(NodeEntries, RepetitionIsADrawToo) {
   }
 }
 
-TEST_F(NodeEntries, RootIsNeverADraw) {
+TEST_F(NodeSteps, RootIsNeverADraw) {
   GoTo("4k3/8/8/8/8/8/4P3/4KQ2 w");
   ASSERT_TRUE(LegalMoveList());
   g.fifty = 100;
@@ -280,7 +280,7 @@ TEST_F(NodeEntries, RootIsNeverADraw) {
   EXPECT_NE(cut_forse[0], kDrawByRule);
 }
 
-TEST_F(NodeEntries, MateStopAndQuiescenceComeBeforeTheDraw) {
+TEST_F(NodeSteps, MateStopAndQuiescenceComeBeforeTheDraw) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     GoTo("r5k1/8/8/8/8/8/5PPP/6K1 b", "a8a1");
@@ -299,7 +299,7 @@ TEST_F(NodeEntries, MateStopAndQuiescenceComeBeforeTheDraw) {
   }
 }
 
-TEST_F(NodeEntries, LearnedScoresCountBelowPly4) {
+TEST_F(NodeSteps, LearnedScoresCountBelowPly4) {
   for (const Kind& kind : kBoth) {
     for (const int moves : {4, 5}) {
       SCOPED_TRACE(testing::Message() << kind.name << ", ply " << moves);
@@ -314,7 +314,7 @@ TEST_F(NodeEntries, LearnedScoresCountBelowPly4) {
   }
 }
 
-TEST_F(NodeEntries, LearnedBookPositionsBoundTheScore) {
+TEST_F(NodeSteps, LearnedBookPositionsBoundTheScore) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     Forget();
@@ -339,7 +339,7 @@ TEST_F(NodeEntries, LearnedBookPositionsBoundTheScore) {
   }
 }
 
-TEST_F(NodeEntries, DrawComesBeforeTheLearnedScoreAndThatBeforeTheTable) {
+TEST_F(NodeSteps, DrawComesBeforeTheLearnedScoreAndThatBeforeTheTable) {
   for (const Kind& kind : kBoth) {
     SCOPED_TRACE(kind.name);
     Forget();
@@ -356,7 +356,7 @@ TEST_F(NodeEntries, DrawComesBeforeTheLearnedScoreAndThatBeforeTheTable) {
 
 // --- helpers of the move loops -------------------------------------------------------------------
 
-TEST_F(NodeEntries, GenerationSettlesNodesWithoutMovesAndIllegalOnes) {
+TEST_F(NodeSteps, GenerationSettlesNodesWithoutMovesAndIllegalOnes) {
   struct Row {
     const char* root;
     bool settled;
@@ -368,13 +368,13 @@ TEST_F(NodeEntries, GenerationSettlesNodesWithoutMovesAndIllegalOnes) {
   for (const Row& row : kRows) {
     GoTo(row.root, "0");
     int score = 5;
-    EXPECT_EQ(SettledByGeneration(score), row.settled) << row.root;
+    EXPECT_EQ(SettleByGeneration(score), row.settled) << row.root;
     EXPECT_EQ(score, row.score) << row.root;
     Ascend();
   }
 }
 
-TEST_F(NodeEntries, IllegalMovesAreNotMade) {
+TEST_F(NodeSteps, IllegalMovesAreNotMade) {
   struct Row {
     const char* what;
     const char* root;
@@ -405,13 +405,13 @@ TEST_F(NodeEntries, IllegalMovesAreNotMade) {
   }
 }
 
-TEST_F(NodeEntries, MovesOfALegalListAreMadeUnexamined) {
+TEST_F(NodeSteps, MovesOfALegalListAreMadeUnexamined) {
   GoTo("4k3/8/8/8/4r3/8/4N3/4K3 w");
   EXPECT_TRUE(MakeIfLegal(MoveWord(Knight, 52, 42), true));
   EXPECT_EQ(ply, 1);
 }
 
-TEST_F(NodeEntries, PawnMovesToTheSeventhRowAreTold) {
+TEST_F(NodeSteps, PawnMovesToTheSeventhRowAreTold) {
   struct Row {
     const char* root;
     Move move;

@@ -1,4 +1,4 @@
-#include "search/entry.h"
+#include "search/nodesteps.h"
 
 #include <algorithm>
 
@@ -24,44 +24,44 @@ constexpr int kContempt = -8;        // a draw, for the side that moved at the r
 constexpr int kLearnedFromPly = 5;   // learned scores count from this ply on
 constexpr int kDepthsToHorizon = 3;  // plies per iteration depth, extensions included
 
-bool Settle(NodeEntry& entry, int score) {
-  entry.score = score;
+bool Settle(NodeStart& start, int score) {
+  start.score = score;
   return true;
 }
 
 // In check below the root: mate, or the legal list and no quiescence.
-bool SettledInCheck(NodeEntry& entry) {
-  if (!LegalMoveList()) return Settle(entry, kCaptureKing - ply);
+bool SettledInCheck(NodeStart& start) {
+  if (!LegalMoveList()) return Settle(start, kCaptureKing - ply);
   const int replies = ListLength();
   if (replies == 0) {
     cut_forse[ply] = kCheckmated;
-    return Settle(entry, ply + kMated);
+    return Settle(start, ply + kMated);
   }
-  entry.single_reply = replies == 1;
+  start.single_reply = replies == 1;
   return false;
 }
 
 }  // namespace
 
-bool SettledAtEntry(NodeEntry& entry, int alpha, int beta, bool in_check) {
+bool SettleWithoutMoves(NodeStart& start, int alpha, int beta, bool in_check) {
   cut_forse[ply] = kNoCut;
   if (in_check) {
-    if (ply >= 1 && SettledInCheck(entry)) return true;
-    entry.depth = std::max(entry.depth, 1);
+    if (ply >= 1 && SettledInCheck(start)) return true;
+    start.depth = std::max(start.depth, 1);
   } else if (ply > kDepthsToHorizon * s_depth) {
-    entry.depth = 0;
+    start.depth = 0;
   }
-  if (entry.depth < 1) return Settle(entry, Quies(alpha, beta));
-  if (StopSearch() != 0) return Settle(entry, 0);
-  if (ply > kMaxSearchPly) return Settle(entry, Evaluate(alpha, beta));
+  if (start.depth < 1) return Settle(start, Quies(alpha, beta));
+  if (StopSearch() != 0) return Settle(start, 0);
+  if (ply > kMaxSearchPly) return Settle(start, Evaluate(alpha, beta));
   if (ply >= 1 && DrawByRule()) {
     cut_forse[ply] = kDrawByRule;
-    return Settle(entry, g.side == root_side ? kContempt : 0);
+    return Settle(start, g.side == root_side ? kContempt : 0);
   }
-  return ply >= kLearnedFromPly && LearnLook(entry.depth, alpha, beta, entry.score);
+  return ply >= kLearnedFromPly && LearnLook(start.depth, alpha, beta, start.score);
 }
 
-bool SettledByGeneration(int& score) {
+bool SettleByGeneration(int& score) {
   if (!Generate()) {
     score = kCaptureKing - ply;
     return true;
