@@ -18,7 +18,7 @@
 #include "position/attack.h"
 #include "position/setup.h"
 #include "search/clock.h"
-#include "search/hash.h"
+#include "search/hashinit.h"
 #include "search/reset.h"
 #include "search/state.h"
 #include "search/style.h"

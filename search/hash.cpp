@@ -4,6 +4,7 @@
 
 #include "position/castling.h"
 #include "position/enpassant.h"
+#include "search/hashinit.h"
 
 namespace tarvyle {
 

@@ -39,16 +39,6 @@ extern int Hash_Size;
 // has 0.
 extern std::uint32_t hash_generation;
 
-// Sizes and allocates the tables by the configured "hash size" (twice the base-two logarithm of the
-// entries per table) and fills the position keys. Called once at start-up, before any position is
-// set up. Prints what it does; on a size below 65536 entries, or without memory, it prints an error
-// and ends the process with status 1.
-void HashInit();
-
-// Allocates tables of `entries` entries each, in place of those there are, and fills the position
-// keys when that has not been done. False without memory: the tables that there are stay.
-bool HashAllocate(int entries);
-
 // Empties both tables. Costs nothing, but for every 255th time.
 void HashClear();
 
@@ -84,8 +74,5 @@ inline HashEntry& HashSlot(int side, std::uint32_t key_lo) {
 
 // Fetches the slot of the current position, which will be probed soon, into the cache.
 inline void HashPrefetch() { __builtin_prefetch(&HashSlot(g.side, g.key.low)); }
-
-// Gives both tables back to the system, which hands them out again zeroed when they are used.
-void HashRenew();
 
 }  // namespace tarvyle

@@ -1,4 +1,4 @@
-// Sizing and allocating the transposition tables.
+#include "search/hashinit.h"
 
 #include <sys/mman.h>
 #include <unistd.h>

@@ -22,8 +22,6 @@
 
 namespace tarvyle {
 
-RootHooks root_hooks;
-
 namespace {
 
 bool IsAsked(Move move) {

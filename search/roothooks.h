@@ -13,6 +13,6 @@ struct RootHooks {
   // The root moves to search, ended by 0, in place of all. What they score is not learned.
   const Move* only = nullptr;
 };
-extern RootHooks root_hooks;
+inline RootHooks root_hooks;
 
 }  // namespace tarvyle

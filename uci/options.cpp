@@ -11,6 +11,7 @@
 #include "base/property.h"
 #include "host/engine.h"
 #include "search/hash.h"
+#include "search/hashinit.h"
 #include "search/reset.h"
 #include "search/state.h"
 #include "search/style.h"

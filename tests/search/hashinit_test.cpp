@@ -1,5 +1,7 @@
 // Sizing and allocating the transposition tables.
 
+#include "search/hashinit.h"
+
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
