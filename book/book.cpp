@@ -7,6 +7,7 @@
 #include "book/learn.h"
 #include "position/makemove.h"
 #include "position/movestack.h"
+#include "position/score.h"
 
 namespace tarvyle {
 
@@ -44,14 +45,14 @@ int ValueOf(const Candidates& candidates, int i) {
 
 // Reduces a value to its positional part. Returns false when the move is not to be played.
 bool ReduceValue(int v, int& reduced) {
-  if (v < -kMateScore) return false;
+  if (IsMated(v)) return false;
   reduced = extract_strateg_score(v);
-  return v <= kAlwaysUsable || v > kMateScore || reduced >= kWorstUsable;
+  return v <= kAlwaysUsable || IsMating(v) || reduced >= kWorstUsable;
 }
 
 // Weight of a candidate. A value below 0 weighs as much as a mate; a reduced value may be negative.
 int WeightOf(int v, int reduced) {
-  return v > kMateScore || v < 0 ? kMaxWeight : std::min(reduced, kMaxWeight);
+  return IsMating(v) || v < 0 ? kMaxWeight : std::min(reduced, kMaxWeight);
 }
 
 // Range that plain candidates draw from, set by the least value of all.

@@ -6,6 +6,7 @@
 #include "book/learnfilter.h"
 #include "book/learnmemory.h"
 #include "position/record.h"
+#include "position/score.h"
 
 namespace tarvyle {
 
@@ -134,7 +135,7 @@ bool LearnLook(int depth, int alpha, int beta, int& score) {
 }
 
 int extract_strateg_score(int score) {
-  if (score < -kMateScore || score > kMateScore) return score;
+  if (IsMated(score) || IsMating(score)) return score;
   if (score > 0) {
     while (score > kThousand / 2) score -= kThousand;
   } else if (score < 0) {

@@ -10,7 +10,6 @@
 namespace tarvyle {
 
 inline constexpr int kLearnBuckets = 65536;
-inline constexpr int kMateScore = 999900;  // scores beyond this, on either side, are mates
 
 // Bucket heads, newest node first; all null is the empty table. Nodes come in through
 // LinkLearnNode, which also notes their keys: others are not found.

@@ -14,19 +14,19 @@ constexpr int kMateAtOnce = -kMated;  // a mate in n plies scores n less
 
 }  // namespace
 
-bool IsMateScore(int score) { return score > kMateWindow || score < -kMateWindow; }
+bool IsMateScore(int score) { return IsMating(score) || IsMated(score); }
 
 int EpdScore(int score) {
-  if (score > kMateWindow) return kEpdMate - (kMateAtOnce - score);
-  if (score < -kMateWindow) return -kEpdMate + (kMateAtOnce + score);
+  if (IsMating(score)) return kEpdMate - (kMateAtOnce - score);
+  if (IsMated(score)) return -kEpdMate + (kMateAtOnce + score);
   return score / 10;
 }
 
 std::string ScoreText(int score) {
   char text[32];
-  if (score > kMateWindow) {
+  if (IsMating(score)) {
     std::snprintf(text, sizeof text, "#%d", (kMateAtOnce - score + 1) / 2);
-  } else if (score < -kMateWindow) {
+  } else if (IsMated(score)) {
     std::snprintf(text, sizeof text, "-#%d", (kMateAtOnce + score + 1) / 2);
   } else {
     // Not "-0.00".

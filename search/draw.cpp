@@ -10,7 +10,6 @@ namespace tarvyle {
 namespace {
 
 constexpr int kReversibleToRepeat = 2;  // so few reversible half-moves cannot lead back
-constexpr int kFiftyMoves = 99;         // more reversible half-moves are a draw
 
 // Walks the key history back. The entry of the last move is the current position itself and always
 // the first match. `left` is how many positions may still be found: when it is used up, or at a
@@ -34,7 +33,7 @@ bool HasRepeated() {
 
 bool DrawByRule() {
   if (g.fifty <= kReversibleToRepeat) return false;
-  return g.fifty > kFiftyMoves || HasRepeated();
+  return g.fifty >= kFiftyMoves || HasRepeated();
 }
 
 }  // namespace tarvyle

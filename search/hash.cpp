@@ -5,6 +5,7 @@
 #include "position/castling.h"
 #include "position/enpassant.h"
 #include "search/hashinit.h"
+#include "search/roothooks.h"
 
 namespace tarvyle {
 
@@ -14,7 +15,10 @@ std::uint32_t hash_generation = 1;
 
 namespace {
 
-constexpr std::uint32_t kLastGeneration = 255;  // the field's greatest
+constexpr std::uint32_t kLastGeneration = 255;   // the field's greatest
+constexpr std::uint32_t kGreatestDepth = 0x3FF;  // likewise
+static_assert(std::uint32_t{kMaxIteration} <= kGreatestDepth,
+              "no move is searched deeper than its node");
 
 constexpr int kMaterialUnit = 1000;  // of an entry: a pawn
 
@@ -89,7 +93,7 @@ void HashInsert(int score, int beta, int depth, Move move) {
   entry.generation = hash_generation & 0xFF;
   entry.white_pawns = static_cast<std::uint32_t>(g.material[White] / kMaterialUnit) & 0x7FF;
   entry.black_pawns = static_cast<std::uint32_t>(g.material[Black] / kMaterialUnit) & 0x7FF;
-  entry.depth = static_cast<std::uint32_t>(depth) & 0x3FF;
+  entry.depth = static_cast<std::uint32_t>(depth) & kGreatestDepth;
 }
 
 // Halving again and again is one shift: two passes over the tables, however deep the entries. Each
@@ -100,7 +104,7 @@ void HashDepthLow() {
   while (greatest >> halvings > 2) ++halvings;
   for (HashEntry* table : hash) {
     for (HashEntry* entry = table; entry != table + Hash_Size; ++entry) {
-      entry->depth = (entry->depth >> halvings) & 0x3FF;
+      entry->depth = (entry->depth >> halvings) & kGreatestDepth;
     }
   }
 }

@@ -34,7 +34,7 @@ void CompressHistory() {
 
 void SaveHist(Move move, int alpha, int beta) {
   const bool cut = alpha >= beta;
-  const bool mate = alpha > kMateWindow;
+  const bool mate = IsMating(alpha);
   const int reward = mate ? (cut ? 5 : 6) : (cut ? 1 : 2);
   int& counter = History(g.side, move);
   counter = std::min(counter + reward, MAX_HIST);

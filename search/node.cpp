@@ -23,12 +23,10 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kNullMargin = 500;       // below beta a null move is not worth trying
-constexpr int kNullShallow = 4;        // but for depths below this
-constexpr int kNullReduction = 3;      // the ply of the null move itself included
-constexpr int kThreatScore = -999901;  // a null move that scores this or less runs into mate
-constexpr int kNotMating = -999899;    // beta from which on that means something
-constexpr int kDeepenAbove = 3;        // internal deepening from depth 4 on
+constexpr int kNullMargin = 500;   // below beta a null move is not worth trying
+constexpr int kNullShallow = 4;    // but for depths below this
+constexpr int kNullReduction = 3;  // the ply of the null move itself included
+constexpr int kDeepenAbove = 3;    // internal deepening from depth 4 on
 constexpr int kDeepenMargin = 30;
 constexpr int kFullWindowMoves = 3;  // searched with the full window before any reduction
 
@@ -59,8 +57,8 @@ NullOutcome TryNullMove(int beta, int depth, Move* line) {
     cut_forse[ply] = kNullMoveCut;
     return NullOutcome::kCutOff;
   }
-  return score <= kThreatScore && beta >= kNotMating ? NullOutcome::kMateThreat
-                                                     : NullOutcome::kNone;
+  // A pass runs into mate. Where beta lies as low, every move may: then that tells nothing.
+  return IsMated(score) && beta > -kMateWindow ? NullOutcome::kMateThreat : NullOutcome::kNone;
 }
 
 bool HasStoredContinuation() {

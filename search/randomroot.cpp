@@ -26,7 +26,6 @@ namespace {
 constexpr int kDeepestStage1 = 39;
 constexpr int kCandidateMargin = 2000;  // two pawns below the best move
 constexpr int kNearEqual = 5;
-constexpr int kMaxPlayoutPly = 97;
 constexpr int kLeastValue = std::numeric_limits<int>::min() + 2;
 constexpr int kGreatestValue = std::numeric_limits<int>::max() - 2;
 
@@ -135,7 +134,7 @@ void ChooseAmong(const BestMove& best, int allowance) {
   SetAside(best.move, best.score);
   Message("#----> find best move %s,    score %d, depth %d\n", MoveToStr(best.move), best.score,
           best.depth);
-  if (best.score > kMateWindow) return;
+  if (IsMating(best.score)) return;
   FindCandidates(best);
   const int count = treeCnt[0];
   if (count == 1) {
@@ -199,7 +198,7 @@ bool Rnd_Root_Search(Move& move) {
 }
 
 int RndSearch() {
-  if (StopSearch() != 0 || ply >= kMaxPlayoutPly || !LegalMoveList()) return 0;
+  if (StopSearch() != 0 || ply >= kDeepestNode || !LegalMoveList()) return 0;
   const int count = ListLength();
   if (count == 0) return Check() ? -1 : 0;
   const Move move = tree[treeCnt[ply] + (count > 1 ? std::rand() % count : 0)];

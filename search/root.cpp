@@ -53,10 +53,10 @@ int SearchWindow(int alpha, int beta, int depth) {
 int Iterate(int depth) {
   s_depth = depth;
   int score = SearchWindow(-kMateWindow, kMateWindow, depth);
-  if (is_stop_search == 0 && score < -kMateWindow + 1) {
+  if (is_stop_search == 0 && score <= -kMateWindow) {
     score = SearchWindow(-kInfinity, kMateWindow, depth);
   }
-  if (is_stop_search == 0 && score > kMateWindow - 1) {
+  if (is_stop_search == 0 && score >= kMateWindow) {
     score = SearchWindow(-kMateWindow, kInfinity, depth);
   }
   return score;
@@ -64,9 +64,9 @@ int Iterate(int depth) {
 
 bool EnoughSearched(int depth, int score) {
   if (depth < kStopFrom) return false;
-  if (score > kMateWindow) return true;
+  if (IsMating(score)) return true;
   // A side that is mated gets one iteration more, in which it may still find a way out.
-  if (score < -kMateWindow && depth != kStopFrom) return true;
+  if (IsMated(score) && depth != kStopFrom) return true;
   return (curr_time - start_time) * kNextIterationCost > limit_time;
 }
 

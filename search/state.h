@@ -1,23 +1,14 @@
 #pragma once
 
-#include "position/movestack.h"
 #include "position/record.h"
+#include "position/score.h"  // IWYU pragma: export
 #include "position/types.h"
 #include "pv/line.h"
+#include "search/limits.h"  // IWYU pragma: export
 
 // Records that the node searches, the root search and move ordering share.
 
 namespace tarvyle {
-
-inline constexpr int kLineSize = 100;     // words of a line, indexed by ply
-inline constexpr int kMaxLineMoves = 96;  // a principal variation holds at most that many moves
-inline constexpr int kPlyArray = kMaxPly + 2;
-
-inline constexpr int kMaxSearchPly = 96;  // deeper nodes return the static evaluation
-inline constexpr int kInfinity = 1000000;
-inline constexpr int kCaptureKing = 1000000;  // minus ply: the move before was illegal
-inline constexpr int kMated = -999999;        // plus ply
-inline constexpr int kMateWindow = 999900;    // scores beyond are mates
 
 enum CutReason : int {
   kNoCut,

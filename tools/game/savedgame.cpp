@@ -15,8 +15,9 @@
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "position/text.h"
-#include "search/state.h"
+#include "search/draw.h"
 #include "tools/files.h"
 #include "tools/san.h"
 
@@ -24,7 +25,6 @@ namespace tarvyle::tools {
 
 namespace {
 
-constexpr int kFiftyMoves = 100;  // in half-moves
 constexpr std::string_view kStartText = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk";
 
 std::string WhatIsWrong(const std::string& path) {
@@ -62,8 +62,8 @@ std::optional<int> ScoreOf(int score, int side) {
   // A move from the book and an only reply have 0: nothing was searched.
   if (score == kTypedMove || score == 0) return std::nullopt;
   // The move has brought a mate one ply nearer; a mate that it gives needs no score.
-  if (score > kMateWindow && ++score >= -kMated) return std::nullopt;
-  if (score < -kMateWindow) --score;
+  if (IsMating(score) && ++score >= -kMated) return std::nullopt;
+  if (IsMated(score)) --score;
   return side == White ? score : -score;
 }
 
