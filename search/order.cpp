@@ -18,18 +18,9 @@ constexpr int kTableMoveBonus = 20000;
 constexpr int kKillerBonus = 1990;
 constexpr int kPvKillerBonus = 990;
 
-constexpr int kPresortAbove = 30;  // longer capture segments are sorted once
-
-enum Stage : int {
-  kFirstMove,
-  kFindContinuations,
-  kContinuations,
-  kScoreTactical,
-  kTactical,
-  kScoreQuiet,
-  kRest,
-  kExhausted,
-};
+// Tactical moves are selected one by one up to this many, since an early one mostly cuts off; more
+// than that are sorted at once.
+constexpr int kTacticalSelectedUpTo = 30;
 
 void SwapEntries(int a, int b) {
   std::swap(tree[a], tree[b]);
@@ -91,7 +82,7 @@ void ScoreTactical(MovePicker& picker) {
     sort_val[segment_end++] = score;
   }
   picker.end = segment_end;
-  if (segment_end - picker.next > kPresortAbove) {
+  if (segment_end - picker.next > kTacticalSelectedUpTo) {
     QSort(picker.next, segment_end - 1);
     picker.presorted = true;
   }
@@ -101,6 +92,14 @@ bool TakeBest(MovePicker& picker, Move& move) {
   if (picker.next >= picker.end) return false;
   if (!picker.presorted) Pick(picker.next, picker.end - 1);
   return TakeNext(picker, move);
+}
+
+// The last stage; from its end on there is none.
+bool TakeRest(MovePicker& picker, Move& move) {
+  picker.stage = kRest;
+  if (TakeBest(picker, move)) return true;
+  picker.stage = kExhausted;
+  return false;
 }
 
 // By history, then by how far the move leads forward, then by where it starts.
@@ -145,11 +144,8 @@ bool NextMove(MovePicker& picker, Move& move) {
     case kContinuations:
       if (TakeContinuation(picker, move)) return true;
       picker.from_pv = false;
-      // The root's moves carry their scores of the iteration before.
-      if (ply == 0) {
-        picker.stage = kRest;
-        return NextMove(picker, move);
-      }
+      // The root's moves carry their scores of the iteration before, which stand for all stages.
+      if (ply == 0) return TakeRest(picker, move);
       [[fallthrough]];
     case kScoreTactical:
       ScoreTactical(picker);
@@ -158,16 +154,11 @@ bool NextMove(MovePicker& picker, Move& move) {
     case kTactical:
       if (TakeBest(picker, move)) return true;
       [[fallthrough]];
-    case kScoreQuiet:
-      ScoreQuiet(picker);
-      picker.stage = kRest;
-      [[fallthrough]];
-    case kRest:
-      if (TakeBest(picker, move)) return true;
-      picker.stage = kExhausted;
-      [[fallthrough]];
-    default: return false;
+    case kScoreQuiet: ScoreQuiet(picker); [[fallthrough]];
+    case kRest: return TakeRest(picker, move);
+    case kExhausted: break;
   }
+  return false;
 }
 
 void QSort(int first, int last) {

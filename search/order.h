@@ -7,10 +7,22 @@
 
 namespace tarvyle {
 
+// Where a picker stands. A stage that has nothing to give passes on to the next.
+enum PickStage : int {
+  kFirstMove,          // begins; offers the move to try first
+  kFindContinuations,  // looks the path up in the tree of principal variations
+  kContinuations,      // offers the moves by which stored lines go on
+  kScoreTactical,      // gathers captures, promotions, the table's move and killers
+  kTactical,           // offers those, best first unless presorted
+  kScoreQuiet,         // gives the others their values
+  kRest,               // offers them, best first; at the root all moves not yet offered
+  kExhausted,          // nothing is left
+};
+
 // State of a node's staged move picker. A node sets on_pv, tt_move and first_move before the first
 // call of NextMove.
 struct MovePicker {
-  int stage = 0;           // 0..7, see NextMove
+  PickStage stage = kFirstMove;
   int next = 0;            // index in `tree` of the next candidate
   int end = 0;             // end of the current segment
   bool presorted = false;  // the capture segment was sorted whole

@@ -460,7 +460,7 @@ TEST_F(Ordering, AfterTheLastMoveThereIsNone) {
   Move move = 77;
   for (int i = 0; i < 3; ++i) EXPECT_FALSE(NextMove(picker, move));
   EXPECT_EQ(move, 77u);
-  EXPECT_EQ(picker.stage, 7);
+  EXPECT_EQ(picker.stage, kExhausted);
 }
 
 TEST_F(Ordering, EmptyListOffersNothing) {
