@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <span>
+#include <utility>
 
 #include "base/message.h"
 #include "position/attack.h"
@@ -23,21 +25,33 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kDeepestStage1 = 39;
+constexpr int kFirstIteration = 2;
+constexpr int kLastIteration = 39;      // of the search for the best move
 constexpr int kCandidateMargin = 2000;  // two pawns below the best move
 constexpr int kNearEqual = 5;
+
+// Values beyond these leave the range of an int after one play-out or two more.
 constexpr int kLeastValue = std::numeric_limits<int>::min() + 2;
 constexpr int kGreatestValue = std::numeric_limits<int>::max() - 2;
 
-// What stage 1 found; no move when the clock stopped before any was resolved.
+// What the first stage found; no move when the clock stopped before any was resolved.
 struct BestMove {
   Move move;
   int score;
   int depth;
 };
 
+// The best move and, behind it, what comes close to it, in the order found.
+struct Candidates {
+  Candidate moves[kMaxListMoves];
+  int count = 0;
+
+  std::span<Candidate> All() { return {moves, moves + count}; }
+};
+
 double Seconds(int hundredths) { return hundredths / 100.0; }
 
+// Each stage has its own part of the allowance and a clock started anew.
 void StartStage(int allowance) {
   limit_time = allowance;
   TimeReset();
@@ -46,14 +60,14 @@ void StartStage(int allowance) {
 // Root moves set aside lie before treeCnt[0]; searches see those from there on.
 int RemainingMoves() { return treeCnt[1] - treeCnt[0]; }
 
-void SetAside(Move move, int score) {
-  PickMove(move, treeCnt[0], treeCnt[1] - 1);
-  sort_val[treeCnt[0]] = score;
+void SetAside(Candidates& candidates, Candidate one) {
+  PickMove(one.move, treeCnt[0], treeCnt[1] - 1);
   ++treeCnt[0];
+  candidates.moves[candidates.count++] = one;
 }
 
-// The lines that are published stay in `pv_table`: the next ordinary search takes them into its
-// tree after its first iteration.
+// The move found last is tried first. The lines that are published stay in `pv_table`: the next
+// ordinary search takes them into its tree after its first iteration.
 int SearchRoot(int alpha, int depth) {
   s_depth = depth;
   return main_search({.alpha = alpha,
@@ -66,21 +80,26 @@ int SearchRoot(int alpha, int depth) {
 
 // The last root result that was published counts, be it of an interrupted iteration.
 BestMove FindBestMove() {
-  for (int depth = 2; depth <= kDeepestStage1 && StopSearch() == 0; ++depth) {
+  for (int depth = kFirstIteration; depth <= kLastIteration && StopSearch() == 0; ++depth) {
     SearchRoot(-kInfinity, depth);
   }
   return {search_mv, search_score, search_depth};
 }
 
-// One pass over the remaining moves. True when it has set a candidate aside.
-bool FindCandidate(const BestMove& best, int floor) {
+// One pass over the remaining moves, in search of one that scores above `floor` at the depth of the
+// best move. True when it has set a candidate aside.
+bool FindCandidate(const BestMove& best, int floor, Candidates& candidates) {
+  // Scores of the passes before shall not settle nodes of this one; their moves still guide it.
   HashDepthLow();
-  for (int depth = 2; depth <= best.depth && StopSearch() == 0; ++depth) {
+  for (int depth = kFirstIteration; depth <= best.depth && StopSearch() == 0; ++depth) {
     const int score = SearchRoot(floor, depth);
-    if (is_stop_search != 0) return false;
+    if (is_stop_search != 0) return false;  // half an iteration proves nothing
+    // The result published last is one of this pass that is not deep enough yet. Where the pass has
+    // published none so far, it is that of the move set aside last, which is: then nothing has got
+    // above the floor even in a shallow search, and the next line ends the pass.
     if (search_depth < best.depth) continue;
     if (score <= floor) return false;
-    SetAside(search_mv, search_score);
+    SetAside(candidates, {search_mv, search_score});
     Message("#----> find kandidat move %s, score %d, depth %d\n", MoveToStr(search_mv),
             search_score, search_depth);
     return true;
@@ -88,72 +107,66 @@ bool FindCandidate(const BestMove& best, int floor) {
   return false;
 }
 
-void FindCandidates(const BestMove& best) {
+// Each pass finds the best of what remains, so the first that finds nothing is the last.
+void FindCandidates(const BestMove& best, Candidates& candidates) {
   Message("#----> search kandidate's moves ...  time = %02f \n", Seconds(limit_time));
   const int floor = std::max(best.score - kCandidateMargin, -kInfinity);
-  while (RemainingMoves() > 0 && FindCandidate(best, floor)) {
+  while (RemainingMoves() > 0 && FindCandidate(best, floor, candidates)) {
   }
 }
 
-// Random play-outs after each of the first `count` root moves in turn, while the time lasts. Those
-// that the stop cuts short change nothing: their result is 0.
-void AddPlayouts(int count) {
-  while (StopSearch() == 0) {
-    for (int i = 0; i < count; ++i) {
-      MakeMove(tree[i]);
-      sort_val[i] -= RndSearch();
-      UnMakeMove(tree[i]);
-      if (sort_val[i] < kLeastValue || sort_val[i] > kGreatestValue) return;
-    }
-  }
+// Brings the candidate of the greatest value to the front, the first of equals. The one that stood
+// there takes its place.
+void BringGreatest(std::span<Candidate> candidates) {
+  const auto less = [](const Candidate& a, const Candidate& b) { return a.value < b.value; };
+  std::swap(candidates.front(), *std::max_element(candidates.begin(), candidates.end(), less));
 }
 
-void PrintResult(int count) {
+void PrintInOrder(std::span<Candidate> candidates) {
   Message("# ----> result of search \n");
-  for (int i = 0; i < count; ++i) {
-    Pick(i, count - 1);
-    Message("#move %s, score %d\n", MoveToStr(tree[i]), sort_val[i]);
+  for (; !candidates.empty(); candidates = candidates.subspan(1)) {
+    BringGreatest(candidates);
+    const Candidate& one = candidates.front();
+    Message("#move %s, score %d\n", MoveToStr(one.move), one.value);
   }
 }
 
-// Brings the move to play to the front of the `count` moves set aside.
-void DecideAmong(int count) {
-  if (sort_val[0] > sort_val[1] || sort_val[1] - sort_val[0] > kNearEqual) {
+// A candidate may have come out above the best move, having been searched later. By a little, that
+// is chance as well; when the best move is the better one it stays so.
+bool LeadersAreNearEqual(std::span<const Candidate> candidates) {
+  const int lead = candidates[1].value - candidates[0].value;
+  return lead >= 0 && lead <= kNearEqual;
+}
+
+Candidate DecideAmong(std::span<Candidate> candidates) {
+  if (LeadersAreNearEqual(candidates)) {
+    Message("#-----> stage2: assign additional random score,  time = %02f \n", Seconds(limit_time));
+    AddPlayouts(candidates);
+    PrintInOrder(candidates);
+  } else {
     Message("#skip random score (result undefined) \n");
-    Pick(0, count - 1);
-    return;
+    BringGreatest(candidates);
   }
-  Message("#-----> stage2: assign additional random score,  time = %02f \n", Seconds(limit_time));
-  AddPlayouts(count);
-  PrintResult(count);
+  return candidates.front();
 }
 
-// Runs the stages and leaves the chosen move, with its value, first in the root list.
-void ChooseAmong(const BestMove& best, int allowance) {
+// The stages after the first.
+Candidate ChooseAmong(const BestMove& best, int allowance) {
   StartStage(allowance * 90 / 100);
-  SetAside(best.move, best.score);
+  const Candidate first{best.move, best.score};
+  Candidates candidates;
+  SetAside(candidates, first);
   Message("#----> find best move %s,    score %d, depth %d\n", MoveToStr(best.move), best.score,
           best.depth);
-  if (IsMating(best.score)) return;
-  FindCandidates(best);
-  const int count = treeCnt[0];
-  if (count == 1) {
+  if (IsMating(best.score)) return first;  // nothing can come close
+  FindCandidates(best, candidates);
+  if (candidates.count == 1) {
     Message("# find search. one move only \n");
-    return;
+    return first;
   }
   StartStage(allowance / 10);
-  treeCnt[0] = 0;
-  treeCnt[1] = count;
-  DecideAmong(count);
-}
-
-void Report(Move move, int score, int depth) {
-  if (move == 0) {
-    Message("# move not fond ?!! \n");
-    return;
-  }
-  Message("# select move: %s, %d \n", MoveToStr(move), score);
-  LearnResult(score, depth);
+  treeCnt[0] = 0;  // nothing is set aside any more: play-outs list their moves behind the root's
+  return DecideAmong(candidates.All());
 }
 
 // The search proper, for a root with several moves. Returns the chosen move, or 0.
@@ -161,15 +174,31 @@ Move SearchStages(int allowance) {
   StartStage(allowance / 2);
   Message("#------> stage1 - search best move, time = %02f \n", Seconds(limit_time));
   const BestMove best = FindBestMove();
-  if (best.move != 0) ChooseAmong(best, allowance);
-  const Move chosen = best.move != 0 ? tree[0] : 0;
-  Report(chosen, sort_val[0], best.depth);
+  Candidate chosen{0, 0};
+  if (best.move != 0) {
+    chosen = ChooseAmong(best, allowance);
+    Message("# select move: %s, %d \n", MoveToStr(chosen.move), chosen.value);
+    LearnResult(chosen.value, best.depth);  // the depth of the stage that all were compared at
+  } else {
+    Message("# move not fond ?!! \n");
+  }
   treeCnt[0] = 0;
   treeCnt[1] = 0;
-  return chosen;
+  return chosen.move;
 }
 
 }  // namespace
+
+void AddPlayouts(std::span<Candidate> candidates) {
+  while (StopSearch() == 0) {
+    for (Candidate& one : candidates) {
+      MakeMove(one.move);
+      one.value -= RndSearch();  // the result of the opponent, who is to move
+      UnMakeMove(one.move);
+      if (one.value < kLeastValue || one.value > kGreatestValue) return;
+    }
+  }
+}
 
 bool Rnd_Root_Search(Move& move) {
   const std::uint32_t begin = TICK_COUNT();
@@ -190,6 +219,7 @@ bool Rnd_Root_Search(Move& move) {
     Message("# find move from open. book \n");
     return true;
   }
+  // Chance decides in what order the first iteration takes them.
   for (int i = 0; i < count; ++i) sort_val[i] = std::rand() & 15;
   move = SearchStages(allowance);
   limit_time = allowance;

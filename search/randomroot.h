@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "position/types.h"
 
 namespace tarvyle {
@@ -9,6 +11,17 @@ namespace tarvyle {
 // for random play-outs. Reports its stages on standard output. Writes the move and returns true, or
 // returns false when there is none. `limit_time` is the same afterwards.
 bool Rnd_Root_Search(Move& move);
+
+// A move that may be played, with its score and what play-outs add to it.
+struct Candidate {
+  Move move;
+  int value;
+};
+
+// Plays random games after each candidate in turn, while the time lasts, and adds their results to
+// its value. A game that the stop cuts short adds nothing. Ends at once with a value that comes
+// near the end of an int's range.
+void AddPlayouts(std::span<Candidate> candidates);
 
 // Plays random moves to the end from the current position. The result is the side to move's: -1
 // when it is the one that is checkmated in the end, 1 when the other is, 0 for everything else, a

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <string>
 
 #include "search/randomroot.h"
 #include "tests/support/randomsearch_support.h"
@@ -20,21 +19,16 @@ namespace {
 constexpr int kLowest = std::numeric_limits<int>::min();
 constexpr int kHighest = std::numeric_limits<int>::max();
 
-// Stands still until the play-outs; their time is over at the tenth reading. At their first poll
-// the first move gets a value that two thousand million play-outs would have to lead to.
+// Each reading is one poll; at the tenth the time is over.
 struct PlayoutClock {
-  int value = 0;
   int polls = -1;  // the first reading is no poll
   std::uint32_t now = 0;
 };
 PlayoutClock playout_clock;
 
 std::uint32_t ReadPlayoutClock() {
-  if (StageOf(limit_time) == 2) {
-    if (++playout_clock.polls == 1) sort_val[0] = playout_clock.value;
-    playout_clock.now += 100;
-  }
-  return playout_clock.now;
+  ++playout_clock.polls;
+  return playout_clock.now += 100;
 }
 
 using PlayoutLimits = SearchTest;
@@ -62,19 +56,31 @@ TEST_F(PlayoutLimits, ValuesAtTheEndsOfTheirRangeEndTheStage) {
     SCOPED_TRACE(row.value);
     ASSERT_TRUE(FreshProcess());
     GoTo(kFortress);  // every play-out is a draw and leaves the values as they are
-    playout_clock = {row.value};
+    ASSERT_TRUE(LegalMoveList());
+    Candidate candidates[] = {{tree[0], row.value}, {tree[1], 5}};
+    playout_clock = {};
     world = {ReadPlayoutClock, ReadTestSeed};
-    is_rnd_search = 1;
-    limit_time = kAllowance;
-    Move move = 0;
-    const std::string text = Printed([&] { EXPECT_TRUE(SearchMove(move)); });
-    EXPECT_NE(text.find(", score " + std::to_string(row.value) + "\n"), std::string::npos) << text;
-    if (row.ends) {
-      EXPECT_EQ(playout_clock.polls, 1);
-    } else {
-      EXPECT_GE(playout_clock.polls, 9);
-    }
+    limit_time = 100;
+    TimeReset();
+    AddPlayouts(candidates);
+    EXPECT_EQ(candidates[0].value, row.value);
+    EXPECT_EQ(candidates[1].value, 5);
+    EXPECT_EQ(cnt_nodes < 4096, row.ends);
+    EXPECT_EQ(playout_clock.polls > 8, !row.ends);
+    EXPECT_EQ(is_stop_search != 0, !row.ends);
   }
+}
+
+TEST_F(PlayoutLimits, ValueOfAnyCandidateEndsTheStage) {
+  GoTo(kFortress);
+  ASSERT_TRUE(LegalMoveList());
+  Candidate candidates[] = {{tree[0], 5}, {tree[1], kLowest + 1}, {tree[2], 5}};
+  world = {ReadPlayoutClock, ReadTestSeed};
+  limit_time = 100;
+  TimeReset();
+  AddPlayouts(candidates);
+  EXPECT_LT(cnt_nodes, 4096u);
+  EXPECT_EQ(is_stop_search, 0);
 }
 
 }  // namespace
