@@ -5,12 +5,6 @@
 
 namespace tarvyle {
 
-int limit_time = kDefaultLimit;
-int start_time = 0;
-int curr_time = 0;
-std::uint64_t cnt_nodes = 0;
-int is_stop_search = 0;
-
 World world = {RealMilliseconds, RealSeed};
 
 namespace {

@@ -2,21 +2,28 @@
 
 #include <cstdint>
 
+#include "search/settings.h"  // IWYU pragma: export
+
 // The clock, the node counter and the stop flag of a search.
 
 namespace tarvyle {
 
-inline constexpr int kDefaultLimit = 750;  // 1/100 s
+// The clock of one stage: of an ordinary search as a whole, or of each part of a randomised one
+// that has an allowance of its own. Begun by TimeReset; written in clock.cpp alone.
+struct SearchClock {
+  int start_time = 0;           // clock reading at the start, 1/100 s
+  int curr_time = 0;            // last clock reading, 1/100 s
+  std::uint64_t cnt_nodes = 0;  // the nodes since the start, above `world.first_count`
+  int is_stop_search = 0;       // 1 once the time is used up, or something else has ended the stage
 
-// Allowance for one move, 1/100 s. Set by configuration and commands; a randomised search and
-// host/engine.h set it for their own time and put it back.
-extern int limit_time;
-extern int start_time;           // clock reading at the start of the search, 1/100 s
-extern int curr_time;            // last clock reading of the search, 1/100 s
-extern std::uint64_t cnt_nodes;  // world.first_count and the nodes since TimeReset (see StopSearch)
-// 1 once the time is used up, until the next TimeReset. A root hook may set it as well, to end the
-// search after an iteration or with a line.
-extern int is_stop_search;
+  bool operator==(const SearchClock&) const = default;
+};
+inline SearchClock search_clock;
+
+inline constexpr auto& start_time = search_clock.start_time;
+inline constexpr auto& curr_time = search_clock.curr_time;
+inline constexpr auto& cnt_nodes = search_clock.cnt_nodes;
+inline constexpr auto& is_stop_search = search_clock.is_stop_search;
 
 // What a search takes from the world outside: a clock in milliseconds, and a seed for the random
 // generator. Tests, benchmarks and tools put their own in place; the last two are theirs alone.

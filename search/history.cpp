@@ -9,8 +9,6 @@
 
 namespace tarvyle {
 
-int history[1024];
-
 namespace {
 
 void CompressHistory() {

@@ -1,15 +1,13 @@
 #pragma once
 
 #include "position/types.h"
+#include "search/state.h"
 
-// The history table, which orders quiet moves, and the killer moves.
+// The rules of the history table, which orders quiet moves.
 
 namespace tarvyle {
 
 inline constexpr int MAX_HIST = 32000;
-
-// Counters by (colour * 8 + piece) * 64 + target square, 0..MAX_HIST; codes 0 and 7 stay 0.
-extern int history[1024];
 
 inline int& History(int colour, Move move) {
   return history[(colour * 8 + PieceOf(move)) * 64 + TargetOf(move)];

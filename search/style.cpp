@@ -4,8 +4,6 @@
 
 namespace tarvyle {
 
-int PLAY_STYLE = kKnowledge3;
-
 const char* const play_style_str[3] = {"knowledge1", "knowledge2", "knowledge3"};
 
 bool load_play_style(const char* name) {

@@ -9,7 +9,8 @@
 
 The comment of a declaration stands behind it or above it; above, it holds up to the next blank line
 or comment. Constants, aliases, enumerations and functions defined in the header may go without one
-(their definition says it all) and are then left out of the document.
+(their definition says it all) and are then left out of the document. A name for a field of a record,
+`inline constexpr auto& field = record.field;`, has the comment of the field.
 """
 
 import re
@@ -67,10 +68,27 @@ def needs_comment(code: str) -> bool:
     return not re.match(r"using|enum|(template\s*<[^>]*>\s*)?(inline|constexpr)\b", code)
 
 
+def field_comments(text: str) -> dict[str, str]:
+    """The comments of the fields of all records, by the names of the fields."""
+    found = {}
+    above: list[str] = []
+    for line in text.splitlines():
+        code, _, comment = (part.strip() for part in line.partition("//"))
+        if not code:
+            above = [*above, comment] if comment else []
+        elif match := re.match(r"\s+[\w:<>]+ (\w+)[\[ ;]", line):
+            found[match[1]] = comment or " ".join(above)
+            above = []
+        else:
+            above = []
+    return found
+
+
 def declarations(path: Path) -> Iterator[Declaration]:
     """The declarations of one header, in its order."""
     text = re.sub(r".*?^namespace tarvyle(?:::\w+)? {$", "", path.read_text(encoding="utf-8"), count=1,
                   flags=re.DOTALL | re.MULTILINE)
+    fields = field_comments(text)
     above: list[str] = []
     above_is_open = False  # the line before was part of the comment
     code = ""
@@ -93,6 +111,8 @@ def declarations(path: Path) -> Iterator[Declaration]:
             continue
         if name := name_of(code):
             own = "" if "{" in code or behind.startswith("NOLINT") else behind
+            if re.match(rf"inline constexpr auto& {name} =", code):
+                own = fields[name]
             yield Declaration(path.parent.name, path.name, name, own or " ".join(above),
                               needs_comment(code))
         code = ""

@@ -18,11 +18,11 @@ namespace {
 // Read before any test runs: what a process starts with.
 const int kNullMoveAtStart = search_tree_width_null_move_cut;
 
-using SearchState = SearchTest;
+using StateRecords = SearchTest;
 
-TEST_F(SearchState, NullMoveIsOnAtTheStart) { EXPECT_EQ(kNullMoveAtStart, 1); }
+TEST_F(StateRecords, NullMoveIsOnAtTheStart) { EXPECT_EQ(kNullMoveAtStart, 1); }
 
-TEST_F(SearchState, ArraysHoldEveryPlyThatASearchCanReach) {
+TEST_F(StateRecords, ArraysHoldEveryPlyThatASearchCanReach) {
   EXPECT_GE(std::size(gl_find_move), 99u);
   EXPECT_GE(std::size(killer), 99u);
   EXPECT_GE(std::size(pv_killer), 99u);
@@ -32,7 +32,7 @@ TEST_F(SearchState, ArraysHoldEveryPlyThatASearchCanReach) {
   EXPECT_GE(std::size(search_list), 501u);
 }
 
-TEST_F(SearchState, ReasonsHaveTheirCodes) {
+TEST_F(StateRecords, ReasonsHaveTheirCodes) {
   EXPECT_EQ(kNoCut, 0);
   EXPECT_EQ(kNullMoveCut, 1);
   EXPECT_EQ(kTableCut, 2);

@@ -1,0 +1,30 @@
+#pragma once
+
+// What the configuration and the commands set for every search to come.
+
+namespace tarvyle {
+
+inline constexpr int kDefaultLimit = 750;  // 1/100 s
+
+// How the nodes of the principal variation probe their moves, and whether others reduce late ones.
+enum PlayStyle : int {
+  kKnowledge1,  // probes from one depth less on, root moves searched fully anyway; no reductions
+  kKnowledge2,  // probes once; verifies a move that fails low, the best reply to it left out
+  kKnowledge3,  // probes from one depth less on; verifies so, at half the depth
+};
+
+// Lives as long as the process.
+struct SearchSettings {
+  int limit_time = kDefaultLimit;  // allowance for one move, 1/100 s; set through clock.h
+  int PLAY_STYLE = kKnowledge3;    // the style in use; set through load_play_style
+  int is_rnd_search = 0;  // 1: the randomised root search is on; set by configuration and commands
+
+  bool operator==(const SearchSettings&) const = default;
+};
+inline SearchSettings search_settings;
+
+inline constexpr auto& limit_time = search_settings.limit_time;
+inline constexpr auto& PLAY_STYLE = search_settings.PLAY_STYLE;
+inline constexpr auto& is_rnd_search = search_settings.is_rnd_search;
+
+}  // namespace tarvyle
