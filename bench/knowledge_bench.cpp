@@ -24,7 +24,7 @@
 #include "position/text.h"
 #include "position/types.h"
 #include "search/clock.h"
-#include "search/reset.h"
+#include "search/lifetimes.h"
 #include "search/root.h"
 #include "search/status.h"
 
@@ -136,7 +136,7 @@ void SearchBesideLearnTable(benchmark::State& state) {
   for (auto _ : state) {
     ply = 0;
     InitGame(kMiddleGame);
-    ResetSearchState();
+    ForgetSearches();
     Move move = 0;
     if (!SearchMove(move)) state.SkipWithError("no move");
     nodes += cnt_nodes;

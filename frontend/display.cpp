@@ -5,7 +5,7 @@
 #include <string>
 
 #include "book/epd.h"
-#include "frontend/state.h"
+#include "frontend/console.h"
 #include "position/record.h"
 #include "position/text.h"
 #include "position/types.h"

@@ -12,7 +12,7 @@
 #include "base/property.h"
 #include "base/replace.h"
 #include "book/learnfile.h"
-#include "frontend/state.h"
+#include "frontend/console.h"
 
 namespace tarvyle {
 

@@ -9,10 +9,10 @@
 #include <string>
 
 #include "frontend/commands.h"
+#include "frontend/console.h"
 #include "frontend/display.h"
 #include "frontend/exit.h"
 #include "frontend/startup.h"
-#include "frontend/state.h"
 
 namespace tarvyle {
 

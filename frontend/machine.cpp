@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
+#include "frontend/console.h"
 #include "frontend/display.h"
-#include "frontend/state.h"
 #include "position/attack.h"
 #include "position/game.h"
 #include "position/legal.h"

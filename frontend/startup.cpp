@@ -14,13 +14,12 @@
 #include "book/book.h"
 #include "book/learnfile.h"
 #include "eval/scoretable.h"
-#include "frontend/state.h"
+#include "frontend/console.h"
 #include "position/attack.h"
 #include "position/setup.h"
 #include "search/clock.h"
 #include "search/hashinit.h"
-#include "search/reset.h"
-#include "search/state.h"
+#include "search/lifetimes.h"
 #include "search/style.h"
 
 namespace tarvyle {
@@ -74,7 +73,7 @@ void ApplyTimeSetting() {
       static_cast<std::uint32_t>(std::atoi(property_get("time search default seconds")));
   const int hundredths = static_cast<int>(seconds * 100u);
   if (hundredths == 0) std::puts("#warning: limit time error in cfg file ");
-  limit_time = std::clamp(hundredths, kLeastTime, kGreatestTime);
+  SetAllowance(std::clamp(hundredths, kLeastTime, kGreatestTime));
 }
 
 void NameSavedGame() { std::strcpy(game_fname, ConCat("tarvyle_save_game.dat")); }
@@ -122,18 +121,9 @@ void ApplySettings() {
 
 void ResetProcess() {
   property_clear();
-  ResetEngine();
-  limit_time = kDefaultLimit;
-  is_rnd_search = 0;
-  PLAY_STYLE = kKnowledge3;
-  prev_inst = 0;
-  learn_file_stays = 0;
-  is_xboard = 0;
-  is_glintview = 0;
-  stop = 0;
-  cnt_warning = 0;
+  console = {};
   NameSavedGame();
-  old_print_fen[0] = '\0';
+  BeginProcess();
 }
 
 void StartUp() {

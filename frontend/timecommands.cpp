@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "frontend/console.h"
 #include "frontend/display.h"
-#include "frontend/state.h"
 #include "position/record.h"
 #include "search/clock.h"
 
@@ -46,12 +46,12 @@ void SetTimePerMove(const char* seconds) {
   const double hundredths = std::trunc(number * 100);
   if (hundredths < kLeastPerMove) {
     std::fputs("# warning:  time = 4 sec \n", stderr);
-    limit_time = kLeastPerMove;
+    SetAllowance(kLeastPerMove);
   } else if (hundredths > kGreatestPerMove) {
     std::fputs("# warning:  time = 100 sec \n", stderr);
-    limit_time = kGreatestPerMove;
+    SetAllowance(kGreatestPerMove);
   } else {
-    limit_time = static_cast<int>(hundredths);
+    SetAllowance(static_cast<int>(hundredths));
   }
 }
 
@@ -63,7 +63,7 @@ void SetTimeByClock(const char* hundredths) {
   } else if (per_move < kLeastByClock) {
     WarnOfClamp("# warning:  time = 7 sec \n");
   }
-  limit_time = std::clamp(per_move, kLeastByClock, kGreatestByClock);
+  SetAllowance(std::clamp(per_move, kLeastByClock, kGreatestByClock));
 }
 
 }  // namespace tarvyle

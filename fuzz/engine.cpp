@@ -10,12 +10,8 @@
 #include "frontend/startup.h"
 #include "host/engine.h"
 #include "host/nodelimit.h"
-#include "position/directions.h"
-#include "position/movestack.h"
-#include "position/record.h"
-#include "position/setup.h"
-#include "position/types.h"
 #include "search/clock.h"
+#include "search/lifetimes.h"
 
 namespace tarvyle::fuzz {
 
@@ -53,13 +49,7 @@ void StartOnce() {
   static_cast<void>(started);
 }
 
-void FreshPosition() {
-  ply = 0;
-  treeCnt[0] = 0;
-  treeCnt[1] = 0;
-  set_dir(White);
-  InitNewGame();
-}
+void FreshPosition() { BeginGame(); }
 
 void FreshProcess() {
   ResetProcess();

@@ -15,7 +15,7 @@
 #include "position/text.h"
 #include "search/hash.h"
 #include "search/hashinit.h"
-#include "search/reset.h"
+#include "search/lifetimes.h"
 #include "search/root.h"
 #include "search/state.h"
 
@@ -58,13 +58,13 @@ bool StartEngine(int entries) {
   static_cast<void>(attacks_are_known);
   const bool fits = hash[White] != nullptr && Hash_Size == entries;
   if (!fits && !HashAllocate(entries)) return false;
-  ResetEngine();
+  ForgetAll();
   InitEvaluate();
   return true;
 }
 
 bool FreshProcess(const std::string& book_file) {
-  ResetEngine();
+  ForgetAll();
   return book_file.empty() || ReadLibFile(book_file.c_str());
 }
 
@@ -84,17 +84,16 @@ int StaticScore() {
 
 bool SearchWith(const SearchSetting& setting, Move& move) {
   const World outside = world;
-  const int allowance = limit_time;
+  const AllowanceGuard guard;
   const RootHooks hooks = root_hooks;
   const auto sink = status_sink;
   world = setting.world;
-  limit_time = setting.allowance;
+  SetAllowance(setting.allowance);
   root_hooks = setting.hooks;
   status_sink = setting.on_line;
   const bool found = SearchMove(move);
   status_sink = sink;
   root_hooks = hooks;
-  limit_time = allowance;
   world = outside;
   return found;
 }

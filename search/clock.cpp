@@ -30,9 +30,11 @@ std::uint32_t TICK_COUNT() { return tick_cnt() / 10; }
 
 void SeedRandom() { std::srand(world.seed()); }
 
+void SetAllowance(int hundredths) { limit_time = hundredths; }
+
 void TimeReset() {
-  cnt_nodes = world.first_count;
-  is_stop_search = 0;
+  search_clock = {};
+  if (world.first_count != nullptr) cnt_nodes = world.first_count();
   start_time = Now();
   curr_time = start_time;
 }
@@ -41,11 +43,12 @@ int StopSearch() {
   ++cnt_nodes;
   if ((cnt_nodes & kPollMask) != 0 || is_stop_search != 0) return is_stop_search;
   curr_time = Now();
-  // A clock that went back, or wrapped, starts the search's time anew.
   if (curr_time < start_time) start_time = curr_time;
   if (curr_time - start_time >= limit_time * 95 / 100) is_stop_search = 1;
   if (world.should_stop != nullptr && world.should_stop()) is_stop_search = 1;
   return is_stop_search;
 }
+
+void StopNow() { is_stop_search = 1; }
 
 }  // namespace tarvyle

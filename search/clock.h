@@ -32,9 +32,9 @@ struct World {
   unsigned (*seed)();
   // Asked whenever the clock is read: true stops the search. Null: only the clock does.
   bool (*should_stop)() = nullptr;
-  // Where the node counter of a search starts. The clock is read each time the counter reaches a
-  // multiple of kNodesPerPoll: this decides at which nodes.
-  std::uint64_t first_count = 0;
+  // Asked at the start of each stage: where its node counter begins. The clock is read each time
+  // the counter reaches a multiple of kNodesPerPoll: this decides at which nodes. Null: at 0.
+  std::uint64_t (*first_count)() = nullptr;
 };
 extern World world;
 
@@ -54,13 +54,31 @@ std::uint32_t TICK_COUNT();
 // Seeds the C library's random generator, from which every random choice is drawn.
 void SeedRandom();
 
-// Starts the clock of a new search: no stop, and the node counter at `world.first_count`, which is
-// 0 unless a tool counts towards a limit of its own.
+// Sets the allowance for one move, 1/100 s, from now on.
+void SetAllowance(int hundredths);
+
+// Gives the allowance back that there was, whatever has been set meanwhile.
+class AllowanceGuard {
+ public:
+  AllowanceGuard() = default;
+  ~AllowanceGuard() { SetAllowance(own_); }
+  AllowanceGuard(const AllowanceGuard&) = delete;
+  AllowanceGuard& operator=(const AllowanceGuard&) = delete;
+
+ private:
+  int own_ = limit_time;
+};
+
+// Starts the clock of a new stage: no stop, and the node counter at 0, or where the world wants it.
 void TimeReset();
 
 // Counts one node and returns the stop flag. When the counter comes to a multiple of kNodesPerPoll
 // it reads the clock first and sets the flag when 95 % of `limit_time` have passed; the rest is
-// left for unwinding. Then, too, it asks `world.should_stop`.
+// left for unwinding. Then, too, it asks `world.should_stop`. A clock that went back, or wrapped,
+// moves `start_time`: what has passed is measured anew from there.
 int StopSearch();
+
+// Ends the stage at its next node; for root hooks, after an iteration or with a line.
+void StopNow();
 
 }  // namespace tarvyle

@@ -17,7 +17,6 @@
 #include "search/order.h"
 #include "search/result.h"
 #include "search/state.h"
-#include "search/style.h"
 
 namespace tarvyle {
 

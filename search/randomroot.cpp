@@ -16,6 +16,7 @@
 #include "position/text.h"
 #include "search/clock.h"
 #include "search/hash.h"
+#include "search/lifetimes.h"
 #include "search/mainsearch.h"
 #include "search/order.h"
 #include "search/rootentry.h"
@@ -53,7 +54,7 @@ double Seconds(int hundredths) { return hundredths / 100.0; }
 
 // Each stage has its own part of the allowance and a clock started anew.
 void StartStage(int allowance) {
-  limit_time = allowance;
+  SetAllowance(allowance);
   TimeReset();
 }
 
@@ -69,7 +70,7 @@ void SetAside(Candidates& candidates, Candidate one) {
 // The move found last is tried first. The lines that are published stay in `pv_table`: the next
 // ordinary search takes them into its tree after its first iteration.
 int SearchRoot(int alpha, int depth) {
-  s_depth = depth;
+  BeginIteration(depth);
   return main_search({.alpha = alpha,
                       .beta = kInfinity,
                       .depth = depth,
@@ -171,6 +172,7 @@ Candidate ChooseAmong(const BestMove& best, int allowance) {
 
 // The search proper, for a root with several moves. Returns the chosen move, or 0.
 Move SearchStages(int allowance) {
+  const AllowanceGuard guard;  // each stage has a share
   StartStage(allowance / 2);
   Message("#------> stage1 - search best move, time = %02f \n", Seconds(limit_time));
   const BestMove best = FindBestMove();
@@ -202,7 +204,6 @@ void AddPlayouts(std::span<Candidate> candidates) {
 
 bool Rnd_Root_Search(Move& move) {
   const std::uint32_t begin = TICK_COUNT();
-  const int allowance = limit_time;
   Message("search move ... \n");
   init_search();
   if (!ListRootMoves()) {
@@ -221,8 +222,7 @@ bool Rnd_Root_Search(Move& move) {
   }
   // Chance decides in what order the first iteration takes them.
   for (int i = 0; i < count; ++i) sort_val[i] = std::rand() & 15;
-  move = SearchStages(allowance);
-  limit_time = allowance;
+  move = SearchStages(limit_time);
   Message("#search time %02f \n", Seconds(static_cast<int>(TICK_COUNT() - begin)));
   return move != 0;
 }

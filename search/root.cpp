@@ -10,6 +10,7 @@
 #include "pv/tree.h"
 #include "search/clock.h"
 #include "search/history.h"
+#include "search/lifetimes.h"
 #include "search/mainsearch.h"
 #include "search/order.h"
 #include "search/randomroot.h"
@@ -51,7 +52,7 @@ int SearchWindow(int alpha, int beta, int depth) {
 
 // One iteration; a mate score is searched again with a window that holds it.
 int Iterate(int depth) {
-  s_depth = depth;
+  BeginIteration(depth);
   int score = SearchWindow(-kMateWindow, kMateWindow, depth);
   if (is_stop_search == 0 && score <= -kMateWindow) {
     score = SearchWindow(-kInfinity, kMateWindow, depth);
@@ -87,11 +88,10 @@ bool SearchMove(Move& move) {
   if (is_rnd_search != 0) return Rnd_Root_Search(move);
 
   SeedRandom();
-  PrepareRoot();
+  BeginSearch();
   if (!ListRootMoves()) return false;
   const int count = ListLength();
   RndMovesWithLib(0, count - 1);
-  pvReset(pv_tree);
   OrderRootMoves(count);
   if (BookAnswers(count, move)) return true;
   PrepareHistory();

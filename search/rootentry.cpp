@@ -7,16 +7,10 @@
 #include "base/property.h"
 #include "book/book.h"
 #include "book/learn.h"
-#include "eval/scoretable.h"
-#include "position/directions.h"
 #include "position/legal.h"
 #include "position/movestack.h"
-#include "position/record.h"
 #include "pv/line.h"
 #include "pv/tree.h"
-#include "search/clock.h"
-#include "search/hash.h"
-#include "search/history.h"
 #include "search/roothooks.h"
 #include "search/state.h"
 
@@ -30,38 +24,6 @@ bool IsAsked(Move move) {
 }
 
 }  // namespace
-
-void PrepareRoot() {
-  set_dir(g.side);
-  TimeReset();
-  InitEvaluate();
-  HashClear();
-  std::fill_n(killer, kPlyArray, 0);
-  std::fill_n(pv_killer, kPlyArray, 0);
-  std::fill_n(pv_line, kLineSize, 0);
-  search_mv = 0;
-  search_score = 0;
-  search_depth = 0;
-  root_side = g.side;
-  root_mtl[White] = g.material[White];
-  root_mtl[Black] = g.material[Black];
-  // Without queens a side may be better off not to move.
-  search_tree_width_null_move_cut =
-      g.piece_cnt[White][Queen] > 0 && g.piece_cnt[Black][Queen] > 0 ? 1 : 0;
-}
-
-void init_search() {
-  treeCnt[0] = 0;
-  treeCnt[1] = 0;
-  SeedRandom();
-  PrepareRoot();
-  set_rep();
-  HistoryInit(true);
-  pvReset(pv_tree);
-  std::fill_n(sort_val, kTreeSize, 0);
-}
-
-void set_rep() {}
 
 bool ListRootMoves() {
   if (!LegalMoveList()) return false;

@@ -2,20 +2,9 @@
 
 #include "position/types.h"
 
-// What both root searches do alike, before and after they search.
+// What both root searches do alike with their moves, before and after they search.
 
 namespace tarvyle {
-
-// Starts the clock, empties tables, killers and results, and takes over from the current position
-// what a search wants to know of its root.
-void PrepareRoot();
-
-// Resets the search for the current root altogether, history, tree of principal variations and
-// random generator included; used by the randomised root search.
-void init_search();
-
-// Does nothing; the hook for resetting the repetition state.
-void set_rep();
 
 // Builds the list of the root moves to search. False when there is none, or the position illegal.
 bool ListRootMoves();

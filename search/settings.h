@@ -15,7 +15,7 @@ enum PlayStyle : int {
 
 // Lives as long as the process.
 struct SearchSettings {
-  int limit_time = kDefaultLimit;  // allowance for one move, 1/100 s; set through clock.h
+  int limit_time = kDefaultLimit;  // allowance for one move, 1/100 s; set through SetAllowance
   int PLAY_STYLE = kKnowledge3;    // the style in use; set through load_play_style
   int is_rnd_search = 0;  // 1: the randomised root search is on; set by configuration and commands
 

@@ -5,7 +5,6 @@
 #include "position/types.h"
 #include "pv/line.h"
 #include "search/limits.h"  // IWYU pragma: export
-#include "search/settings.h"  // IWYU pragma: export
 
 // What the searches remember: a record for each lifetime. Every field is also known by its plain
 // name, a reference that costs nothing.

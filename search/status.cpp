@@ -5,7 +5,7 @@
 #include "base/message.h"
 #include "position/movestack.h"
 #include "position/text.h"
-#include "search/state.h"
+#include "search/settings.h"
 
 namespace tarvyle {
 

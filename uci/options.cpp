@@ -12,8 +12,7 @@
 #include "host/engine.h"
 #include "search/hash.h"
 #include "search/hashinit.h"
-#include "search/reset.h"
-#include "search/state.h"
+#include "search/lifetimes.h"
 #include "search/style.h"
 #include "uci/knowledge.h"
 #include "uci/output.h"
@@ -107,7 +106,7 @@ void SetOwnBook(bool on) {
 
 void ClearHash(const std::string& /*value*/) {
   HashClear();
-  ResetSearchState();
+  ForgetSearches();
 }
 
 constexpr std::array kOptionRows = {

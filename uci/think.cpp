@@ -81,7 +81,7 @@ bool ShouldStop() {
 
 void Enough() {
   thinking.enough = true;
-  is_stop_search = 1;
+  StopNow();
 }
 
 void NoteLine(const SearchStatus& status) {
@@ -106,7 +106,7 @@ unsigned SearchSeed() { return settings.seed != 0 ? settings.seed : RealSeed(); 
 SearchSetting SettingOf(const std::vector<Move>& only) {
   const int depth = thinking.limits.depth;
   SearchSetting setting;
-  setting.world = {[] { return 0u; }, SearchSeed, ShouldStop, thinking.first_count};
+  setting.world = {[] { return 0u; }, SearchSeed, ShouldStop, [] { return thinking.first_count; }};
   setting.hooks = {depth > 0 ? std::clamp(depth, kLeastDepth, kMaxIteration) : kMaxIteration,
                    NoteIteration, only.size() > 1 ? only.data() : nullptr};
   setting.on_line = NoteLine;
@@ -168,7 +168,7 @@ void SayGameIsOver() {
 
 // The clock is read every so many nodes: lets it be read at the last node that is allowed.
 std::uint64_t FirstCount(std::uint64_t nodes) {
-  if (nodes == 0) return world.first_count;
+  if (nodes == 0) return world.first_count != nullptr ? world.first_count() : 0;
   return (kNodesPerPoll - nodes % kNodesPerPoll) % kNodesPerPoll;
 }
 

@@ -7,8 +7,7 @@
 #include "base/property.h"
 #include "frontend/startup.h"
 #include "fuzz/engine.h"
-#include "search/clock.h"
-#include "search/style.h"
+#include "search/settings.h"
 
 namespace {
 

@@ -202,9 +202,9 @@ TEST_F(Engine, TakesItsSeedAndItsHooksFromTheSetting) {
 }
 
 TEST_F(Engine, LeavesClockHooksAndReceiverAsTheyWere) {
-  world = {OtherClock, OtherSeed, StopAtOnce, 17};
+  world = {OtherClock, OtherSeed, StopAtOnce, [] { return std::uint64_t{17}; }};
   SearchSetting setting;
-  setting.world = {StandingClock, [] { return 1u; }, nullptr, 5};
+  setting.world = {StandingClock, [] { return 1u; }, nullptr, [] { return std::uint64_t{5}; }};
   setting.hooks = {3, IgnoreIteration, nullptr};
   setting.on_line = IgnoreLine;
   Move move = 0;
@@ -212,7 +212,7 @@ TEST_F(Engine, LeavesClockHooksAndReceiverAsTheyWere) {
   EXPECT_EQ(world.milliseconds, OtherClock);
   EXPECT_EQ(world.seed, OtherSeed);
   EXPECT_EQ(world.should_stop, StopAtOnce);
-  EXPECT_EQ(world.first_count, 17u);
+  EXPECT_EQ(world.first_count(), 17u);
   EXPECT_EQ(root_hooks.max_depth, kMaxIteration);
   EXPECT_EQ(root_hooks.after_iteration, nullptr);
   EXPECT_EQ(root_hooks.only, nullptr);

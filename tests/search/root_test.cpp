@@ -17,7 +17,6 @@
 
 #include "pv/line.h"
 #include "pv/tree.h"
-#include "search/history.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {
@@ -147,7 +146,7 @@ TEST_F(RootSearch, LinePredictedLastTimeIsSearchedFirst) {
                            {"another position", "e2e4 e7e5", false, false}};
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.what);
-    ResetSearchState();
+    ForgetSearches();
     GoTo(std::string(kStart) + " moves " + row.predicted_game);
     std::vector<Move> list(g.game_moves, g.game_moves + 2);
     GoTo(std::string(kStart) + " moves e2e4 e7e5");
@@ -244,7 +243,7 @@ TEST_F(RootSearch, NoIterationStartsThatIsNotExpectedToEnd) {
                            {1000, 6, 833, true}, {750, 8, 0, true}};
   for (const Row& row : kRows) {
     SCOPED_TRACE(testing::Message() << row.elapsed << " at depth " << row.depth);
-    ResetSearchState();
+    ForgetSearches();
     GoTo(kFortress);
     limit_time = row.limit;
     stop_depth = row.depth;

@@ -19,7 +19,6 @@
 #include "position/directions.h"
 #include "pv/line.h"
 #include "pv/tree.h"
-#include "search/history.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {

@@ -11,7 +11,7 @@
 #include "book/learn.h"
 #include "frontend/loop.h"
 #include "frontend/startup.h"
-#include "frontend/state.h"
+#include "frontend/console.h"
 #include "position/attack.h"
 #include "position/game.h"
 #include "position/legal.h"

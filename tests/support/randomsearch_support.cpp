@@ -59,8 +59,8 @@ Outcome RunSearch(int allowance) {
   stage_clock.allowance = allowance;
   stage_clock.readings.clear();
   stage_clock.values_before_stage1.clear();
-  const auto first_poll = static_cast<std::uint64_t>(stage_clock.first_poll);
-  world = {ReadStageClock, ReadTestSeed, nullptr, kNodesPerPoll - first_poll};
+  world = {ReadStageClock, ReadTestSeed, nullptr,
+           [] { return kNodesPerPoll - static_cast<std::uint64_t>(stage_clock.first_poll); }};
   is_rnd_search = 1;
   limit_time = allowance;
   const GameRecord before = g;

@@ -93,7 +93,7 @@ void SayAloud() {
 
 void Forget() {
   HashClear();
-  ResetSearchState();
+  ForgetSearches();
   s_depth = 50;
   root_side = ply % 2 == 0 ? g.side : g.xside;
   TimeReset();

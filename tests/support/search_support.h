@@ -27,7 +27,7 @@
 #include "search/hashinit.h"
 #include "search/mainsearch.h"
 #include "search/node.h"
-#include "search/reset.h"
+#include "search/lifetimes.h"
 #include "search/root.h"
 #include "search/rootentry.h"
 #include "search/state.h"

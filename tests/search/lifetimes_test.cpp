@@ -1,6 +1,6 @@
 // Back to what a process has right after its start.
 
-#include "search/reset.h"
+#include "search/lifetimes.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,6 @@
 #include "position/directions.h"
 #include "pv/line.h"
 #include "pv/tree.h"
-#include "search/history.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {
@@ -31,7 +30,7 @@ TEST_F(Reset, ForgetsASearch) {
   search_tree_width_null_move_cut = 0;
   const Move line[] = {1, 0};
   pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
-  ResetSearchState();
+  ForgetSearches();
   const auto zero = [](Move move) { return move == 0; };
   EXPECT_TRUE(std::all_of(std::begin(gl_find_move), std::end(gl_find_move), zero));
   EXPECT_TRUE(std::all_of(std::begin(killer), std::end(killer), zero));
@@ -61,7 +60,7 @@ TEST_F(Reset, OfTheEngineForgetsGameAndKnowledgeToo) {
   InsertNodeLearn();
   killer[1] = 7;
   treeCnt[0] = 3;
-  ResetEngine();
+  ForgetAll();
   EXPECT_EQ(killer[1], 0u);
   EXPECT_EQ(treeCnt[0], 0);
   EXPECT_EQ(treeCnt[1], 0);
@@ -78,7 +77,7 @@ TEST_F(Reset, OfTheEngineForgetsGameAndKnowledgeToo) {
 TEST_F(Reset, LeavesStyleAndSettingsAlone) {
   PLAY_STYLE = 1;
   limit_time = 1234;
-  ResetSearchState();
+  ForgetSearches();
   EXPECT_EQ(PLAY_STYLE, 1);
   EXPECT_EQ(limit_time, 1234);
 }
