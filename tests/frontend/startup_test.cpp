@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <initializer_list>
 #include <string>
@@ -152,6 +153,14 @@ TEST_F(StartUpTest, ResetGoesBackBehindTheStart) {
   EXPECT_EQ(g.game_len, 0);
   ASSERT_TRUE(Play("e2e4"));
   EXPECT_EQ(FindCurrentNode(), nullptr) << "the book is forgotten";
+}
+
+TEST_F(StartUpTest, ResetForgetsNothingOfTheConsole) {
+  std::memset(static_cast<void*>(&console), 0x5A, sizeof console);
+  ResetProcess();
+  EXPECT_EQ(game_fname, Path("tarvyle_save_game.dat"));
+  std::memset(game_fname, 0, sizeof game_fname);
+  EXPECT_EQ(console, Console{});
 }
 
 TEST_F(StartUpTest, SaysWhatItDoesInThisOrder) {

@@ -83,6 +83,29 @@ TEST_F(Clock, ResetForgetsNodesAndStopAndTakesTheTime) {
   EXPECT_EQ(curr_time, 12345);
 }
 
+TEST_F(Clock, ResetCountsFromWhereTheWorldWantsIt) {
+  world.first_count = [] { return std::uint64_t{17}; };
+  TimeReset();
+  EXPECT_EQ(cnt_nodes, 17u);
+}
+
+TEST_F(Clock, IsStoppedByHandAtOnce) {
+  StopNow();
+  EXPECT_EQ(StopSearch(), 1);
+  EXPECT_EQ(test_clock.readings, 0);
+}
+
+TEST_F(Clock, AllowanceIsGivenBack) {
+  SetAllowance(321);
+  {
+    const AllowanceGuard guard;
+    SetAllowance(5);
+    SetAllowance(6);
+    EXPECT_EQ(limit_time, 6);
+  }
+  EXPECT_EQ(limit_time, 321);
+}
+
 TEST_F(Clock, EachCallCountsOneNodeInSixtyFourBits) {
   StopSearch();
   StopSearch();

@@ -1,22 +1,18 @@
-// What both root searches do alike: preparation, root list, book, what is learned.
+// What both root searches do alike: root list, book, what is learned.
 
 #include "search/rootentry.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <initializer_list>
-#include <iterator>
 #include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "position/directions.h"
 #include "pv/line.h"
 #include "pv/tree.h"
 #include "tests/support/search_support.h"
@@ -28,122 +24,6 @@ using namespace support;
 namespace {
 
 using RootEntry = SearchTest;
-
-// Spoils whatever a search starts from.
-void SpoilState() {
-  std::fill_n(killer, kPlyArray, 7);
-  std::fill_n(pv_killer, kPlyArray, 7);
-  std::fill_n(pv_line, kLineSize, 7);
-  std::fill_n(sort_val, kTreeSize, 7);
-  std::fill(std::begin(history), std::end(history), 7);
-  search_mv = 7;
-  search_score = search_depth = 7;
-  root_side = White;
-  search_tree_width_null_move_cut = 1;
-  cnt_nodes = 99;
-  is_stop_search = 1;
-  start_time = 0;
-  set_dir(White);
-  HashInsert(1, 2, 3, 4);
-  pvInsertToFront(pv_tree, &pv_tree.root, pvNewNode(pv_tree, 77));
-}
-
-// What every search starts from, in a position of Black's queen against White's pawn.
-constexpr const char* kRoot = "4k3/8/8/3q4/4P3/8/8/4K3 b";
-void ExpectPreparedRoot() {
-  const auto zero = [](Move move) { return move == 0; };
-  EXPECT_TRUE(std::all_of(killer, killer + kPlyArray, zero));
-  EXPECT_TRUE(std::all_of(pv_killer, pv_killer + kPlyArray, zero));
-  EXPECT_TRUE(std::all_of(pv_line, pv_line + kLineSize, zero));
-  EXPECT_EQ(search_mv, 0u);
-  EXPECT_EQ(search_score, 0);
-  EXPECT_EQ(search_depth, 0);
-  EXPECT_EQ(root_side, Black);
-  EXPECT_EQ(root_mtl[White], 1001000);
-  EXPECT_EQ(root_mtl[Black], 1010000);
-  EXPECT_EQ(search_tree_width_null_move_cut, 0);
-  EXPECT_EQ(cnt_nodes, 0u);
-  EXPECT_EQ(is_stop_search, 0);
-  EXPECT_EQ(start_time, 500);
-  EXPECT_EQ(dir, dir_black);
-  EXPECT_EQ(StoredEntry(), nullptr) << "the table is empty";
-}
-
-TEST_F(RootEntry, EverySearchStartsFromAFreshState) {
-  for (const int randomised : {0, 1}) {
-    GoTo(kRoot);
-    SpoilState();
-    test_clock.milliseconds = 5000;
-    if (randomised != 0) {
-      init_search();
-    } else {
-      root_hooks.max_depth = 1;  // no iteration
-      Move move = 0;
-      EXPECT_FALSE(SearchMove(move));
-    }
-    ExpectPreparedRoot();
-  }
-}
-
-TEST_F(RootEntry, InitSearchForgetsHistoryTreeAndRootListToo) {
-  GoTo(kRoot);
-  SpoilState();
-  treeCnt[0] = 3;
-  treeCnt[1] = 9;
-  test_clock.seed = 11;
-  init_search();
-  EXPECT_TRUE(std::all_of(sort_val, sort_val + kTreeSize, [](int v) { return v == 0; }));
-  EXPECT_TRUE(std::all_of(std::begin(history), std::end(history), [](int c) { return c == 0; }));
-  EXPECT_EQ(treeCnt[0], 0);
-  EXPECT_EQ(treeCnt[1], 0);
-  EXPECT_EQ(pv_tree.root, nullptr);
-  EXPECT_EQ(pv_tree.used, 0);
-  const int drawn = std::rand();
-  std::srand(11);
-  EXPECT_EQ(std::rand(), drawn) << "the generator is seeded";
-}
-
-TEST_F(RootEntry, EvaluationTablesAreThoseOfTheRoot) {
-  GoTo("4k3/8/8/8/8/8/4P3/4K3 w");
-  const int right = score_table[White][King][E1];
-  ASSERT_TRUE(InitGame(kStart.data()));
-  InitEvaluate();
-  ASSERT_NE(score_table[White][King][E1], right);
-  ASSERT_TRUE(InitGame("4k3/8/8/8/8/8/4P3/4K3 w"));
-  SearchToDepth(2);
-  EXPECT_EQ(score_table[White][King][E1], right);
-}
-
-TEST_F(RootEntry, NullMoveIsOnWhenBothSidesHaveAQueen) {
-  struct Row {
-    const char* root;
-    int allowed;
-  };
-  constexpr Row kRows[] = {{"3qk3/8/8/8/8/8/8/3QK3 w", 1},
-                           {"4k3/8/8/8/8/8/8/3QK3 w", 0},
-                           {"3qk3/8/8/8/8/8/8/4K3 w", 0},
-                           {"3rk3/8/8/8/8/8/8/3RK3 w", 0},
-                           {"2qqk3/8/8/8/8/8/8/2QQK3 b", 1}};
-  for (const Row& row : kRows) {
-    for (const int before : {0, 1}) {
-      GoTo(row.root);
-      search_tree_width_null_move_cut = before;
-      root_hooks.max_depth = 1;
-      Move move = 0;
-      SearchMove(move);
-      EXPECT_EQ(search_tree_width_null_move_cut, row.allowed) << row.root;
-    }
-  }
-}
-
-TEST_F(RootEntry, RepetitionHookDoesNothing) {
-  GoTo(std::string(kStart) + " moves e2e4");
-  const GameRecord before = g;
-  std::vector<std::uint32_t> repetitions(std::begin(repetition_set), std::end(repetition_set));
-  set_rep();
-  EXPECT_EQ(std::memcmp(&g, &before, sizeof g), 0);
-  EXPECT_TRUE(std::equal(repetitions.begin(), repetitions.end(), repetition_set));
-}
 
 TEST_F(RootEntry, OnlyTheMovesAskedForAreListed) {
   GoTo(kStart);
