@@ -83,7 +83,7 @@ bool IsTypedMove(const Command& command) {
   return StrToMove(command.token, move);
 }
 
-// Obeys a line; false where the process ends. While moves are kept for "redo", a new one ends it on
+// Obeys a line; false where the process ends. While moves may be redone, a new one ends it on
 // purpose, when it is entered into the game: everything up to there is done here instead. "go"
 // searches once and is not obeyed after that, for a second search need not end as the first did.
 bool ObeyUnlessItEnds(const char* line) {

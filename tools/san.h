@@ -5,7 +5,7 @@
 
 #include "position/types.h"
 
-// Moves in standard algebraic notation. The game stays as it is, moves kept for "redo" included.
+// Moves in standard algebraic notation. The game stays as it is, moves that may be redone included.
 
 namespace tarvyle::tools {
 

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "position/pieces.h"
 #include "position/soundness.h"
 #include "tests/support/position_support.h"
 
@@ -358,6 +359,24 @@ TEST_F(MakeMoveTest, TrialsMakeAndTakeBackAsTheOthersDo) {
   }
   EXPECT_TRUE(TryMakeMove(0));
   EXPECT_TRUE(TryUnMakeMove(0));
+}
+
+TEST_F(MakeMoveTest, TraceOfALookIsWhatMakingAndTakingBackLeaves) {
+  for (const MoveRow& row : kMoveRows) {
+    support::SetUpPosition(row.text);
+    const Move move = LegalMove(row.move);
+    g.game_moves[0] = 77;
+    g.game_keys[0] = 78;
+    g.undo[0] = {1, 2, 3, 4, 5};
+    const GameRecord before = g;
+    MakeMove(move);
+    UnMakeMove(move);
+    const GameRecord after = g;
+    SetRecord(before);
+    LeaveTrace();
+    EXPECT_TRUE(support::SameBytes(g, after)) << row.what;
+    EXPECT_FALSE(support::SameBytes(g, before)) << row.what;
+  }
 }
 
 }  // namespace
