@@ -6,6 +6,7 @@
 
 #include "book/epd.h"
 #include "frontend/console.h"
+#include "frontend/namedfile.h"
 #include "position/record.h"
 #include "position/text.h"
 #include "position/types.h"
@@ -20,10 +21,11 @@ char SquareLetter(Square square) {
   return (RowOf(square) + FileOf(square)) % 2 == 0 ? '-' : ' ';
 }
 
-void WriteMoves(std::FILE* out) {
-  for (int i = 0; i < g.game_len; ++i) std::fprintf(out, "%s ", MoveToStr(g.game_moves[i]));
-  std::fputc('\n', out);
-  std::fflush(out);
+// The moves of the game, each followed by a blank, and a newline.
+std::string MovesText() {
+  std::string text;
+  for (int i = 0; i < g.game_len; ++i) text += MoveToStr(g.game_moves[i]) + std::string(" ");
+  return text + '\n';
 }
 
 }  // namespace
@@ -62,20 +64,18 @@ void show_board() { std::fputs(BoardDiagram().c_str(), stdout); }
 
 void print_moves(const char* path, const char* event) {
   if (path == nullptr) {
-    std::printf("moves ");
-    WriteMoves(stdout);
+    std::fputs(("moves " + MovesText()).c_str(), stdout);
+    std::fflush(stdout);
     return;
   }
-  std::FILE* file = std::fopen(path, "w");
-  if (file == nullptr) {
-    std::fputs("error open file\n", stderr);
-    return;
-  }
-  std::fprintf(file, "[Event  \"%s\"] \n", event != nullptr ? event : "player - chess");
-  WriteMoves(file);
-  std::fclose(file);
+  const std::string header =
+      "[Event  \"" + std::string(event != nullptr ? event : "player - chess") + "\"] \n";
+  if (!WriteNamedFile(path, header + MovesText())) std::fputs("error open file\n", stderr);
 }
 
-void PrintBareMoves() { WriteMoves(stdout); }
+void PrintBareMoves() {
+  std::fputs(MovesText().c_str(), stdout);
+  std::fflush(stdout);
+}
 
 }  // namespace tarvyle

@@ -19,8 +19,9 @@ std::string BoardDiagram();
 // Prints it.
 void show_board();
 
-// Lists the moves of the game: on standard output after "moves ", or, given a path, into that file
-// under a header with the event's name ("player - chess" without one).
+// Lists the moves of the game: on standard output after "moves ", or, given a path, in a file that
+// takes that place, under a header with the event's name ("player - chess" without one). A file
+// that cannot be written is reported on standard error.
 void print_moves(const char* path, const char* event);
 
 // Prints the moves alone, each followed by a blank, and a newline.

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <filesystem>
 #include <initializer_list>
+#include <iterator>
 #include <string>
 
 #include "tests/support/frontend_support.h"
@@ -135,6 +137,18 @@ TEST_F(DisplayTest, MovesIntoAFileReplaceItAndNameTheEvent) {
   WriteFile(path, std::string(1000, 'x'));
   Listen([&] { print_moves(path.c_str(), "Final"); });
   EXPECT_EQ(ReadFile(path), "[Event  \"Final\"] \n\n");
+}
+
+TEST_F(DisplayTest, MovesIntoAFileThatCannotBeWrittenLeaveTheOlderOne) {
+  const std::string path = Path("game.txt");
+  WriteFile(path, "an older game");
+  ASSERT_TRUE(Play("e2e4"));
+  WithFileSizeLimit(10, [&] { print_moves(path.c_str(), nullptr); });
+  EXPECT_EQ(ReadFile(path), "an older game");
+  EXPECT_EQ(std::distance(
+                std::filesystem::directory_iterator(std::filesystem::path(path).parent_path()), {}),
+            1)
+      << "and nothing beside it";
 }
 
 TEST_F(DisplayTest, MovesIntoAFileThatCannotBeOpened) {
