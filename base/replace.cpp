@@ -21,21 +21,20 @@ void RemoveKeepingReason(const std::string& path) {
 
 }  // namespace
 
-std::string BehindLinks(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path target = std::filesystem::canonical(path, error);
-  return error ? path : target.string();
-}
-
-std::string BehindLinksSoFar(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path target = std::filesystem::weakly_canonical(path, error);
-  return error ? path : target.string();
-}
-
 std::string FolderOf(const std::string& path) {
   const std::size_t separator = path.rfind('/');
   return separator == std::string::npos ? std::string() : path.substr(0, separator + 1);
+}
+
+std::string BehindLinks(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path target = std::filesystem::canonical(path, error);
+  if (!error) return target.string();
+  const std::string folder = FolderOf(path);
+  const std::filesystem::path place =
+      std::filesystem::canonical(folder.empty() ? "." : folder, error);
+  const bool named = folder.size() < path.size();
+  return error || !named ? path : (place / path.substr(folder.size())).string();
 }
 
 bool TakesOwnFile(const std::string& path) {

@@ -9,18 +9,18 @@
 
 namespace tarvyle {
 
-// What the links at `path` lead to; `path` itself, as it was given, when nothing is there.
-std::string BehindLinks(const std::string& path);
-
-// The same where nothing is there yet: links are followed as far as there is something, and the
-// rest is added without "." and "..". The workbench tells by it where it could not write.
-std::string BehindLinksSoFar(const std::string& path);
-
 // The folder of `path` with the slash at its end, or "" (current directory).
 std::string FolderOf(const std::string& path);
 
+// The file that `path` names, behind all links. Where nothing stands yet, or a link to nowhere, its
+// folder behind all links and its name; `path` as it was given where not even the folder is there:
+// ".." and links on the way to it are the system's matter.
+std::string BehindLinks(const std::string& path);
+
 // Whether a file may be renamed over what stands at `path`. There is a rule for each of three kinds
-// of files, since they are named by others and mean other things to who named them:
+// of files, since they are named by others and mean other things to who named them. A link is the
+// case in point: nobody asked for the one at the engine's own name, and what it leads to is not the
+// engine's to write; who gives a link in a command means what it leads to.
 
 // The engine's own file, in its own folder and under a name that nobody chose. It must be replaced
 // as long as that loses no file: a link to a file gives way itself, and so does a write-protected

@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "base/append.h"
 #include "base/replace.h"
 
 namespace tarvyle::tools {
@@ -39,8 +40,26 @@ std::string ReadWholeFile(const std::string& path) {
   throw std::runtime_error("cannot read " + path + ": it is shorter than its size says");
 }
 
+HeldFile::HeldFile(const std::string& path) : file_(HoldFile(path)) {
+  if (file_ < 0 && errno == EWOULDBLOCK) FailOnHeld(path);
+}
+
+HeldFile::~HeldFile() {
+  if (file_ >= 0) close(file_);
+}
+
+void FailOnHeld(const std::string& path) {
+  throw std::runtime_error("another process writes " + path +
+                           "; give every process an output of its own and merge them at the end");
+}
+
 void WriteFileAtomically(const std::string& path, std::string_view content) {
-  const std::string target = BehindLinksSoFar(path);
+  const HeldFile held(path);
+  ReplaceHeldFile(path, content);
+}
+
+void ReplaceHeldFile(const std::string& path, std::string_view content) {
+  const std::string target = BehindLinks(path);
   if (!TakesOutput(target)) {
     if (errno != 0) FailOn("cannot write", path, errno);
     throw std::runtime_error("cannot write " + path + ": no plain file");

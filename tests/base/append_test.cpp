@@ -5,9 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <cstddef>
 #include <filesystem>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "tests/support/files.h"
 
@@ -133,6 +137,73 @@ TEST_F(Appending, ALockedFileIsForOneOnly) {
     EXPECT_EQ(errno, EWOULDBLOCK);
   }
   EXPECT_TRUE(LockFile(second.number)) << "the first was closed";
+}
+
+TEST_F(Appending, AFileIsMissedWhereAnotherTookItsPlace) {
+  folder_.Write("other", "");
+  std::filesystem::create_symlink("file", Path("link"));
+  const Opened file(Path("file"));
+  EXPECT_TRUE(IsStillAt(file.number, Path("file")));
+  EXPECT_TRUE(IsStillAt(file.number, Path("link")));
+  std::filesystem::rename(Path("other"), Path("file"));
+  EXPECT_FALSE(IsStillAt(file.number, Path("file")));
+  std::filesystem::remove(Path("file"));
+  EXPECT_FALSE(IsStillAt(file.number, Path("file")));
+}
+
+TEST_F(Appending, AFileIsHeldToAddToItOrToReplaceIt) {
+  EXPECT_EQ(HoldFile(Path("file")), -1);
+  EXPECT_EQ(errno, 0) << "nothing is there";
+  EXPECT_EQ(HoldFile(folder_.Name()), -1);
+  EXPECT_EQ(errno, 0) << "no plain file";
+  const int file = OpenAloneToAppend(Path("file"));
+  ASSERT_GE(file, 0);
+  EXPECT_EQ(HoldFile(Path("file")), -1);
+  EXPECT_EQ(errno, EWOULDBLOCK);
+  EXPECT_EQ(OpenAloneToAppend(Path("file")), -1);
+  EXPECT_EQ(errno, EWOULDBLOCK);
+  close(file);
+  const int held = HoldFile(Path("file"));
+  ASSERT_GE(held, 0);
+  EXPECT_EQ(OpenAloneToAppend(Path("file")), -1);
+  close(held);
+  EXPECT_EQ(OpenAloneToAppend(Path("no/file")), -1);
+  EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(Appending, AddsNothingToAFileThatAnotherHolds) {
+  folder_.Write("file", "old ");
+  const int held = HoldFile(Path("file"));
+  EXPECT_FALSE(AppendToFile(Path("file"), "new"));
+  EXPECT_EQ(errno, EWOULDBLOCK);
+  EXPECT_EQ(Content("file"), "old ");
+  close(held);
+  EXPECT_TRUE(AppendToFile(Path("file"), "new"));
+  EXPECT_EQ(Content("file"), "old new");
+}
+
+// Several that add and one that replaces the file again and again: each addition is there at the end.
+TEST_F(Appending, LosesNothingToWhoReplacesTheFile) {
+  constexpr int kAdditions = 5000;
+  constexpr int kAdding = 3;
+  folder_.Write("file", "");
+  std::atomic<int> left = kAdding;
+  std::vector<std::thread> adding;
+  for (int i = 0; i < kAdding; ++i) {
+    adding.emplace_back([&] {
+      for (int n = 0; n < kAdditions;) n += AppendToFile(Path("file"), "x") ? 1 : 0;
+      --left;
+    });
+  }
+  while (left > 0) {
+    const int held = HoldFile(Path("file"));
+    if (held < 0) continue;
+    std::filesystem::copy_file(Path("file"), Path("copy"));
+    std::filesystem::rename(Path("copy"), Path("file"));
+    close(held);
+  }
+  for (std::thread& thread : adding) thread.join();
+  EXPECT_EQ(Content("file").size(), static_cast<std::size_t>(kAdding) * kAdditions);
 }
 
 }  // namespace

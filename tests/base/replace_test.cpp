@@ -70,30 +70,28 @@ TEST_F(Replacing, LinksAreFollowedToTheirEnd) {
   EXPECT_EQ(BehindLinks(Path("way/inner")), real + "folder/inner");
 }
 
-TEST_F(Replacing, APathThatLeadsNowhereIsTakenAsItIs) {
-  Link("nowhere", "broken");
-  Link("b", "a");
-  Link("a", "b");
-  for (const char* name : {"nothing", "broken", "a", "no/folder", "no/../file"}) {
-    EXPECT_EQ(BehindLinks(Path(name)), Path(name));
-  }
-  EXPECT_EQ(BehindLinks("nothing here"), "nothing here");
-}
-
-TEST_F(Replacing, LinksOfAnOutputAreFollowedSoFarAsThereIsSomething) {
+TEST_F(Replacing, WhereNothingIsTheFolderIsLookedFor) {
   std::filesystem::create_directory(Path("folder"));
-  folder_.Write("folder/inner", "");
   Link("folder", "way");
   Link("nowhere", "broken");
-  const std::string real = std::filesystem::canonical(folder_.Name()).string() + "/";
-  EXPECT_EQ(BehindLinksSoFar(Path("way/inner")), real + "folder/inner");
-  EXPECT_EQ(BehindLinksSoFar(Path("way/new")), real + "folder/new");
-  EXPECT_EQ(BehindLinksSoFar(Path("no/../new")), real + "new");
-  EXPECT_EQ(BehindLinksSoFar(Path("broken")), real + "broken");
-  EXPECT_EQ(BehindLinksSoFar("nothing here"), "nothing here");
   Link("b", "a");
   Link("a", "b");
-  EXPECT_EQ(BehindLinksSoFar(Path("a")), Path("a"));
+  const std::string real = std::filesystem::canonical(folder_.Name()).string() + "/";
+  for (const char* name : {"nothing", "broken", "a", "folder/new"}) {
+    EXPECT_EQ(BehindLinks(Path(name)), real + name);
+  }
+  EXPECT_EQ(BehindLinks(Path("way/new")), real + "folder/new");
+  EXPECT_EQ(BehindLinks(Path("way/../new")), real + "new");
+  EXPECT_EQ(BehindLinks("nothing here"), std::filesystem::current_path() / "nothing here");
+}
+
+TEST_F(Replacing, APathWithoutItsFolderIsTakenAsItIs) {
+  folder_.Write("file", "");
+  for (const char* name : {"no/file", "no/../file", "no/../new", "file/../new", "file/"}) {
+    EXPECT_EQ(BehindLinks(Path(name)), Path(name));
+  }
+  EXPECT_EQ(BehindLinks("no/../new"), "no/../new");
+  EXPECT_EQ(BehindLinks(""), "");
 }
 
 TEST_F(Replacing, TheFolderOfAPathEndsInItsSlash) {

@@ -107,6 +107,40 @@ def test_one_process_holds_an_output(complains, learned, tmp_path):
         assert "another process writes four.lrn" in complains("learn", "analyse", "four.epd", "--depth", 4)
 
 
+def test_a_held_file_is_neither_merged_nor_given_a_book(complains, learned, tmp_path):
+    before = (tmp_path / "four.lrn").read_bytes()
+    (tmp_path / "one.bk").write_text("e2e4\n")
+    (tmp_path / "link.lrn").symlink_to("four.lrn")
+    with (tmp_path / "four.lrn").open("rb") as file:
+        fcntl.flock(file, fcntl.LOCK_EX)
+        for name in ("four.lrn", "link.lrn"):
+            words = f"another process writes {name}"
+            assert words in complains("learn", "merge", "four.lrn", "-o", name)
+            assert words in complains("learn", "merge", "--force", "four.lrn", "-o", name)
+            assert words in complains("learn", "add-book", "one.bk", name)
+            assert words in complains("learn", "export", "four.lrn", "-o", name)
+    assert (tmp_path / "four.lrn").read_bytes() == before
+
+
+@pytest.mark.parametrize("other", ["another file", "nothing"])
+def test_a_file_that_was_replaced_meanwhile_is_not_written_on(workbench, tmp_path, other):
+    """What would be added to the old one would be lost."""
+    (tmp_path / "p.epd").write_text("\n".join([*FOUR[2:], START]) + "\n")
+    command = [workbench, "learn", "analyse", "p.epd", "--seconds", "0.3"]
+    with subprocess.Popen(command, cwd=tmp_path, env=engine_environment(), stdout=subprocess.PIPE,
+                          stderr=subprocess.PIPE, text=True) as process:
+        while not (tmp_path / "p.lrn").exists():
+            time.sleep(0.01)
+        if other == "nothing":
+            (tmp_path / "p.lrn").unlink()
+        else:
+            (tmp_path / "other").write_bytes(b"")
+            (tmp_path / "other").rename(tmp_path / "p.lrn")
+        said, complaint = process.communicate()
+    assert (said, complaint, process.returncode) == (
+        "", "tarv: cannot write p.lrn: it has been removed, or another file put in its place\n", 2)
+
+
 @pytest.mark.parametrize("room, reason", [(0, "File too large"), (1, "No space left on device"),
                                           (40, "No space left on device")])
 @pytest.mark.parametrize("records", [0, 2])

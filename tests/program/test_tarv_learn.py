@@ -288,8 +288,11 @@ def test_the_mode_of_an_older_file_stays(says, write, learned, tmp_path):
     assert (tmp_path / "a.lrn").stat().st_mode & 0o7777 == 0o640
 
 
-def test_no_folder_for_the_output(complains, learned):
-    assert "none/out.lrn" in complains("learn", "merge", "four.lrn", "-o", "none/out.lrn")
+def test_no_folder_for_the_output(complains, learned, tmp_path):
+    for name in ("none/out.lrn", "none/../out.lrn"):
+        assert complains("learn", "merge", "four.lrn", "-o", name) == (
+            f"tarv: cannot write {name}: No such file or directory\n")
+    assert not list(tmp_path.glob("out.lrn*"))
 
 
 def test_the_engine_reads_what_was_merged(says, learning, tmp_path):

@@ -41,22 +41,24 @@ void RefuseBadBook(const std::string& book) {
 
 void MergeLearnFiles(const MergeOptions& options) {
   RefuseForeignOutput(options);
+  const HeldFile held(options.output);
   RecordSet all;
   for (const std::string& file : options.files) all.AddFile(file, options.salvage);
-  WriteFileAtomically(options.output, all.FileContent());
+  ReplaceHeldFile(options.output, all.FileContent());
   std::printf("%s: %zu records, %zu of the book, from %zu files\n", options.output.c_str(),
               all.Records().size(), BookPositions(all), options.files.size());
 }
 
 void AddBookToLearnFile(const std::string& book, const std::string& file, bool replace) {
   RefuseBadBook(book);
+  const HeldFile held(file);
   RecordSet all;
   all.AddFile(file);
   const std::size_t before = all.Records().size();
   const std::size_t dropped = replace ? all.DropBook() : 0;
   if (!FreshProcess(book)) throw std::runtime_error("cannot read " + book);
   all.AddEngineTable();
-  WriteFileAtomically(file, all.FileContent());
+  ReplaceHeldFile(file, all.FileContent());
   std::printf("%s: %zu records before, %zu now, %zu of the book", file.c_str(), before,
               all.Records().size(), BookPositions(all));
   std::printf(replace ? " (%zu before)\n" : "\n", dropped);

@@ -12,40 +12,31 @@
 
 namespace tarvyle::tools {
 
-namespace {
-
-// Takes the lock and tells the size.
-bool Hold(int file, std::size_t& size) {
+RecordLog::RecordLog(std::string path) : path_(std::move(path)), file_(OpenAloneToAppend(path_)) {
+  if (file_ < 0 && errno == EWOULDBLOCK) FailOnHeld(path_);
   struct stat status {};
-  if (!LockFile(file) || fstat(file, &status) != 0) return false;
-  size = static_cast<std::size_t>(status.st_size);
-  return true;
-}
-
-}  // namespace
-
-RecordLog::RecordLog(std::string path) : path_(std::move(path)), file_(OpenToAppend(path_)) {
-  if (file_ < 0) FailOn("cannot write", path_, errno);
-  if (Hold(file_, size_)) return;
-  const int error = errno;
-  close(file_);
-  if (error == EWOULDBLOCK) {
-    throw std::runtime_error("another process writes " + path_ +
-                             "; give every process an output of its own and merge them at the end");
-  }
-  FailOn("cannot write", path_, error);
+  if (file_ < 0 || fstat(file_, &status) != 0) FailOn("cannot write", path_, errno);
+  size_ = static_cast<std::size_t>(status.st_size);
 }
 
 RecordLog::~RecordLog() { close(file_); }
 
 void RecordLog::Append(std::string_view bytes) {
+  CheckIsThere();
   if (!AppendOnDisk(file_, size_, bytes)) FailOn("cannot write", path_, errno);
   size_ += bytes.size();
 }
 
 void RecordLog::Close(const RecordSet& all) {
+  CheckIsThere();
   const std::string content = all.FileContent();
-  if (content.size() != size_) WriteFileAtomically(path_, content);
+  if (content.size() != size_) ReplaceHeldFile(path_, content);
+}
+
+void RecordLog::CheckIsThere() const {
+  if (IsStillAt(file_, path_)) return;
+  throw std::runtime_error("cannot write " + path_ +
+                           ": it has been removed, or another file put in its place");
 }
 
 }  // namespace tarvyle::tools
