@@ -205,6 +205,20 @@ def test_help(says, arguments):
     assert "Usage: tarv" in says(*arguments)
 
 
+@pytest.mark.parametrize("arguments", [
+    ["--help"], ["--version"], ["learn", "merge", "--help"], ["bench", "--depth", "2"], ["tables"],
+    ["perft", "--fen", START, "--depth", "3"], ["positions", "-"]], ids=" ".join)
+def test_output_that_cannot_be_written_is_no_success(workbench, arguments):
+    with open("/dev/full", "wb") as full:
+        done = subprocess.run([workbench, *arguments], stdin=subprocess.DEVNULL, stdout=full, stderr=subprocess.PIPE,
+                              env=engine_environment(), check=False)
+    if arguments[0] == "positions":  # no lines, no answers
+        assert (done.stderr, done.returncode) == (b"", 0)
+    else:
+        assert re.fullmatch(rb"tarv: cannot write to standard output(: No space left on device)?\n", done.stderr)
+        assert done.returncode == 2
+
+
 @pytest.mark.parametrize("arguments, words", [
     ([], "subcommand"),
     (["nonsense"], ""),
