@@ -34,9 +34,9 @@ void OrderRootMoves(int count) {
   }
 }
 
-// When this root has been searched last, the history is kept in part and the line predicted then
-// is searched first.
-void PrepareHistory() {
+// Takes over what the last search has left. When that was of this very root, the history is kept in
+// part, and the line predicted then goes into the tree, to be searched first.
+void TakeOverLastSearch() {
   const Move* played = EndGameLine();
   const bool same_root = g.key == search_start_pos_key;
   HistoryInit(!same_root);
@@ -84,7 +84,7 @@ void DeepenIteratively() {
 }  // namespace
 
 bool SearchMove(Move& move) {
-  const RedoGuard guard;
+  const RedoGuard guard;  // the search writes its moves where those for "redo" stand
   if (is_rnd_search != 0) return Rnd_Root_Search(move);
 
   SeedRandom();
@@ -94,7 +94,7 @@ bool SearchMove(Move& move) {
   RndMovesWithLib(0, count - 1);
   OrderRootMoves(count);
   if (BookAnswers(count, move)) return true;
-  PrepareHistory();
+  TakeOverLastSearch();
   DeepenIteratively();
 
   move = search_mv;

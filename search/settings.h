@@ -8,9 +8,13 @@ inline constexpr int kDefaultLimit = 750;  // 1/100 s
 
 // How the nodes of the principal variation probe their moves, and whether others reduce late ones.
 enum PlayStyle : int {
-  kKnowledge1,  // probes from one depth less on, root moves searched fully anyway; no reductions
-  kKnowledge2,  // probes once; verifies a move that fails low, the best reply to it left out
-  kKnowledge3,  // probes from one depth less on; verifies so, at half the depth
+  // From depth 3 on probes twice, at one less and in full depth, below once. Root moves are searched
+  // fully whatever their probes say. Other nodes reduce nothing.
+  kKnowledge1,
+  // Probes once. Verifies a move that fails low: searches it again, the best reply to it left out.
+  kKnowledge2,
+  // Probes at one depth less and in full depth. Verifies likewise, at half the depth.
+  kKnowledge3,
 };
 
 // Lives as long as the process.

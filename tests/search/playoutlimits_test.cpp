@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <string>
 
 #include "search/randomroot.h"
 #include "tests/support/randomsearch_support.h"
