@@ -216,7 +216,7 @@ bool Rnd_Root_Search(Move& move) {
     move = tree[0];
     return true;
   }
-  if (BookAnswers(count, move)) {
+  if (TakeBookMove(count, move)) {
     Message("# find move from open. book \n");
     return true;
   }

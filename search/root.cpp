@@ -93,7 +93,7 @@ bool SearchMove(Move& move) {
   const int count = ListLength();
   RndMovesWithLib(0, count - 1);
   OrderRootMoves(count);
-  if (BookAnswers(count, move)) return true;
+  if (TakeBookMove(count, move)) return true;
   TakeOverLastSearch();
   DeepenIteratively();
 

@@ -34,7 +34,7 @@ bool ListRootMoves() {
   return ListLength() > 0;
 }
 
-bool BookAnswers(int count, Move& move) {
+bool TakeBookMove(int count, Move& move) {
   if (std::strcmp(property_get("book move"), "auto") != 0) return false;
   if (std::rand() % 101 >= 51) return false;
   const Move found = MoveFromLib(0, count - 1);

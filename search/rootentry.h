@@ -9,9 +9,10 @@ namespace tarvyle {
 // Builds the list of the root moves to search. False when there is none, or the position illegal.
 bool ListRootMoves();
 
-// Whether the configuration lets the book move, and this time's draw does (51 in 101), and the book
-// has a move among the first `count` root moves: then it is written.
-bool BookAnswers(int count, Move& move);
+// Asks the book, when the configuration lets it move and a draw of a random number says so (51 in
+// 101). A move that it has among the first `count` root moves is written, becomes `search_mv` and
+// is told by true.
+bool TakeBookMove(int count, Move& move);
 
 // Puts the result of a search of all root moves into the learn table.
 void LearnResult(int score, int depth);

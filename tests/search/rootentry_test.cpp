@@ -91,7 +91,7 @@ TEST_F(RootEntry, BookAnswersWithTheFirstMoveOfTheListAsWithTheLast) {
       const bool draws_low = std::rand() % 101 < 51;
       std::srand(seed);
       Move move = 0;
-      EXPECT_EQ(BookAnswers(count, move), draws_low) << seed;
+      EXPECT_EQ(TakeBookMove(count, move), draws_low) << seed;
       EXPECT_EQ(move, draws_low ? e2e4 : 0) << place;
     }
   }
