@@ -27,7 +27,8 @@ static_assert(kMaxGameMoves + kMaxPly < kRecordMoves,
 inline Move tree[kTreeSize];
 inline int treeCnt[kMaxPly + 2];  // to the end of the list of ply kMaxPly
 
-// Ordering value of each entry of `tree`; written by whoever orders a list.
+// Ordering value of each entry of `tree`. The search, which orders the lists, writes it, and the
+// book for those of the root.
 inline int sort_val[kTreeSize];
 
 }  // namespace tarvyle

@@ -17,7 +17,7 @@ enum PlayStyle : int {
   kKnowledge3,
 };
 
-// Lives as long as the process.
+// Lives as long as the process. Others than this folder write `is_rnd_search` themselves.
 struct SearchSettings {
   int limit_time = kDefaultLimit;  // allowance for one move, 1/100 s; set through SetAllowance
   int PLAY_STYLE = kKnowledge3;    // the style in use; set through load_play_style

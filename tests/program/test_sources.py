@@ -1,5 +1,5 @@
 """The sources as such: scripts and pages under the linters of their languages, files as editors are told to write them,
-includes without a circle."""
+includes without a circle, globals with a lifetime."""
 
 import configparser
 import graphlib
@@ -109,6 +109,32 @@ def test_the_engine_tells_all_through_one_door():
 # --- web pages --------------------------------------------------------------------------------------------
 
 PAGES = [path for path in files() if path.suffix == ".html"]
+
+
+def is_constant(type_of: str) -> bool:
+    return "constexpr" in type_of or type_of.endswith("const") or (type_of.startswith("const") and "*" not in type_of)
+
+
+def globals_of_headers() -> set[str]:
+    """The variables that the headers of the engine declare, constants aside, with the plain names of fields."""
+    names = set()
+    for folder in ("base", "position", "eval", "book", "pv", "search", "frontend", "host", "uci"):
+        for header in (PROJECT / folder).glob("*.h"):
+            text = header.read_text(encoding="utf-8")
+            variables = re.findall(r"^(?:extern|inline) ([^(=;{]*?)\s*\b(\w+)(?:\[[^;]*)?(?: = [^;]*)?;", text, re.M)
+            names.update(name for type_of, name in variables if not is_constant(type_of))
+            names.update(re.findall(r"^extern \w+ \(\*(\w+)\)\(", text, re.M))  # pointers to functions
+            names.update(re.findall(r"^inline constexpr auto& (\w+) =", text, re.M))
+    return names
+
+
+def test_every_global_has_a_lifetime():
+    text = (PROJECT / "docs/ARCHITECTURE.md").read_text(encoding="utf-8")
+    section = text.partition("## How long things live")[2].partition("\n## ")[0]
+    rows = [line.split("|")[3] for line in section.splitlines() if line.startswith("| ")]
+    told = [name for row in rows for name in re.findall(r"`(\w+)`", row)]
+    assert len(told) > 60
+    assert sorted(told) == sorted(globals_of_headers())
 
 
 def test_pages_have_no_faults():

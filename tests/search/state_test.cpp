@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <iterator>
 #include <memory>
 
@@ -15,12 +16,32 @@ using namespace support;
 
 namespace {
 
-// Read before any test runs: what a process starts with.
-const int kNullMoveAtStart = search_tree_width_null_move_cut;
-
 using StateRecords = SearchTest;
 
-TEST_F(StateRecords, NullMoveIsOnAtTheStart) { EXPECT_EQ(kNullMoveAtStart, 1); }
+// A record of zeros.
+template <typename Record>
+Record Zeros() {
+  Record record;
+  std::memset(static_cast<void*>(&record), 0, sizeof record);
+  return record;
+}
+
+TEST_F(StateRecords, BeginWithZerosButForTheNullMove) {
+  EXPECT_EQ(SearchMemory{}, Zeros<SearchMemory>());
+  EXPECT_EQ(SearchClock{}, Zeros<SearchClock>());
+  EXPECT_EQ(IterationState{}, Zeros<IterationState>());
+  SearchState search;
+  EXPECT_EQ(search.search_tree_width_null_move_cut, 1);
+  search.search_tree_width_null_move_cut = 0;
+  EXPECT_EQ(search, Zeros<SearchState>());
+}
+
+TEST_F(StateRecords, SettingsBeginAsWithoutAConfiguration) {
+  const SearchSettings settings;
+  EXPECT_EQ(settings.limit_time, 750);
+  EXPECT_EQ(settings.PLAY_STYLE, 2);
+  EXPECT_EQ(settings.is_rnd_search, 0);
+}
 
 TEST_F(StateRecords, ArraysHoldEveryPlyThatASearchCanReach) {
   EXPECT_GE(std::size(gl_find_move), 99u);
