@@ -24,7 +24,7 @@
 #include "position/setup.h"
 #include "position/types.h"
 #include "search/hash.h"
-#include "search/hashinit.h"
+#include "search/hashmemory.h"
 #include "search/root.h"
 #include "search/state.h"
 

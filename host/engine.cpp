@@ -14,7 +14,7 @@
 #include "position/setup.h"
 #include "position/text.h"
 #include "search/hash.h"
-#include "search/hashinit.h"
+#include "search/hashmemory.h"
 #include "search/lifetimes.h"
 #include "search/root.h"
 #include "search/state.h"

@@ -4,19 +4,13 @@
 
 #include "position/castling.h"
 #include "position/enpassant.h"
-#include "search/hashinit.h"
 #include "search/roothooks.h"
 
 namespace tarvyle {
 
-HashEntry* hash[2];
-int Hash_Size = 0x80000;
-std::uint32_t hash_generation = 1;
-
 namespace {
 
-constexpr std::uint32_t kLastGeneration = 255;   // the field's greatest
-constexpr std::uint32_t kGreatestDepth = 0x3FF;  // likewise
+constexpr std::uint32_t kGreatestDepth = 0x3FF;  // the field's greatest
 static_assert(std::uint32_t{kMaxIteration} <= kGreatestDepth,
               "no move is searched deeper than its node");
 
@@ -59,17 +53,6 @@ std::uint32_t EnPassantBits() {
 }
 
 }  // namespace
-
-// Touching gigabytes for every move would cost seconds: only when the generations are used up is
-// the memory really cleared.
-void HashClear() {
-  if (hash_generation < kLastGeneration) {
-    ++hash_generation;
-    return;
-  }
-  HashRenew();
-  hash_generation = 1;
-}
 
 bool HashLook(int alpha, int beta, int depth, int& score, Move& move) {
   const HashEntry& entry = HashSlot(g.side, g.key.low);

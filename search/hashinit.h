@@ -1,6 +1,6 @@
 #pragma once
 
-// The memory of the transposition tables.
+// The configured size of the transposition tables.
 
 namespace tarvyle {
 
@@ -9,12 +9,5 @@ namespace tarvyle {
 // set up. Prints what it does; on a size below 65536 entries, or without memory, it prints an error
 // and ends the process with status 1.
 void HashInit();
-
-// Allocates tables of `entries` entries each, in place of those there are, and fills the position
-// keys when that has not been done. False without memory: the tables that there are stay.
-bool HashAllocate(int entries);
-
-// Gives both tables back to the system, which hands them out again zeroed when they are used.
-void HashRenew();
 
 }  // namespace tarvyle

@@ -11,7 +11,7 @@
 #include "position/types.h"
 #include "pv/tree.h"
 #include "search/clock.h"
-#include "search/hash.h"
+#include "search/hashmemory.h"
 #include "search/history.h"
 #include "search/rootentry.h"
 #include "search/state.h"

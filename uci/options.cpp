@@ -11,7 +11,7 @@
 #include "base/property.h"
 #include "host/engine.h"
 #include "search/hash.h"
-#include "search/hashinit.h"
+#include "search/hashmemory.h"
 #include "search/lifetimes.h"
 #include "search/style.h"
 #include "uci/knowledge.h"

@@ -10,7 +10,7 @@
 #include "host/engine.h"
 #include "search/clock.h"
 #include "search/hash.h"
-#include "search/hashinit.h"
+#include "search/hashmemory.h"
 #include "search/root.h"
 #include "search/state.h"
 #include "search/status.h"

@@ -24,7 +24,7 @@
 #include "position/types.h"
 #include "search/clock.h"
 #include "search/hash.h"
-#include "search/hashinit.h"
+#include "search/hashmemory.h"
 #include "search/mainsearch.h"
 #include "search/node.h"
 #include "search/lifetimes.h"
