@@ -9,11 +9,12 @@
 namespace tarvyle {
 
 // The clock of one stage: of an ordinary search as a whole, or of each part of a randomised one
-// that has an allowance of its own. Begun by TimeReset; written in clock.cpp alone.
+// that has an allowance of its own. Begun by TimeReset; written in clock.cpp alone, and
+// reset with all else that a search leaves.
 struct SearchClock {
   int start_time = 0;           // clock reading at the start, 1/100 s
   int curr_time = 0;            // last clock reading, 1/100 s
-  std::uint64_t cnt_nodes = 0;  // the nodes since the start, above `world.first_count`
+  std::uint64_t cnt_nodes = 0;  // where `world.first_count` began, and the nodes since
   int is_stop_search = 0;       // 1 once the time is used up, or something else has ended the stage
 
   bool operator==(const SearchClock&) const = default;

@@ -137,6 +137,14 @@ def test_every_global_has_a_lifetime():
     assert sorted(told) == sorted(globals_of_headers())
 
 
+def test_clock_and_allowance_have_one_writer():
+    writes = re.compile(r"\b(?:limit_time|(?:start|curr)_time|cnt_nodes|is_stop_search)\s*(?:[-+*/|&^]?=[^=]|\+\+|--)"
+                        r"|(?:\+\+|--)(?:limit_time|cnt_nodes)\b")
+    sources = [path for path in files() if path.suffix in (".cpp", ".h") and path.parts[0] != "tests"]
+    writers = {str(path) for path in sources if writes.search((PROJECT / path).read_text(encoding="utf-8"))}
+    assert writers == {"search/clock.cpp", "search/clock.h", "search/settings.h"}  # the headers declare them
+
+
 def test_pages_have_no_faults():
     require("tidy")
     assert len(PAGES) > 0
