@@ -63,14 +63,13 @@ void CountRefuted(int moves) {
 }  // namespace
 
 // A move need not be searched when even with its gain the mover's material falls short of `best`.
-// Proof. The opponent would be searched with the window (-beta, -best) and evaluates first. While
-// the position stays winnable, Evaluate asks about material alone before all else, and for him
-// MaterialFallsShort(-his material, best) says that he stands above the window: he gets the bare
-// difference, which is a stand-pat above his beta, and returns it before he has made a list. To us
-// it is material + gain, less than best, and nothing changes. What is left of such a move is its
-// node and its trace.
-//
-// That is all that depends on a move's gain: the gain must be exact for every move of the list.
+// Proof. The opponent would be searched with the window (-beta, -best), and evaluated first of all.
+// The position being winnable, Evaluate begins with material alone; his is -(material + gain),
+// which is so far above -best that it stands for the evaluation. He would stand pat on it and
+// return it before any list is made. For the mover that is material + gain, less than `best`:
+// nothing changes. What is left of such a move is a node that is counted and a trace. This holds
+// for the root's list as well, quiet moves and en passant among it, since it asks of a move nothing
+// but its exact gain.
 int Quies(int alpha, int beta) {
   if (StopSearch() != 0) return 0;
   const int stand_pat = Evaluate(alpha, beta);
