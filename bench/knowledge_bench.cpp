@@ -13,7 +13,7 @@
 #include <string>
 
 #include "bench/started.h"
-#include "book/book.h"
+#include "book/bookfile.h"
 #include "book/learn.h"
 #include "book/learnfile.h"
 #include "position/legal.h"

@@ -8,12 +8,6 @@ namespace tarvyle {
 
 struct LearnNode;
 
-// Reads a book file into the learn table. False, having entered nothing, when it cannot be read or
-// is no regular file. A wrong move is reported on standard output with the number of its line,
-// whose rest is dropped. The game is as before afterwards; the repetition counters have seen every
-// line.
-bool ReadLibFile(const char* path);
-
 // A book move among the root moves at first..last of the move list, drawn with weights by stored
 // scores, or 0 when none leads to a book position.
 Move MoveFromLib(int first, int last);

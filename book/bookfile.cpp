@@ -1,4 +1,4 @@
-// Reads the opening book's text file.
+#include "book/bookfile.h"
 
 #include <cstring>
 #include <memory>
@@ -7,7 +7,6 @@
 
 #include "base/file.h"
 #include "base/message.h"
-#include "book/book.h"
 #include "book/bookline.h"
 #include "book/epd.h"
 #include "book/learn.h"

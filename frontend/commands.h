@@ -23,7 +23,4 @@ Command ReadCommand(const char* line);
 // Runs the first row of the command table that takes the line. The last row takes everything.
 void Dispatch(Command& command);
 
-// Prints the help text.
-void PrintHelp();
-
 }  // namespace tarvyle

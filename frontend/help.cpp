@@ -1,8 +1,6 @@
-// The help text of the console.
+#include "frontend/help.h"
 
 #include <cstdio>
-
-#include "frontend/commands.h"
 
 namespace tarvyle {
 

@@ -11,7 +11,7 @@
 
 #include "base/path.h"
 #include "base/property.h"
-#include "book/book.h"
+#include "book/bookfile.h"
 #include "book/learnfile.h"
 #include "eval/scoretable.h"
 #include "frontend/console.h"

@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "base/token.h"
-#include "book/book.h"
+#include "book/bookfile.h"
 #include "eval/evaluate.h"
 #include "eval/scoretable.h"
 #include "position/attack.h"

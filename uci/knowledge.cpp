@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "base/append.h"
-#include "book/book.h"
+#include "book/bookfile.h"
 #include "book/learn.h"
 #include "book/learnfile.h"
 #include "host/learntable.h"

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "book/book.h"
+#include "book/bookfile.h"
 #include "book/learn.h"
 #include "fuzz/engine.h"
 #include "position/legal.h"

@@ -13,7 +13,7 @@
 
 #include "fuzz/engine.h"
 #include "search/clock.h"
-#include "uci/loop.h"
+#include "uci/dialogue.h"
 
 namespace {
 

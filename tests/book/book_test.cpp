@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "book/bookfile.h"
 #include "book/epd.h"
 #include "book/learn.h"
 #include "position/legal.h"

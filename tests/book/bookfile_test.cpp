@@ -1,3 +1,5 @@
+#include "book/bookfile.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -5,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "book/book.h"
 #include "book/epd.h"
 #include "book/learn.h"
 #include "tests/support/book_support.h"

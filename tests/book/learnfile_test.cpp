@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "book/book.h"
+#include "book/bookfile.h"
 #include "book/learn.h"
 #include "tests/support/book_support.h"
 #include "tests/support/captured.h"

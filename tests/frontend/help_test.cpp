@@ -1,8 +1,9 @@
+#include "frontend/help.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
 
-#include "frontend/commands.h"
 #include "tests/support/frontend_support.h"
 
 namespace tarvyle {

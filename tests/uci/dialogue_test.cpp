@@ -1,24 +1,23 @@
-// Whole dialogues, however their bytes come: no line that has come waits for another one.
+// The second front end, from its first line to its last.
 
-#include <fcntl.h>
+#include "uci/loop.h"
+
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <chrono>
-#include <compare>
 #include <cstddef>
-#include <initializer_list>
-#include <random>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <numeric>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "base/version.h"
+#include "position/record.h"
+#include "tests/support/captured.h"
 #include "tests/support/uci_support.h"
-#include "uci/loop.h"
 
 namespace tarvyle::uci {
 
@@ -26,215 +25,115 @@ using namespace support;
 
 namespace {
 
-using namespace std::chrono_literals;
+using Loop = UciTest;
 
-// An answer takes milliseconds; this long only a machine that stands still would take, or an engine
-// that waits for more than it was told.
-constexpr auto kPatience = 20s;
-
-constexpr const char* kMatedInfinitely = "position fen 7k/5KQ1/8/8/8/8/8/8 b - - 0 1";
-constexpr const char* kStalemate = "position fen 7k/5Q2/6K1/8/8/8/8/8 b - - 0 1";
-constexpr const char* kMateInOne = "position fen 7k/8/5KQ1/8/8/8/8/8 w - - 0 1";
-constexpr const char* kOneReply = "position fen 7k/8/8/8/8/8/1r6/K7 w - - 0 1";
-
-struct DialogueRow {
-  const char* name;
-  const char* before;  // lines that are said first
-  const char* go;
-};
-
-// Searches that end before the engine first listens, or soon after.
-constexpr std::array kDialogueRows = {
-    DialogueRow{"depth 1", "position startpos", "go depth 1 infinite"},
-    DialogueRow{"one node", "position startpos", "go nodes 1 infinite"},
-    DialogueRow{"a millisecond", "position startpos", "go movetime 1 infinite"},
-    DialogueRow{"no clock", "position startpos", "go wtime 0 btime 0 ponder"},
-    DialogueRow{"nothing but the stop", "position startpos", "go infinite"},
-    DialogueRow{"mate in one", kMateInOne, "go infinite"},
-    DialogueRow{"mate in one asked for", kMateInOne, "go mate 1 infinite"},
-    DialogueRow{"one reply", kOneReply, "go wtime 100 ponder"},
-    DialogueRow{"one reply at random", kOneReply,
-                "setoption name Random Search value true\ngo infinite"},
-    DialogueRow{"mated", kMatedInfinitely, "go infinite"},
-    DialogueRow{"stalemate", kStalemate, "go ponder"},
-};
-
-std::vector<std::string> InRandomPieces(const std::string& text, std::mt19937& random) {
-  std::vector<std::string> pieces;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t size = 1 + random() % (random() % 2 == 0 ? 4 : text.size());
-    pieces.push_back(text.substr(at, size));
-    at += size;
-  }
-  return pieces;
+TEST_F(Loop, DeclaresItself) {
+  const Lines said = Speak("uci\n");
+  ASSERT_EQ(said.size(), 14u);
+  EXPECT_EQ(said[0], std::string("id name Tarvyle ") + kVersion);
+  EXPECT_EQ(said[1], "id author Tarvyle developers");
+  EXPECT_EQ(Beginning(said, "option name ").size(), 11u);
+  EXPECT_EQ(said.back(), "uciok");
 }
 
-// A GUI that speaks with an engine on another thread.
-class Gui {
- public:
-  Gui() {
-    EXPECT_EQ(pipe2(in_, O_CLOEXEC), 0);
-    EXPECT_EQ(pipe2(out_, O_CLOEXEC), 0);
-    engine_ = std::thread([this] {
-      SpeakUci(in_[0], out_[1]);
-      close(out_[1]);
-    });
-  }
-
-  ~Gui() {
-    Leave();
-    engine_.join();
-    for (const int file : {in_[0], out_[0]}) close(file);
-  }
-
-  Gui(const Gui&) = delete;
-  Gui& operator=(const Gui&) = delete;
-
-  void Leave() {
-    if (in_[1] >= 0) close(in_[1]);
-    in_[1] = -1;
-  }
-
-  // Tells a piece and waits until the engine has read it.
-  void Tell(const std::string& piece) const {
-    EXPECT_EQ(write(in_[1], piece.data(), piece.size()), static_cast<ssize_t>(piece.size()));
-    const auto end = std::chrono::steady_clock::now() + kPatience;
-    for (int waiting = 1; waiting > 0 && std::chrono::steady_clock::now() < end;) {
-      EXPECT_EQ(ioctl(in_[0], FIONREAD, &waiting), 0);
-      if (waiting > 0) std::this_thread::sleep_for(20us);
-    }
-  }
-
-  // The next so many lines but infos: without moves and, where none comes, "silence" last.
-  Lines Answers(std::size_t count) {
-    Lines said;
-    const auto end = std::chrono::steady_clock::now() + kPatience;
-    while (said.size() < count && (said.empty() || said.back() != "silence")) {
-      const std::string line = NextLineBefore(end);
-      if (!line.starts_with("info")) said.push_back(line.substr(0, line.find(' ')));
-    }
-    return said;
-  }
-
- private:
-  std::string NextLineBefore(std::chrono::steady_clock::time_point end) {
-    std::size_t size = heard_.find('\n');
-    while (size == std::string::npos) {
-      const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-          end - std::chrono::steady_clock::now());
-      pollfd waiting{out_[0], POLLIN, 0};
-      std::array<char, 4096> chunk;
-      if (poll(&waiting, 1, std::max(0, static_cast<int>(left.count()))) <= 0) return "silence";
-      const ssize_t count = read(out_[0], chunk.data(), chunk.size());
-      if (count <= 0) return "silence";
-      heard_.append(chunk.data(), static_cast<std::size_t>(count));
-      size = heard_.find('\n');
-    }
-    std::string line = heard_.substr(0, size);
-    heard_.erase(0, size + 1);
-    return line;
-  }
-
-  int in_[2] = {-1, -1};
-  int out_[2] = {-1, -1};
-  std::string heard_;
-  std::thread engine_;
-};
-
-// A search without end: "isready" is answered at once, "stop" as well, and what follows it.
-const Lines kAnswersToTheRest = {"readyok", "bestmove", "readyok"};
-
-class Dialogues : public UciTest {
- protected:
-  // Speaks the row's dialogue in the ways that `pieces_of` cuts it, one after the other.
-  template <typename Cut>
-  static void SpeakEach(const DialogueRow& row, Cut pieces_of) {
-    SCOPED_TRACE(row.name);
-    Gui gui;
-    gui.Tell(std::string("setoption name Seed value 1\n") + row.before + "\nisready\n");
-    ASSERT_EQ(gui.Answers(1), Lines{"readyok"});
-    const std::string text = std::string(row.go) + "\nisready\nstop\nisready\n";
-    for (std::size_t i = 0;; ++i) {
-      const std::vector<std::string> pieces = pieces_of(text, i);
-      if (pieces.empty()) break;
-      for (const std::string& piece : pieces) gui.Tell(piece);
-      ASSERT_EQ(gui.Answers(3), kAnswersToTheRest) << testing::PrintToString(pieces);
-    }
-  }
-};
-
-TEST_F(Dialogues, AreAnsweredInOnePiece) {
-  for (const DialogueRow& row : kDialogueRows) {
-    SpeakEach(row, [](const std::string& text, std::size_t i) {
-      return i < 3 ? std::vector{text} : std::vector<std::string>();
-    });
-  }
+TEST_F(Loop, IsReady) {
+  EXPECT_EQ(Speak("isready\n\n  \r\nisready\r\n"), (Lines{"readyok", "readyok"}));
 }
 
-TEST_F(Dialogues, AreAnsweredCutAtAnyByte) {
-  for (const DialogueRow& row : kDialogueRows) {
-    SpeakEach(row, [](const std::string& text, std::size_t i) {
-      return i + 1 < text.size() ? std::vector{text.substr(0, i + 1), text.substr(i + 1)}
-                                 : std::vector<std::string>();
-    });
+TEST_F(Loop, ReportsCommandsThatItDoesNotKnow) {
+  EXPECT_EQ(Speak("hello world\nUCI\ngo2 depth 3\n"),
+            (Lines{"info string unknown command: hello", "info string unknown command: UCI",
+                   "info string unknown command: go2"}));
+}
+
+TEST_F(Loop, HasNothingToStop) { EXPECT_EQ(Speak("stop\nponderhit\nstop now\n"), Lines()); }
+
+TEST_F(Loop, ObeysEveryCommand) {
+  const Lines said = Speak(
+      "position startpos moves e2e4\nsetoption name Seed value 1\nsetoption name Seed value x\n"
+      "go depth 2\nperft 1\neval\nbench 1\nd\n");
+  EXPECT_EQ(Beginning(said, "info string setoption Seed").size(), 1u);
+  EXPECT_EQ(Beginning(said, "bestmove ").size(), 1u);
+  EXPECT_EQ(Beginning(said, "nodes 20").size(), 1u);
+  EXPECT_EQ(Beginning(said, "evaluation ").size(), 1u);
+  EXPECT_EQ(Beginning(said, "info string a depth from 2 ").size(), 1u);
+  EXPECT_EQ(said.back(), "text:  rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b QKqk");
+}
+
+TEST_F(Loop, StartsEachTimeAtTheStart) {
+  const Lines first = Speak("setoption name Seed value x\nposition startpos moves e2e4\nd\n");
+  EXPECT_EQ(first.back(), "text:  rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b QKqk");
+  EXPECT_EQ(Speak("d\n").back(), "text:  rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk");
+  Speak("setoption name Style value knowledge1\n");
+  EXPECT_STREQ(print_play_str(), "knowledge1");
+  Speak("");
+  EXPECT_STREQ(print_play_str(), "knowledge3");
+}
+
+TEST_F(Loop, DoesNotComeBackToAGameBeforeANewOne) {
+  const Lines said = Speak(
+      "position startpos moves e2e4\nucinewgame\nsetoption name Book File value <empty>\n"
+      "isready\nd\n");
+  EXPECT_EQ(said.back(), "text:  rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk");
+}
+
+// The book's lines are no positions of the game.
+TEST_F(Loop, PlaysTheGameAnewWhenTheBookHasBeenRead) {
+  const std::string book = folder_.Write("my.bk", "h2h4 h7h5 h1h3 h8h6\n");
+  Speak("setoption name Book File value " + book +
+        "\nsetoption name OwnBook value true\nposition startpos moves e2e4\nisready\n");
+  EXPECT_EQ(std::accumulate(std::begin(repetition_set), std::end(repetition_set), 0u), 2u);
+}
+
+TEST_F(Loop, ForgetsTheOldGameInANewOne) {
+  // So short that "quit" is not heard while it thinks.
+  const std::string search = "go depth 4\n";
+  const Lines said = Speak("setoption name Seed value 1\n" + search +
+                           "position startpos moves e2e4\n" + "ucinewgame\nd\n" + search);
+  const Lines boards = Beginning(said, "text: ");
+  EXPECT_EQ(boards, Lines{"text:  rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKqk"});
+  Lines pv;
+  for (const std::string& line : Beginning(said, "info depth")) {
+    pv.push_back(TextBetween(line, "depth", "nps") + ": " + TextBetween(line, "pv"));
   }
+  ASSERT_EQ(pv.size() % 2, 0u);
+  const auto half = pv.begin() + static_cast<std::ptrdiff_t>(pv.size() / 2);
+  EXPECT_TRUE(std::equal(pv.begin(), half, half)) << "the second search is the first one";
 }
 
-TEST_F(Dialogues, AreAnsweredInRandomPieces) {
-  std::mt19937 random(1);
-  for (const DialogueRow& row : kDialogueRows) {
-    SpeakEach(row, [&random](const std::string& text, std::size_t i) {
-      return i < 10 ? InRandomPieces(text, random) : std::vector<std::string>();
-    });
-  }
+TEST_F(Loop, ReadsFilesBeforeItIsReadyAndBeforeItSearches) {
+  const std::string missing = folder_.Path("missing.lrn");
+  const std::string complaint = "info string cannot read the learn file " + missing;
+  const std::string option = "setoption name Learn File value " + missing + "\n";
+  EXPECT_EQ(Speak(option + "isready\nisready\n"), (Lines{complaint, "readyok", "readyok"}));
+  const Lines said = Speak(option + "position startpos moves e2e4\ngo depth 2\nd\n");
+  EXPECT_EQ(said.front(), complaint);
+  EXPECT_EQ(said.back(), "text:  rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b QKqk");
+  EXPECT_EQ(Speak(option + "ucinewgame\nisready\n"), (Lines{complaint, "readyok"}));
 }
 
-// The book answers half of the time.
-TEST_F(Dialogues, AreAnsweredByTheBook) {
-  const std::string book = folder_.Write("one.bk", "h2h4\n");
-  const std::string before = "setoption name Book File value " + book +
-                             "\nsetoption name OwnBook value true\nposition startpos";
-  SpeakEach(
-      {"book", before.c_str(), "go depth 1 infinite"}, [](const std::string& text, std::size_t i) {
-        if (i == 20) return std::vector<std::string>();
-        return std::vector{"setoption name Seed value " + std::to_string(i + 1) + "\n" + text};
-      });
+TEST_F(Loop, EndsWithQuit) { EXPECT_EQ(Speak("isready\n quit now\nisready\n"), Lines{"readyok"}); }
+
+TEST_F(Loop, EndsWithQuitWhileItThinks) {
+  const Lines said = Speak("go infinite\nisready\nquit\nisready\n");
+  EXPECT_EQ(Beginning(said, "readyok").size(), 1u) << "nothing that came after it is obeyed";
+  EXPECT_EQ(Beginning(said, "bestmove ").size(), 1u);
+  EXPECT_FALSE(Beginning(Speak("isready\n"), "readyok").empty()) << "the next one begins anew";
 }
 
-TEST_F(Dialogues, HoldSeveralSearches) {
-  Gui gui;
-  gui.Tell(
-      "position startpos\ngo infinite\nstop\ngo infinite\nstop\ngo depth 1 infinite\nisready\n"
-      "stop\ngo depth 2\nisready\n");
-  const Lines said = gui.Answers(6);
-  EXPECT_EQ(std::count(said.begin(), said.end(), "bestmove"), 4);
-  EXPECT_EQ(std::count(said.begin(), said.end(), "readyok"), 2);
-}
-
-// Nor does the end of the input wait for anything, whatever came last.
-TEST_F(Dialogues, EndWithTheInput) {
-  for (const DialogueRow& row : kDialogueRows) {
-    for (const char* last : {"", "isready", "isready\n"}) {
-      SCOPED_TRACE(row.name + std::string(last));
-      Gui gui;
-      gui.Tell(std::string(row.before) + "\n" + row.go + "\n" + last);
-      gui.Leave();
-      Lines said = gui.Answers(3);
-      ASSERT_FALSE(said.empty());
-      EXPECT_EQ(said.back(), "silence");
-      EXPECT_EQ(std::count(said.begin(), said.end(), "bestmove"), 1);
-      EXPECT_EQ(std::count(said.begin(), said.end(), "readyok"), *last == '\0' ? 0 : 1);
-    }
-  }
-}
-
-TEST_F(Dialogues, EndWithQuit) {
-  for (const DialogueRow& row : kDialogueRows) {
-    SCOPED_TRACE(row.name);
-    Gui gui;
-    gui.Tell(std::string(row.before) + "\n" + row.go + "\nquit\nisready\n");
-    EXPECT_EQ(gui.Answers(2), (Lines{"bestmove", "silence"}));
-  }
+// A program of its own, whose input ends; the engine's words stay within.
+TEST_F(Loop, SpeaksOnTheStandardStreams) {
+  const std::string file = folder_.Write("input", "isready\nd\nisready");
+  const auto speak = [&file] {
+    if (std::freopen(file.c_str(), "r", stdin) == nullptr) std::exit(3);
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+    SpeakUci();
+    std::puts("the end");
+    std::fflush(stdout);
+    std::exit(0);
+  };
+  EXPECT_EXIT(speak(), testing::ExitedWithCode(0),
+              "^readyok\n(.*\n)+text: .*\nreadyok\nthe end\n$");
 }
 
 }  // namespace
