@@ -1,4 +1,4 @@
-#include "frontend/testpositions.h"
+#include "frontend/debpositions.h"
 
 #include <iterator>
 

@@ -14,10 +14,10 @@
 #include "position/setup.h"
 #include "search/root.h"
 #include "tools/commandline.h"
-#include "tools/commands.h"
 #include "tools/lines.h"
 #include "tools/listings.h"
 #include "tools/searches.h"
+#include "tools/subcommands.h"
 
 namespace tarvyle::tools {
 

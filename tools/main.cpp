@@ -10,8 +10,8 @@
 
 #include "host/engine.h"
 #include "tools/commandline.h"
-#include "tools/commands.h"
 #include "tools/failure.h"
+#include "tools/subcommands.h"
 
 namespace tarvyle::tools {
 

@@ -1,4 +1,4 @@
-#include "uci/loop.h"
+#include "uci/dialogue.h"
 
 #include <unistd.h>
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "host/engine.h"
-#include "uci/loop.h"
+#include "uci/dialogue.h"
 
 int main() {
   // A write beyond a limit on file sizes reports it, like one on a full disk.

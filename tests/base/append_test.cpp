@@ -182,7 +182,8 @@ TEST_F(Appending, AddsNothingToAFileThatAnotherHolds) {
   EXPECT_EQ(Content("file"), "old new");
 }
 
-// Several that add and one that replaces the file again and again: each addition is there at the end.
+// Several that add and one that replaces the file again and again: each addition is there at the
+// end.
 TEST_F(Appending, LosesNothingToWhoReplacesTheFile) {
   constexpr int kAdditions = 5000;
   constexpr int kAdding = 3;

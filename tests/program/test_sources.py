@@ -101,7 +101,7 @@ def test_the_engine_tells_all_through_one_door():
         "base/message.cpp": ["vprintf"],  # the door
         "pv/line.cpp": ["printf", "putchar"],  # LinePrint
         "search/status.cpp": ["printf", "putchar"],  # debug_print_moves_and_score
-        "uci/loop.cpp": ["STDOUT_FILENO"],  # where the GUI listens
+        "uci/dialogue.cpp": ["STDOUT_FILENO"],  # where the GUI listens
         "uci/output.cpp": ["STDOUT_FILENO"],
     }
 

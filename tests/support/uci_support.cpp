@@ -10,10 +10,10 @@
 #include <sstream>
 
 #include "host/positiontext.h"
+#include "uci/dialogue.h"
 #include "uci/input.h"
 #include "uci/knowledge.h"
 #include "uci/limits.h"
-#include "uci/loop.h"
 #include "uci/options.h"
 #include "uci/place.h"
 #include "uci/think.h"

@@ -1,6 +1,6 @@
 // The second front end, from its first line to its last.
 
-#include "uci/loop.h"
+#include "uci/dialogue.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

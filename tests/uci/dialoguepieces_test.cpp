@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "tests/support/uci_support.h"
-#include "uci/loop.h"
+#include "uci/dialogue.h"
 
 namespace tarvyle::uci {
 

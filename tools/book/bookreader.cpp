@@ -1,4 +1,4 @@
-#include "tools/book/bookfile.h"
+#include "tools/book/bookreader.h"
 
 #include <array>
 #include <cerrno>

@@ -10,7 +10,7 @@
 #include "host/scoretext.h"
 #include "position/record.h"
 #include "position/types.h"
-#include "tools/book/bookfile.h"
+#include "tools/book/bookreader.h"
 #include "tools/failure.h"
 #include "tools/progress.h"
 

@@ -5,7 +5,7 @@
 #include "tools/book/frompgn.h"
 #include "tools/book/stats.h"
 #include "tools/commandline.h"
-#include "tools/commands.h"
+#include "tools/subcommands.h"
 
 namespace tarvyle::tools {
 

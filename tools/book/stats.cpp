@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/book/bookfile.h"
+#include "tools/book/bookreader.h"
 
 namespace tarvyle::tools {
 

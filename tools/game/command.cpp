@@ -9,11 +9,11 @@
 #include "host/scoretext.h"
 #include "position/types.h"
 #include "tools/commandline.h"
-#include "tools/commands.h"
 #include "tools/files.h"
+#include "tools/game/gamereader.h"
 #include "tools/game/pgn.h"
 #include "tools/game/report.h"
-#include "tools/game/savedgame.h"
+#include "tools/subcommands.h"
 
 namespace tarvyle::tools {
 

@@ -1,4 +1,4 @@
-#include "tools/game/savedgame.h"
+#include "tools/game/gamereader.h"
 
 #include <sys/stat.h>
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tools/game/savedgame.h"
+#include "tools/game/gamereader.h"
 
 namespace tarvyle::tools {
 

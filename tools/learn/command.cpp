@@ -4,11 +4,11 @@
 
 #include "search/root.h"
 #include "tools/commandline.h"
-#include "tools/commands.h"
 #include "tools/learn/analyse.h"
 #include "tools/learn/listing.h"
 #include "tools/learn/merge.h"
 #include "tools/learn/verify.h"
+#include "tools/subcommands.h"
 
 namespace tarvyle::tools {
 

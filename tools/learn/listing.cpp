@@ -13,7 +13,7 @@
 #include "position/types.h"
 #include "tools/files.h"
 #include "tools/json.h"
-#include "tools/learn/record.h"
+#include "tools/learn/recordreader.h"
 
 namespace tarvyle::tools {
 

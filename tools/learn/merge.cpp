@@ -6,7 +6,7 @@
 
 #include "book/learnrecord.h"
 #include "host/engine.h"
-#include "tools/book/bookfile.h"
+#include "tools/book/bookreader.h"
 #include "tools/files.h"
 #include "tools/learn/recordset.h"
 

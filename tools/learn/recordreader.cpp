@@ -1,4 +1,4 @@
-#include "tools/learn/record.h"
+#include "tools/learn/recordreader.h"
 
 namespace tarvyle::tools {
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "book/learnrecord.h"
-#include "tools/learn/record.h"
+#include "tools/learn/recordreader.h"
 
 namespace tarvyle::tools {
 

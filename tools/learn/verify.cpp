@@ -12,7 +12,7 @@
 #include "search/state.h"
 #include "tools/failure.h"
 #include "tools/files.h"
-#include "tools/learn/record.h"
+#include "tools/learn/recordreader.h"
 #include "tools/learn/recordset.h"
 
 namespace tarvyle::tools {

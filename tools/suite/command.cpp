@@ -1,7 +1,7 @@
 #include <memory>
 
 #include "tools/commandline.h"
-#include "tools/commands.h"
+#include "tools/subcommands.h"
 #include "tools/suite/solve.h"
 
 namespace tarvyle::tools {

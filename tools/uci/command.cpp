@@ -1,6 +1,6 @@
 #include "tools/commandline.h"
-#include "tools/commands.h"
-#include "uci/loop.h"
+#include "tools/subcommands.h"
+#include "uci/dialogue.h"
 
 namespace tarvyle::tools {
 
