@@ -1,22 +1,17 @@
-// Sizing and allocating the transposition tables.
+// The configured size of the transposition tables.
 
 #include "search/hashinit.h"
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
-#include <initializer_list>
 #include <string>
-#include <vector>
 
 #include "position/hashkey.h"
 #include "tests/support/build_kind.h"
+#include "tests/support/machine_memory.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {
@@ -27,10 +22,6 @@ namespace {
 
 constexpr double kEntryPairBytes = 2 * sizeof(HashEntry);
 
-double MachineBytes() {
-  return static_cast<double>(sysconf(_SC_PHYS_PAGES)) * static_cast<double>(sysconf(_SC_PAGESIZE));
-}
-
 double TableBytes(int number) { return kEntryPairBytes * static_cast<double>(1u << number / 2); }
 
 void InitWith(const std::string& number) {
@@ -38,24 +29,9 @@ void InitWith(const std::string& number) {
   HashInit();
 }
 
-// For a child process: as much address space as given, all tables included.
-void LimitMemory(rlim_t megabytes) {
-  rlimit limit{};
-  limit.rlim_cur = megabytes << 20;
-  limit.rlim_max = limit.rlim_cur;
-  if (setrlimit(RLIMIT_AS, &limit) != 0) std::exit(3);
-}
-
 void InitWithin(rlim_t megabytes, const std::string& number) {
   LimitMemory(megabytes);
   InitWith(number);
-}
-
-// Whether anything is found in the tables for the current position; they must be readable.
-bool HashLookAnywhere() {
-  int score = 0;
-  Move move = 0;
-  return HashLook(-1, 1, 0, score, move);
 }
 
 void InitAloud(const std::string& number) {
@@ -125,80 +101,6 @@ TEST_F(HashInitialisation, RefusedAllocationEndsTheProcess) {
     EXPECT_EXIT(InitWithin(megabytes, "48"), testing::ExitedWithCode(1),  // twice 512 megabytes
                 "^# error: HashInit: out of memory \n$");
   }
-}
-
-// For a child process: ends with 0 when an allocation is refused and the tables are as they were.
-void AllocateWithin(rlim_t megabytes, int entries) {
-  const HashEntry* const before[2] = {hash[White], hash[Black]};
-  const int size = Hash_Size;
-  LimitMemory(megabytes);
-  if (HashAllocate(entries)) std::exit(4);
-  const bool same = hash[White] == before[White] && hash[Black] == before[Black];
-  std::exit(same && Hash_Size == size && !HashLookAnywhere() ? 0 : 5);
-}
-
-TEST_F(HashInitialisation, RefusedSizeLeavesTheTablesThatThereAre) {
-  if (TableBytes(60) <= MachineBytes()) GTEST_SKIP() << "no size is beyond this machine";
-  HashEntry* const before[2] = {hash[White], hash[Black]};
-  EXPECT_FALSE(HashAllocate(1 << 30));
-  EXPECT_EQ(hash[White], before[White]);
-  EXPECT_EQ(hash[Black], before[Black]);
-  EXPECT_EQ(Hash_Size, kReferenceEntries);
-}
-
-TEST_F(HashInitialisation, SecondTableRefusedLeavesTheTablesThatThereAre) {
-  if (kAddressSanitizer) GTEST_SKIP() << "the address sanitizer needs its address space";
-  EXPECT_EXIT(AllocateWithin(700, 1 << 24), testing::ExitedWithCode(0), "");
-}
-
-TEST_F(HashInitialisation, TablesStartEmptyEvenInUsedMemory) {
-  ASSERT_TRUE(HashAllocate(0x20000));
-  for (HashEntry* table : hash)
-    std::memset(static_cast<void*>(table), 1, sizeof(HashEntry) * 0x20000);
-  ASSERT_TRUE(HashAllocate(0x10000));
-  for (const HashEntry* table : hash) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(table);
-    const auto used = [](unsigned char byte) { return byte != 0; };
-    EXPECT_EQ(std::count_if(bytes, bytes + sizeof(HashEntry) * 0x10000, used), 0);
-  }
-}
-
-// How many pages of the tables take memory.
-int PagesInUse() {
-  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  std::size_t used = 0;
-  for (HashEntry* table : hash) {
-    const auto begin = reinterpret_cast<std::uintptr_t>(table) / page * page;
-    const auto end = reinterpret_cast<std::uintptr_t>(table + Hash_Size);
-    std::vector<unsigned char> states((end - begin + page - 1) / page);
-    if (mincore(reinterpret_cast<void*>(begin), end - begin, states.data()) != 0) return -1;
-    used += static_cast<std::size_t>(std::count_if(
-        states.begin(), states.end(), [](unsigned char state) { return (state & 1) != 0; }));
-  }
-  return static_cast<int>(used);
-}
-
-TEST_F(HashInitialisation, EmptiedTablesTakeNoMemory) {
-  ASSERT_TRUE(HashAllocate(0x20000));
-  EXPECT_EQ(PagesInUse(), 0);
-  for (HashEntry* table : hash)
-    std::memset(static_cast<void*>(table), 1, sizeof(HashEntry) * 0x20000);
-  EXPECT_GE(PagesInUse(), 2 * 1024);
-  HashRenew();
-  EXPECT_EQ(PagesInUse(), 0);
-}
-
-TEST_F(HashInitialisation, DrawsTheKeysWhitesFirst) {
-  const std::uint32_t kept = seed16;
-  seed16 = 11111;
-  for (int colour = White; colour <= Black; ++colour) {
-    for (int piece = Pawn; piece <= King; ++piece) {
-      for (Square square = 0; square < kSquares; ++square) {
-        ASSERT_EQ(PieceKey(piece, colour, square), Rand64());
-      }
-    }
-  }
-  EXPECT_EQ(seed16, kept) << "nothing else has been drawn";
 }
 
 TEST_F(HashInitialisation, DrawsTheKeysOnceOnly) {
