@@ -14,6 +14,7 @@
 #include "search/hash.h"
 #include "search/history.h"
 #include "search/node.h"
+#include "search/nodeargs.h"
 #include "search/nodesteps.h"
 #include "search/order.h"
 #include "search/result.h"

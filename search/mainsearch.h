@@ -1,7 +1,7 @@
 #pragma once
 
 #include "position/types.h"
-#include "search/node.h"
+#include "search/nodeargs.h"
 
 namespace tarvyle {
 

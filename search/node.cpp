@@ -13,6 +13,7 @@
 #include "search/clock.h"
 #include "search/hash.h"
 #include "search/history.h"
+#include "search/nodeargs.h"
 #include "search/nodesteps.h"
 #include "search/order.h"
 #include "search/result.h"

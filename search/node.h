@@ -1,24 +1,12 @@
 #pragma once
 
 #include "position/types.h"
+#include "search/nodeargs.h"
 
 // The alpha-beta search of nodes off the principal variation. Scores are from the side to move's
 // point of view, in 1/1000 pawn; 0 comes back from every node once the search is stopped.
 
 namespace tarvyle {
-
-// What a node is searched with, by name.
-struct NodeArgs {
-  int alpha;
-  int beta;
-  int depth;
-  bool in_check;                // the side to move is
-  bool is_probe_child = false;  // in a null-move, internal-deepening or verification search
-  bool on_pv = false;           // the node lies on a stored principal variation
-  bool null_allowed = false;    // the side to move may pass
-  Move first_move = 0;          // to try first, 0 for none
-  Move excluded_move = 0;       // not to be searched, 0 for none
-};
 
 // Searches a node off the principal variation, with all pruning. `line` receives the principal
 // variation from this ply on (kLineSize words, by ply); it is left alone where there is none. The
