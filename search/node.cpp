@@ -72,8 +72,6 @@ Move DeepenInternally(NodeArgs node, Move* line) {
   node.alpha = std::max(-kInfinity, node.alpha - kDeepenMargin);
   node.depth /= 2;
   node.is_probe_child = true;
-  node.null_allowed = false;
-  node.first_move = 0;
   const Move outer = gl_find_move[ply];
   gl_find_move[ply] = 0;
   Search(node, line);
