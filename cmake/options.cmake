@@ -105,7 +105,8 @@ endfunction()
 # profile is to be fast, not fast to build.
 function(optimise_lightly target)
   if(NOT TARVYLE_PROFILE)
-    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>)
+    target_compile_options(${target} PRIVATE
+      $<$<CONFIG:Release>:-O1> $<$<BOOL:${TARVYLE_SANITIZE}>:-O1>)
     set_target_properties(${target} PROPERTIES INTERPROCEDURAL_OPTIMIZATION_RELEASE OFF)
   endif()
 endfunction()
