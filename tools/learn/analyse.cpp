@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "book/learn.h"
 #include "book/learnrecord.h"
 #include "host/positiontext.h"
 #include "host/scoretext.h"
@@ -52,15 +53,12 @@ bool SearchedEnough(const LearnRecord* known, const SearchBounds& bounds) {
 bool SearchAndRecord(const std::string& epd, const SearchBounds& bounds, RecordSet& known,
                      RecordLog& log) {
   if (SearchPosition(epd, bounds).move == 0) return false;
-  RecordSet result;
-  result.AddEngineTable();
-  LearnRecord record = result.Records().front();
-  if (const LearnRecord* older = known.Find(record)) {
-    record.book = older->book;
-    record.kind = older->kind;
+  LearnNode& learned = *FindCurrentNode();
+  if (const LearnRecord* older = known.Find(EmptyRecord(CurrentText()))) {
+    learned.book = older->book;
+    learned.kind = older->kind;
   }
-  std::string bytes;
-  AppendRecord(bytes, record);
+  std::string bytes = RecordOf(learned);
   log.Append(bytes);
   (void)known.AddContent(std::move(bytes));
   return true;
