@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "book/learn.h"
-#include "book/learnrecord.h"
 #include "host/positiontext.h"
 #include "host/scoretext.h"
 #include "position/record.h"
