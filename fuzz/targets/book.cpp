@@ -7,7 +7,7 @@
 #include "book/book.h"
 #include "book/bookfile.h"
 #include "book/learn.h"
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"

@@ -3,7 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
+#include "fuzz/inputlines.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tarvyle::fuzz;

@@ -6,7 +6,7 @@
 
 #include "base/property.h"
 #include "frontend/startup.h"
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
 #include "search/settings.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include "book/book.h"
 #include "book/learn.h"
 #include "book/learnfile.h"
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/types.h"

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "base/token.h"
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/record.h"

@@ -13,7 +13,7 @@
 #include "eval/attackmap.h"
 #include "eval/evaluate.h"
 #include "frontend/display.h"
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
 #include "position/legal.h"
 #include "position/makemove.h"
 #include "position/movegen.h"

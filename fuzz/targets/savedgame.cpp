@@ -15,7 +15,8 @@
 
 #include "base/token.h"
 #include "frontend/savedgame.h"
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
+#include "fuzz/inputlines.h"
 #include "position/game.h"
 #include "position/image.h"
 #include "position/legal.h"

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
 #include "search/clock.h"
 #include "uci/dialogue.h"
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-// What the fuzz targets share: an engine without a process around it, searches that end soon, and
-// lines of input that cannot reach beyond a folder of their own.
+// What the fuzz targets share: an engine without a process around it, searches that end soon, files
+// in memory. Lines of input: inputlines.h.
 
 namespace tarvyle::fuzz {
 
@@ -29,13 +29,8 @@ void FreshProcess();
 // The same of the position alone, which is much less work: for targets that do not search.
 void FreshPosition();
 
-// Allots the nodes that the searches of this execution may visit in all. A single one gets a part.
-void AllotNodes(int nodes);
+// Whether the searches of this execution have visited all nodes that were allotted to them.
 bool NodesAreUsedUp();
-
-// Obeys the input line by line, as the command loop does, inside an empty folder that is emptied
-// again. Ends at "quit" and where the process would end on purpose, and when the nodes are used up.
-void ObeyLines(std::string_view input);
 
 // Ends the process with a message: what was promised does not hold.
 void Expect(bool condition, const char* promise);

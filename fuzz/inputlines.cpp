@@ -1,4 +1,4 @@
-// Lines of input, without what would end the process or leave its folder.
+#include "fuzz/inputlines.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -15,7 +15,7 @@
 
 #include "frontend/commands.h"
 #include "frontend/loop.h"
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
 #include "position/legal.h"
 #include "position/record.h"
 #include "position/soundness.h"

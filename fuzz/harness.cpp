@@ -1,4 +1,4 @@
-#include "fuzz/engine.h"
+#include "fuzz/harness.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -53,10 +53,8 @@ void FreshPosition() { BeginGame(); }
 
 void FreshProcess() {
   ResetProcess();
-  AllotNodes(kNodesPerExecution);
+  nodes_left = kNodesPerExecution;
 }
-
-void AllotNodes(int nodes) { nodes_left = nodes; }
 
 bool NodesAreUsedUp() { return nodes_left <= 0; }
 
