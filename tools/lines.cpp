@@ -14,6 +14,7 @@ namespace tarvyle::tools {
 
 namespace {
 
+// How many there will be is not known, so this is no bar as in progress.h.
 void ShowProgress(long done) {
   if (isatty(STDERR_FILENO) != 0) std::fprintf(stderr, "\r%ld lines", done);
 }

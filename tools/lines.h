@@ -15,8 +15,8 @@ std::vector<std::string_view> Fields(std::string_view line);
 int DepthOf(std::string_view field, int least, int most);
 
 // Reads a file ("" or "-": standard input) line by line. Lines that begin with '#', and empty ones,
-// are copied to standard output; every other one is answered with what `answer` returns for it.
-// `on_comment` is told of every line that begins with '#'. Shows how many lines are done on
+// are copied to standard output, after `on_comment` has been told of them; every other one is
+// answered with what `answer` returns for it. Shows how many lines are done on
 // standard error when that is a terminal. Throws std::runtime_error when the file cannot be opened,
 // and what `answer` throws with the line's number in front.
 void AnswerLines(const std::string& file,

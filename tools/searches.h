@@ -7,9 +7,9 @@ namespace tarvyle::tools {
 // Options of `tarv search`.
 struct SearchOptions {
   std::string file;  // of lines "root, tab, style, tab, depth"; "" or "-": standard input
-  std::string book;  // fills the learn table before each search, "" for none
+  std::string book;  // fills the learn table whenever it is reset, "" for none
   unsigned seed = 1;
-  bool chain = false;    // nothing is reset between lines, but for a line "# new process"
+  bool chain = false;    // reset at the beginning and at a line "# new process" alone
   bool pv_tree = false;  // prints the tree of principal variations after each search
 };
 

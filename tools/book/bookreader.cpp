@@ -82,7 +82,7 @@ struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-// A pipe is read as well.
+// A pipe is read as well, which ReadWholeFile refuses.
 std::string ReadAll(const std::string& path) {
   const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "r"));
   if (!file) FailOn("cannot read", path, errno);

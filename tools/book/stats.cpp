@@ -162,11 +162,12 @@ void PrintVolumes(const BookStatsOptions& options, const BookFile& book) {
   }
   const std::set<int> codes = CodesOf(book);
   Table table(options.markdown, {"volume", "codes", "lines", "half-moves", "positions"});
-  for (int i = 0; i < 6; ++i) {
-    const auto& [name, coverage] = volumes[static_cast<std::size_t>(i)];
+  int first_code = 0;
+  for (const auto& [name, coverage] : volumes) {
+    const auto begin = codes.lower_bound(first_code);
+    first_code += kCodesOfVolume;
     if (coverage.lines == 0) continue;
-    const auto begin = codes.lower_bound(i * kCodesOfVolume);
-    const auto end = codes.lower_bound((i + 1) * kCodesOfVolume);
+    const auto end = codes.lower_bound(first_code);
     table.Add({name, Number(static_cast<std::size_t>(std::distance(begin, end))),
                Number(coverage.lines), Number(coverage.half_moves),
                Number(coverage.positions.size())});

@@ -37,9 +37,9 @@ struct SavedGame {
   std::string reason;  // "checkmate", "stalemate", ..., or "" while the game goes on
 };
 
-// Reads a saved game by the rules of the engine's "load" and makes it the game. A side all of whose
-// moves were typed is named Player, one that the engine played Tarvyle. Throws std::runtime_error
-// that says what is wrong with the file.
+// Reads a saved game by the rules of the engine's "load" and makes it the game. A side is named
+// Tarvyle when the engine chose more than half of its moves, else Player; "?" when it made none.
+// Throws std::runtime_error that says what is wrong with the file.
 SavedGame ReadSavedGame(const std::string& path);
 
 }  // namespace tarvyle::tools
