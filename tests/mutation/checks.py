@@ -77,7 +77,7 @@ def programs(*names: str) -> list[Check]:
 
 
 TOOLS = ("tarv", "tarv_analyse", "tarv_book", "tarv_game", "tarv_learn", "tarv_suite")
-UCI = ("uci_alone", "uci_search", "uci_options", "uci", "uci_soup")
+UCI = ("uci_alone", "uci_search", "uci_options", "uci", "uci_messages", "uci_soup")
 ENGINE = ("sessions", "startup", "commands", "savedgame", "lost_and_full", "learnfile")
 # What is run for any change.
 QUICK = {
