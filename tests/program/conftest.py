@@ -161,9 +161,6 @@ def complains(tarv):
     return run
 
 
-# --- tarv uci ---------------------------------------------------------------------------------------------
-
-
 @pytest.fixture
 def learned(says, tmp_path):
     """The records of learn_records.FOUR; four.epd holds these positions, and four.lrn what was found at depth 3."""
@@ -183,6 +180,9 @@ def write(tmp_path):
         return name
 
     return write_records
+
+
+# --- tarv uci ---------------------------------------------------------------------------------------------
 
 
 @pytest.fixture

@@ -106,11 +106,6 @@ def test_the_engine_tells_all_through_one_door():
     }
 
 
-# --- web pages --------------------------------------------------------------------------------------------
-
-PAGES = [path for path in files() if path.suffix == ".html"]
-
-
 def is_constant(type_of: str) -> bool:
     return "constexpr" in type_of or type_of.endswith("const") or (type_of.startswith("const") and "*" not in type_of)
 
@@ -143,6 +138,11 @@ def test_clock_and_allowance_have_one_writer():
     sources = [path for path in files() if path.suffix in (".cpp", ".h") and path.parts[0] != "tests"]
     writers = {str(path) for path in sources if writes.search((PROJECT / path).read_text(encoding="utf-8"))}
     assert writers == {"search/clock.cpp", "search/clock.h", "search/settings.h"}  # the headers declare them
+
+
+# --- web pages --------------------------------------------------------------------------------------------
+
+PAGES = [path for path in files() if path.suffix == ".html"]
 
 
 def test_pages_have_no_faults():
