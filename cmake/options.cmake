@@ -29,7 +29,7 @@ if(TARVYLE_SANITIZE OR TARVYLE_CHECK_RECORD)
 endif()
 
 # A release ends at an access outside a container, an overrun buffer or a broken stack instead of
-# going on with it, and nothing can be written over the addresses of library functions: 0.9 % more
+# going on with it, and nothing can be written over the addresses of library functions: 0.7 % more
 # instructions for a search, counted as in docs/PERFORMANCE.md. The level of fortification stands
 # with the build type's own flags, so that what is compiled without optimisation, where it does not
 # work, can take it back.

@@ -1,4 +1,4 @@
-"""The same at the depth of a bench that is asked for nothing."""
+"""What test_signature.py compares, at the depth of a bench that is asked for nothing."""
 
 import pytest
 from signatures import DEFAULT_DEPTH, default_nodes, rows

@@ -24,7 +24,7 @@ BOOK_POSITIONS = 5
 
 
 @pytest.fixture
-def learned(learning):
+def booked(learning):
     """A folder with a learn file that holds the book."""
     learning.run("quit")
     assert learning.names() == ["tarvyle.lrn"]
@@ -45,19 +45,19 @@ def test_written_however_the_input_ends(learning, raw):
     assert learning.names() == ["tarvyle.lrn"]
 
 
-def test_read_again_in_place_of_the_book(learned):
-    before = learned.file("tarvyle.lrn").read_bytes()
-    learned.file("tarvyle.bk").unlink()
-    run = learned.run("quit")
+def test_read_again_in_place_of_the_book(booked):
+    before = booked.file("tarvyle.lrn").read_bytes()
+    booked.file("tarvyle.bk").unlink()
+    run = booked.run("quit")
     assert run.stderr == ""
     assert run.said == written(len(before))
-    assert read(learned.file("tarvyle.lrn")) == sorted(split(before))
+    assert read(booked.file("tarvyle.lrn")) == sorted(split(before))
 
 
-def test_what_was_searched_is_kept(learned):
-    before = read(learned.file("tarvyle.lrn"))
-    run = learned.run(SET_MATE_IN_ONE, "go", "quit")
-    after = read(learned.file("tarvyle.lrn"))
+def test_what_was_searched_is_kept(booked):
+    before = read(booked.file("tarvyle.lrn"))
+    run = booked.run(SET_MATE_IN_ONE, "go", "quit")
+    after = read(booked.file("tarvyle.lrn"))
     assert run.said.endswith(f"move a1a8\nthe end\n{written(sum(map(len, after)))}")
     new = [record for record in after if record[24:] == b"6k1/5ppp/8/8/8/8/8/R3K3 w Q\0"]
     assert len(new) == 1 and len(after) == len(before) + 1
@@ -78,26 +78,26 @@ def test_only_the_whole_word_disables(learning, line):
 
 
 @pytest.mark.parametrize("instances", [0, 1, 2, 3])
-def test_a_second_instance_never_writes(learned, instances):
-    before = learned.file("tarvyle.lrn").read_bytes()
-    learned.list_instances(instances)
-    learned.run(SET_MATE_IN_ONE, "go", "quit")
-    assert (learned.file("tarvyle.lrn").read_bytes() == before) == (instances >= 2)
-    assert learned.names() == ["tarvyle.lrn"]
+def test_a_second_instance_never_writes(booked, instances):
+    before = booked.file("tarvyle.lrn").read_bytes()
+    booked.list_instances(instances)
+    booked.run(SET_MATE_IN_ONE, "go", "quit")
+    assert (booked.file("tarvyle.lrn").read_bytes() == before) == (instances >= 2)
+    assert booked.names() == ["tarvyle.lrn"]
 
 
-def test_nothing_is_written_without_a_list(learned):
-    before = learned.file("tarvyle.lrn").read_bytes()
-    learned.without_lister()
-    learned.run(SET_MATE_IN_ONE, "go", "quit")
-    assert learned.file("tarvyle.lrn").read_bytes() == before
+def test_nothing_is_written_without_a_list(booked):
+    before = booked.file("tarvyle.lrn").read_bytes()
+    booked.without_lister()
+    booked.run(SET_MATE_IN_ONE, "go", "quit")
+    assert booked.file("tarvyle.lrn").read_bytes() == before
 
 
-def test_nothing_is_written_after_an_abort(learned):
-    before = learned.file("tarvyle.lrn").read_bytes()
-    run = learned.run(SET_MATE_IN_ONE, "go", "undo", "e1e2")
+def test_nothing_is_written_after_an_abort(booked):
+    before = booked.file("tarvyle.lrn").read_bytes()
+    run = booked.run(SET_MATE_IN_ONE, "go", "undo", "e1e2")
     assert run.status == -signal.SIGABRT
-    assert learned.file("tarvyle.lrn").read_bytes() == before
+    assert booked.file("tarvyle.lrn").read_bytes() == before
 
 
 # --- an old file that may not be replaced -----------------------------------------------------------------
@@ -112,29 +112,29 @@ def run_with_change(folder: EngineFolder, change) -> tuple[str, str]:
     return stdout.decode(), stderr.decode().removeprefix(BOOK_INSTEAD)
 
 
-def test_a_larger_old_file_stays(learned):
-    before = learned.file("tarvyle.lrn").read_bytes()
+def test_a_larger_old_file_stays(booked):
+    before = booked.file("tarvyle.lrn").read_bytes()
 
     def grow():
-        with learned.file("tarvyle.lrn").open("ab") as file:
+        with booked.file("tarvyle.lrn").open("ab") as file:
             file.write(before[: len(split(before)[0])])
 
-    assert run_with_change(learned, grow) == ("", SMALLER)
-    assert learned.file("tarvyle.lrn").read_bytes()[: len(before)] == before
-    assert learned.names() == ["tarvyle.lrn", "tarvyle_tmp_lrnN.lrn"]
+    assert run_with_change(booked, grow) == ("", SMALLER)
+    assert booked.file("tarvyle.lrn").read_bytes()[: len(before)] == before
+    assert booked.names() == ["tarvyle.lrn", "tarvyle_tmp_lrnN.lrn"]
 
 
-def test_an_old_file_of_the_same_size_is_replaced(learned):
-    size = learned.file("tarvyle.lrn").stat().st_size
-    old = learned.file("tarvyle.lrn").stat().st_ino
+def test_an_old_file_of_the_same_size_is_replaced(booked):
+    size = booked.file("tarvyle.lrn").stat().st_size
+    old = booked.file("tarvyle.lrn").stat().st_ino
 
     def garble():
-        learned.file("tarvyle.lrn").write_bytes(b"x" * size)
-        os.link(learned.file("tarvyle.lrn"), learned.path / "kept.lrn")  # so that its number is not used again
+        booked.file("tarvyle.lrn").write_bytes(b"x" * size)
+        os.link(booked.file("tarvyle.lrn"), booked.path / "kept.lrn")  # so that its number is not used again
 
-    assert run_with_change(learned, garble) == (written(size), "")
-    assert learned.file("tarvyle.lrn").stat().st_ino != old, "a new file takes its place"
-    assert len(read(learned.file("tarvyle.lrn"))) == BOOK_POSITIONS
+    assert run_with_change(booked, garble) == (written(size), "")
+    assert booked.file("tarvyle.lrn").stat().st_ino != old, "a new file takes its place"
+    assert len(read(booked.file("tarvyle.lrn"))) == BOOK_POSITIONS
 
 
 def test_a_folder_that_is_not_empty(learning):
@@ -161,20 +161,20 @@ def test_a_pipe_in_its_place_is_not_waited_for(learning):
     assert learning.file("tarvyle.lrn").is_fifo()
 
 
-def test_a_read_only_file_is_read_and_replaced(learned):
-    learned.file("tarvyle.lrn").chmod(0o444)
-    size = learned.file("tarvyle.lrn").stat().st_size
-    run = learned.run("quit")
+def test_a_read_only_file_is_read_and_replaced(booked):
+    booked.file("tarvyle.lrn").chmod(0o444)
+    size = booked.file("tarvyle.lrn").stat().st_size
+    run = booked.run("quit")
     assert (run.said, run.stderr) == (written(size), "")
 
 
-def test_a_link_is_read_through(learned):
-    learned.file("tarvyle.lrn").rename(learned.file("elsewhere.lrn"))
-    learned.file("tarvyle.lrn").symlink_to("elsewhere.lrn")
-    size = learned.file("elsewhere.lrn").stat().st_size
-    run = learned.run("quit")
+def test_a_link_is_read_through(booked):
+    booked.file("tarvyle.lrn").rename(booked.file("elsewhere.lrn"))
+    booked.file("tarvyle.lrn").symlink_to("elsewhere.lrn")
+    size = booked.file("elsewhere.lrn").stat().st_size
+    run = booked.run("quit")
     assert (run.said, run.stderr) == (written(size), "")
-    assert learned.file("elsewhere.lrn").stat().st_size == size
+    assert booked.file("elsewhere.lrn").stat().st_size == size
 
 
 @pytest.mark.parametrize("target", ["nowhere", "/dev/null", "."])
@@ -199,13 +199,13 @@ def test_a_link_to_no_file_is_left_alone(learning, target):
     lambda content: content[:18] + b"\xff\x7f" + content[20:],
     lambda content: content.replace(b"\0", b"\1"),
 ], ids=["cut", "cut early", "longer", "check byte", "length -1", "length 0", "length huge", "no ends"])
-def test_a_damaged_file_is_replaced_by_the_book(learned, damage):
-    sound = learned.file("tarvyle.lrn").read_bytes()
-    learned.file("tarvyle.lrn").write_bytes(damage(sound))
-    run = learned.run("quit")
+def test_a_damaged_file_is_replaced_by_the_book(booked, damage):
+    sound = booked.file("tarvyle.lrn").read_bytes()
+    booked.file("tarvyle.lrn").write_bytes(damage(sound))
+    run = booked.run("quit")
     assert run.stderr == BOOK_INSTEAD + NOT_OPEN
     assert run.said == written(len(sound))
-    assert read(learned.file("tarvyle.lrn")) == sorted(split(sound))
+    assert read(booked.file("tarvyle.lrn")) == sorted(split(sound))
 
 
 def test_an_empty_file_is_a_learn_file(learning):
@@ -223,27 +223,27 @@ def assert_not_written(folder: EngineFolder, run, old: bytes) -> None:
     assert folder.names() == ["tarvyle.lrn"]
 
 
-def test_a_limit_on_file_sizes(learned):
+def test_a_limit_on_file_sizes(booked):
     """As for a full disk; the signal that comes with it does not end the program."""
-    old = learned.file("tarvyle.lrn").read_bytes()
-    run = learned.run("quit", preexec_fn=no_file_beyond(100))
-    assert_not_written(learned, run, old)
+    old = booked.file("tarvyle.lrn").read_bytes()
+    run = booked.run("quit", preexec_fn=no_file_beyond(100))
+    assert_not_written(booked, run, old)
 
 
-def test_a_folder_that_takes_no_file(learned):
+def test_a_folder_that_takes_no_file(booked):
     """Nobody may write there: not even the superuser, who runs the engine as somebody else."""
-    old = learned.file("tarvyle.lrn").read_bytes()
+    old = booked.file("tarvyle.lrn").read_bytes()
     with tempfile.TemporaryDirectory() as name:
         place = pathlib.Path(name)
-        for source in (learned.engine, learned.fixed_time, *learned.path.iterdir(), *learned.lister.iterdir()):
+        for source in (booked.engine, booked.fixed_time, *booked.path.iterdir(), *booked.lister.iterdir()):
             shutil.copy(source, place)
         place.chmod(0o555)
-        learned.engine, learned.fixed_time = place / learned.engine.name, place / learned.fixed_time.name
-        learned.path, learned.search_path[0] = place, name
-        run = learned.run("quit", **({"user": NOBODY, "group": NOBODY} if os.geteuid() == 0 else {}))
+        booked.engine, booked.fixed_time = place / booked.engine.name, place / booked.fixed_time.name
+        booked.path, booked.search_path[0] = place, name
+        run = booked.run("quit", **({"user": NOBODY, "group": NOBODY} if os.geteuid() == 0 else {}))
         place.chmod(0o755)
         assert (run.said, run.complaints, run.status) == ("", NOT_WRITTEN, 0)
-        assert learned.file("tarvyle.lrn").read_bytes() == old
+        assert booked.file("tarvyle.lrn").read_bytes() == old
         assert not list(place.glob("tarvyle_tmp_lrn*"))
 
 
@@ -280,45 +280,45 @@ def think_for_nobody(folder: EngineFolder, when: str) -> subprocess.Popen:
 
 
 @pytest.mark.parametrize("when", ["before", "while"])
-def test_closed_output_while_thinking(learned, when):
-    before = len(read(learned.file("tarvyle.lrn")))
-    assert think_for_nobody(learned, when).returncode == 0
-    assert len(read(learned.file("tarvyle.lrn"))) == before + 1, "the search's result is in it"
-    assert learned.names() == ["tarvyle.lrn"]
+def test_closed_output_while_thinking(booked, when):
+    before = len(read(booked.file("tarvyle.lrn")))
+    assert think_for_nobody(booked, when).returncode == 0
+    assert len(read(booked.file("tarvyle.lrn"))) == before + 1, "the search's result is in it"
+    assert booked.names() == ["tarvyle.lrn"]
 
 
-def test_closed_input_while_thinking(learned):
-    before = len(read(learned.file("tarvyle.lrn")))
-    run = learned.run("xboard", SET_MIDDLE_GAME, "go", step_ms=100)
+def test_closed_input_while_thinking(booked):
+    before = len(read(booked.file("tarvyle.lrn")))
+    run = booked.run("xboard", SET_MIDDLE_GAME, "go", step_ms=100)
     assert run.said.count("move ") == 1
-    assert len(read(learned.file("tarvyle.lrn"))) == before + 1
+    assert len(read(booked.file("tarvyle.lrn"))) == before + 1
 
 
-def test_streams_that_lead_nowhere(learned):
+def test_streams_that_lead_nowhere(booked):
     nothing = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
-    sound = learned.file("tarvyle.lrn").read_bytes()
-    with learned.start(**nothing) as process:
+    sound = booked.file("tarvyle.lrn").read_bytes()
+    with booked.start(**nothing) as process:
         process.wait()
     assert process.returncode == 0
-    assert read(learned.file("tarvyle.lrn")) == sorted(split(sound))
+    assert read(booked.file("tarvyle.lrn")) == sorted(split(sound))
 
 
 @pytest.mark.skipif(sanitized(), reason="the sanitizers need an open standard error")
-def test_without_any_open_stream(learned):
+def test_without_any_open_stream(booked):
     """Files that the engine opens then take the streams' numbers; nothing it says may end up in them."""
-    sound = learned.file("tarvyle.lrn").read_bytes()
-    with learned.start(preexec_fn=lambda: [os.close(stream) for stream in (0, 1, 2)],
+    sound = booked.file("tarvyle.lrn").read_bytes()
+    with booked.start(preexec_fn=lambda: [os.close(stream) for stream in (0, 1, 2)],
                        stdin=None, stdout=None, stderr=None) as process:
         process.wait()
     assert process.returncode == 0
-    assert read(learned.file("tarvyle.lrn")) == sorted(split(sound))
+    assert read(booked.file("tarvyle.lrn")) == sorted(split(sound))
 
 
-def test_two_instances_end_at_the_same_time(learned):
+def test_two_instances_end_at_the_same_time(booked):
     """Neither saw the other; whichever is last, a whole file stays."""
-    sound = learned.file("tarvyle.lrn").read_bytes()
+    sound = booked.file("tarvyle.lrn").read_bytes()
     for _ in range(5):
-        both = [learned.started(), learned.started()]
+        both = [booked.started(), booked.started()]
         for process in both:
             process.stdin.close()
         for process in both:
@@ -327,5 +327,5 @@ def test_two_instances_end_at_the_same_time(learned):
             process.stdout.close()
             process.stderr.close()
             assert process.returncode == 0
-        assert read(learned.file("tarvyle.lrn")) == sorted(split(sound))
-        assert learned.names() == ["tarvyle.lrn"]
+        assert read(booked.file("tarvyle.lrn")) == sorted(split(sound))
+        assert booked.names() == ["tarvyle.lrn"]
