@@ -4,13 +4,14 @@
 #include <string>
 
 #include "position/types.h"
+#include "search/limits.h"
 
 namespace tarvyle {
 
 // What ends a search: the first of both that is reached. A search of a fixed depth repeats itself
 // node by node; one with a clock does not.
 struct SearchBounds {
-  int depth = 90;
+  int depth = kMaxIteration;
   double seconds = 0;  // 0: no clock
 };
 

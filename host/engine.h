@@ -7,7 +7,7 @@
 
 #include "position/types.h"
 #include "search/clock.h"
-#include "search/root.h"
+#include "search/roothooks.h"
 #include "search/status.h"
 
 // The engine as a library: started once, reset to what a fresh process has, searched at fixed
@@ -23,8 +23,8 @@ inline constexpr int kNoTimeLimit = 20000000;  // 1/100 s; the engine's clock ca
 bool StartEngine(int entries = kUsualEntries);
 
 // What a process has right after its start with this book file (none: an empty learn table and no
-// book): the start position, empty learn table, history and counters. False when the book cannot be
-// read.
+// book): the start position, empty learn table, history and counters. Settings stay as they are.
+// False when the book cannot be read.
 bool FreshProcess(const std::string& book_file = {});
 
 // Sets up "FEN" or "FEN moves m1 m2 ...". False, with some position on the board, when refused.

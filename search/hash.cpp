@@ -4,7 +4,7 @@
 
 #include "position/castling.h"
 #include "position/enpassant.h"
-#include "search/roothooks.h"
+#include "search/limits.h"
 
 namespace tarvyle {
 

@@ -8,6 +8,9 @@
 
 namespace tarvyle {
 
+inline constexpr int kFirstIteration = 2;  // depth that iterative deepening begins at
+inline constexpr int kMaxIteration = 90;   // and the greatest that it may be let go to
+
 inline constexpr int kMaxSearchPly = 96;  // deeper nodes return the static evaluation
 inline constexpr int kMaxLineMoves = 96;  // a principal variation holds at most that many moves
 

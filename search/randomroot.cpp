@@ -26,7 +26,6 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kFirstIteration = 2;
 constexpr int kLastIteration = 39;      // of the search for the best move
 constexpr int kCandidateMargin = 2000;  // two pawns below the best move
 constexpr int kNearEqual = 5;

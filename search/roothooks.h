@@ -1,12 +1,13 @@
 #pragma once
 
 #include "position/types.h"
+#include "search/limits.h"  // IWYU pragma: export
+
+// How tools bound and watch a root search.
 
 namespace tarvyle {
 
-inline constexpr int kMaxIteration = 90;
-
-// How tools bound and watch a root search. Left alone, nothing changes.
+// Left alone, nothing changes.
 struct RootHooks {
   int max_depth = kMaxIteration;                            // deepest iteration
   void (*after_iteration)(int depth, int score) = nullptr;  // called at the end of each
