@@ -13,7 +13,7 @@
 #include "search/clock.h"
 #include "search/hashmemory.h"
 #include "search/history.h"
-#include "search/rootentry.h"
+#include "search/result.h"
 #include "search/state.h"
 
 namespace tarvyle {

@@ -5,6 +5,7 @@
 
 #include "position/record.h"
 #include "pv/line.h"
+#include "pv/tree.h"
 #include "search/clock.h"
 #include "search/state.h"
 #include "search/status.h"
@@ -50,6 +51,18 @@ void SaveNewBest(Move move, int score, int beta, int depth, Move* line, const Mo
   Move* copy = LineDup(line);
   if (copy != nullptr) pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(copy));
   SaveRootScore(score, 0, move, depth, line);
+}
+
+void MergeLines() {
+  while (pv_table != nullptr) {
+    Move* line = reinterpret_cast<Move*>(pvt_pop_first(&pv_table));
+    pvInsertLine(pv_tree, line);
+    LineFree(line);
+  }
+}
+
+void DropLines() {
+  while (pv_table != nullptr) LineFree(reinterpret_cast<Move*>(pvt_pop_first(&pv_table)));
 }
 
 }  // namespace tarvyle

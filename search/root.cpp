@@ -14,6 +14,7 @@
 #include "search/mainsearch.h"
 #include "search/order.h"
 #include "search/randomroot.h"
+#include "search/result.h"
 #include "search/rootentry.h"
 #include "search/state.h"
 
@@ -21,7 +22,6 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kFirstIteration = 2;
 constexpr int kStopFrom = 6;  // no iteration before this one ends the search
 constexpr double kNextIterationCost = 1.2;
 

@@ -10,7 +10,6 @@
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "pv/line.h"
-#include "pv/tree.h"
 #include "search/roothooks.h"
 #include "search/state.h"
 
@@ -46,18 +45,6 @@ bool TakeBookMove(int count, Move& move) {
 
 void LearnResult(int score, int depth) {
   if (root_hooks.only == nullptr) SaveSearchResult(score, depth);
-}
-
-void MergeLines() {
-  while (pv_table != nullptr) {
-    Move* line = reinterpret_cast<Move*>(pvt_pop_first(&pv_table));
-    pvInsertLine(pv_tree, line);
-    LineFree(line);
-  }
-}
-
-void DropLines() {
-  while (pv_table != nullptr) LineFree(reinterpret_cast<Move*>(pvt_pop_first(&pv_table)));
 }
 
 }  // namespace tarvyle

@@ -17,9 +17,4 @@ bool TakeBookMove(int count, Move& move);
 // Puts the result of a search of all root moves into the learn table.
 void LearnResult(int score, int depth);
 
-// Frees the lines of `pv_table`, oldest first, after merging them into the tree of principal
-// variations or not. Dropping them is for a reset alone.
-void MergeLines();
-void DropLines();
-
 }  // namespace tarvyle

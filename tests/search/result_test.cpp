@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "pv/line.h"
+#include "pv/tree.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {
@@ -175,6 +176,29 @@ TEST_F(Result, RootKeepsItsLineEvenAboveBetaAndQueuesACopyOfEach) {
   EXPECT_EQ(pv_table, nullptr);
   LineFree(oldest);
   LineFree(newest);
+}
+
+TEST_F(Result, MergingTakesTheOldestLineFirst) {
+  const Move lines[3][3] = {{1, 2, 0}, {3, 4, 0}, {1, 5, 0}};
+  for (const auto& line : lines) {
+    pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
+  }
+  MergeLines();
+  EXPECT_EQ(pv_table, nullptr);
+  ASSERT_NE(pv_tree.root, nullptr);
+  EXPECT_EQ(pv_tree.root->move, 1u) << "the newest in front";
+  EXPECT_EQ(pv_tree.root->next->move, 3u);
+  EXPECT_EQ(pv_tree.root->child->move, 5u);
+  EXPECT_EQ(pv_tree.root->child->next->move, 2u);
+}
+
+TEST_F(Result, DroppedLinesDoNotReachTheTree) {
+  const Move line[] = {1, 2, 0};
+  pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
+  pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
+  DropLines();
+  EXPECT_EQ(pv_table, nullptr);
+  EXPECT_EQ(pv_tree.root, nullptr);
 }
 
 }  // namespace

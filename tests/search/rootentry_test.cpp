@@ -13,8 +13,6 @@
 #include <utility>
 #include <vector>
 
-#include "pv/line.h"
-#include "pv/tree.h"
 #include "tests/support/search_support.h"
 
 namespace tarvyle {
@@ -125,29 +123,6 @@ TEST_F(RootEntry, WithoutABookPositionItSearches) {
     test_clock.seed = seed;
     EXPECT_EQ(SearchToDepth(2).iterations.size(), 1u);
   }
-}
-
-TEST_F(RootEntry, MergingTakesTheOldestLineFirst) {
-  const Move lines[3][3] = {{1, 2, 0}, {3, 4, 0}, {1, 5, 0}};
-  for (const auto& line : lines) {
-    pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
-  }
-  MergeLines();
-  EXPECT_EQ(pv_table, nullptr);
-  ASSERT_NE(pv_tree.root, nullptr);
-  EXPECT_EQ(pv_tree.root->move, 1u) << "the newest in front";
-  EXPECT_EQ(pv_tree.root->next->move, 3u);
-  EXPECT_EQ(pv_tree.root->child->move, 5u);
-  EXPECT_EQ(pv_tree.root->child->next->move, 2u);
-}
-
-TEST_F(RootEntry, DroppedLinesDoNotReachTheTree) {
-  const Move line[] = {1, 2, 0};
-  pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
-  pvt_push_last(&pv_table, reinterpret_cast<QueueValue>(LineDup(line)));
-  DropLines();
-  EXPECT_EQ(pv_table, nullptr);
-  EXPECT_EQ(pv_tree.root, nullptr);
 }
 
 }  // namespace

@@ -19,17 +19,18 @@
 #include "position/makemove.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "position/setup.h"
 #include "position/text.h"
 #include "position/types.h"
 #include "search/clock.h"
 #include "search/hash.h"
 #include "search/hashmemory.h"
+#include "search/lifetimes.h"
 #include "search/mainsearch.h"
 #include "search/node.h"
-#include "search/lifetimes.h"
+#include "search/result.h"
 #include "search/root.h"
-#include "search/rootentry.h"
 #include "search/state.h"
 #include "search/status.h"
 #include "search/style.h"
@@ -137,8 +138,8 @@ struct Report {
 };
 
 // Searches the current position, iterations up to `depth`, by the test's clock, allowance and seed,
-// and tells what happened. `after_iteration` is called as the root hook of that
-// name, and `status_sink`, where there is one, is told the lines.
+// and tells what happened. `after_iteration` is called as the root hook of that name, and
+// `status_sink`, where there is one, is told the lines.
 Report SearchToDepth(int depth, void (*after_iteration)(int depth, int score) = nullptr);
 
 // Arguments of the two node searches, by name. Both write their line to `node_line`.
@@ -182,7 +183,7 @@ class SearchTest : public ::testing::Test {
     test_clock = {};
     world = {ReadTestClock, ReadTestSeed};
     limit_time = kLongAllowance;
-    PLAY_STYLE = 2;
+    PLAY_STYLE = kKnowledge3;
     s_depth = 50;  // horizon far away for tests that search single nodes
     TimeReset();
     test_clock.readings = 0;
