@@ -9,8 +9,8 @@
 namespace tarvyle {
 
 // The clock of one stage: of an ordinary search as a whole, or of each part of a randomised one
-// that has an allowance of its own. Begun by TimeReset; written in clock.cpp alone, and
-// reset with all else that a search leaves.
+// that has an allowance of its own. Begun by TimeReset; written in clock.cpp alone, and reset
+// with all else that a search leaves.
 struct SearchClock {
   int start_time = 0;           // clock reading at the start, 1/100 s
   int curr_time = 0;            // last clock reading, 1/100 s

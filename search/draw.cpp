@@ -9,7 +9,7 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kReversibleToRepeat = 2;  // so few reversible half-moves cannot lead back
+constexpr int kTooFewToRepeat = 2;  // reversible half-moves, which cannot lead back
 
 // Walks the key history back. The entry of the last move is the current position itself and always
 // the first match. `left` is how many positions may still be found: when it is used up, or at a
@@ -32,7 +32,7 @@ bool HasRepeated() {
 }  // namespace
 
 bool DrawByRule() {
-  if (g.fifty <= kReversibleToRepeat) return false;
+  if (g.fifty <= kTooFewToRepeat) return false;
   return g.fifty >= kFiftyMoves || HasRepeated();
 }
 

@@ -3,12 +3,14 @@
 #include "position/types.h"
 #include "search/nodeargs.h"
 
+// The alpha-beta search of the principal variation.
+
 namespace tarvyle {
 
 // Searches a node of the principal variation, or the root (`ply` 0, whose list stands ready).
 // Prunes nothing; probes each move with Search, in the way of the play style, before it commits
-// itself. At the root the score of each move goes to its sort_val. `is_probe_child` and
-// `null_allowed` have no meaning here, and no move can be left out.
+// itself. At the root the score of each move goes to its sort_val. Arguments and result are those
+// of Search, but that `is_probe_child` and `null_allowed` have no meaning and no move is left out.
 int main_search(int alpha, int beta, int depth, int in_check, Move* line, int is_probe_child,
                 int on_pv, int null_allowed, Move first_move);
 inline int main_search(const NodeArgs& args, Move* line) {

@@ -3,14 +3,14 @@
 #include "position/types.h"
 #include "search/nodeargs.h"
 
-// The alpha-beta search of nodes off the principal variation. Scores are from the side to move's
-// point of view, in 1/1000 pawn; 0 comes back from every node once the search is stopped.
+// The alpha-beta search of nodes off the principal variation.
 
 namespace tarvyle {
 
-// Searches a node off the principal variation, with all pruning. `line` receives the principal
-// variation from this ply on (kLineSize words, by ply); it is left alone where there is none. The
-// other arguments are those of NodeArgs.
+// Searches a node with all pruning. Returns a score from the side to move's point of view, in
+// 1/1000 pawn; 0 once the search is stopped. `line` receives the principal variation from this ply
+// on (kLineSize words, by ply); it is left alone where there is none. The other arguments are those
+// of NodeArgs.
 int Search(int alpha, int beta, int depth, int in_check, Move* line, int is_probe_child, int on_pv,
            int null_allowed, Move first_move, Move excluded_move);
 inline int Search(const NodeArgs& args, Move* line) {

@@ -20,16 +20,16 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kContempt = -8;        // a draw, for the side that moved at the root
-constexpr int kLearnedFromPly = 5;   // learned scores count from this ply on
-constexpr int kDepthsToHorizon = 3;  // plies per iteration depth, extensions included
+constexpr int kContempt = -8;       // a draw, for the side that moved at the root
+constexpr int kLearnedFromPly = 5;  // learned scores count from this ply on
+constexpr int kPliesPerDepth = 3;   // of the iteration; beyond these every node is at the horizon
 
 bool Settle(NodeStart& start, int score) {
   start.score = score;
   return true;
 }
 
-// In check below the root: mate, or the legal list and no quiescence.
+// In check above the root: mate, or the legal list and no quiescence.
 bool SettledInCheck(NodeStart& start) {
   if (!LegalMoveList()) return Settle(start, kCaptureKing - ply);
   const int replies = ListLength();
@@ -48,7 +48,7 @@ bool SettleWithoutMoves(NodeStart& start, int alpha, int beta, bool in_check) {
   if (in_check) {
     if (ply >= 1 && SettledInCheck(start)) return true;
     start.depth = std::max(start.depth, 1);
-  } else if (ply > kDepthsToHorizon * s_depth) {
+  } else if (ply > kPliesPerDepth * s_depth) {
     start.depth = 0;
   }
   if (start.depth < 1) return Settle(start, Quies(alpha, beta));

@@ -102,7 +102,8 @@ bool TakeRest(MovePicker& picker, Move& move) {
   return false;
 }
 
-// By history, then by how far the move leads forward, then by where it starts.
+// By history, then by how far the move leads forward (1 to 127), then by where it starts: each in a
+// range that the next cannot fill.
 int QuietValue(Move move) {
   const int from = OriginOf(move);
   const int to = TargetOf(move);

@@ -51,8 +51,8 @@ void Pick(int first, int last);
 // whether it does.
 bool PickMove(Move move, int first, int last);
 
-// Ordering value of a capture or promotion: victim, then cheapest attacker; recaptures (to-square
-// of the move just made) 5000 more; promotions by piece. 0 for a quiet move.
+// Ordering value of a capture or promotion: victim, then cheapest attacker; recaptures (target of
+// the move just made) 5000 more; promotions by piece. 0 for a quiet move.
 int CaptureValue(Move move, Move last_move);
 
 }  // namespace tarvyle

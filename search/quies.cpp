@@ -7,10 +7,11 @@
 #include "position/movegen.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "position/types.h"
 #include "search/clock.h"
+#include "search/limits.h"
 #include "search/order.h"
-#include "search/state.h"
 
 namespace tarvyle {
 

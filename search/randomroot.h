@@ -4,6 +4,8 @@
 
 #include "position/types.h"
 
+// The randomised root search: not always the best move, but one that comes close to it.
+
 namespace tarvyle {
 
 // Chooses a move by the randomised root search: half the allowance for the best move, most of the

@@ -58,8 +58,10 @@ struct SearchState {
   // was played before, or a null move, that target is a8.
   Move killer[kPlyArray] = {};
   Move pv_killer[kPlyArray] = {};  // last move that raised alpha without a cut-off
-  int doNull = 0;                  // 1 while a null-move child is searched
-  int doReduction = 0;             // reduction of the current child; nothing reads it
+
+  // What is being searched; written by the search off the principal variation.
+  int doNull = 0;       // 1 while a null-move child is searched
+  int doReduction = 0;  // reduction of the current child; no other node reads it
 
   // The root, as BeginSearch finds it.
   int root_side = White;                    // side to move at the root

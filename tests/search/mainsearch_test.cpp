@@ -57,7 +57,7 @@ TEST_F(PvSearch, TableNeverEndsANode) {
 TEST_F(PvSearch, TableMoveIsTriedEarlyAboveTheRootOnly) {
   // White's quiet table move becomes the first to be searched, so its child gets the full window
   // and stores itself even though the move is a bad one.
-  PLAY_STYLE = 1;
+  PLAY_STYLE = kKnowledge2;
   struct Row {
     const char* root;
     const char* moves;
@@ -67,7 +67,7 @@ TEST_F(PvSearch, TableMoveIsTriedEarlyAboveTheRootOnly) {
                            {"4k3/8/8/8/8/2n5/4P3/4KR2 w", "", false}};
   for (const Row& row : kRows) {
     Forget();
-    PLAY_STYLE = 1;
+    PLAY_STYLE = kKnowledge2;
     GoTo(row.root, row.moves);
     const Move bad = Find("f1f6");
     HashInsert(0, kInfinity, 1, bad);
@@ -272,7 +272,7 @@ TEST_F(PvSearch, OnlyMovesAboveTheRootsOwnAreExtended) {
     for (const bool at_root : {true, false}) {
       SCOPED_TRACE(testing::Message() << row.what << (at_root ? " at the root" : ""));
       Forget();
-      PLAY_STYLE = 1;
+      PLAY_STYLE = kKnowledge2;
       GoTo(at_root ? row.root : row.deeper, at_root ? "" : row.moves);
       NodeArguments arguments = Depth(3);
       arguments.first_move = Find(row.move);
@@ -303,7 +303,7 @@ TEST_F(PvSearch, StylesSearchTheSameRootInTheirOwnWays) {
 }
 
 TEST_F(PvSearch, MoveThatFailsLowGetsTheProbesOfItsStyle) {
-  // A root with one move in its list, which fails low. Every node below the root is cut off by its
+  // A root with one move in its list, which fails low. Every node above the root is cut off by its
   // first reply and a leaf needs one node, so the nodes tell which probes there were.
   constexpr const char* kKings = "k7/8/8/8/8/7p/7P/7K w";
   constexpr const char* kRook = "4k3/8/8/8/8/8/8/R3K3 w";

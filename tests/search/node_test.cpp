@@ -188,7 +188,7 @@ TEST_F(NodeSearch, RecaptureIsAPvKillerButNoKiller) {
 
 TEST_F(NodeSearch, FollowsTheFirstMoveAsAStoredLine) {
   // The child of the first move is on the line: it does not cut off by the table.
-  PLAY_STYLE = 0;  // no reduction to depth 0, where the table is not asked
+  PLAY_STYLE = kKnowledge1;  // no reduction to depth 0, where the table is not asked
   GoTo(kMiddleGame, "f1e1");
   NodeArguments arguments = Depth(2);
   arguments.first_move = Find("a7a6");

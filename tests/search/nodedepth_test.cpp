@@ -130,7 +130,7 @@ TEST_F(NodeDepth, ReducedMoveThatRaisesAlphaIsSearchedAgainInFull) {
 }
 
 TEST_F(NodeDepth, LateChecksAndPawnsOnTheSeventhRowAreNotReduced) {
-  PLAY_STYLE = 2;
+  PLAY_STYLE = kKnowledge3;
   GoTo("6k1/1p3p2/P5p1/8/8/4Q3/5PPP/6K1 b", "g8h7");
   NodeArguments arguments = Depth(3);
   arguments.first_move = Find("g1f1");

@@ -299,7 +299,7 @@ TEST_F(NodeSteps, MateStopAndQuiescenceComeBeforeTheDraw) {
   }
 }
 
-TEST_F(NodeSteps, LearnedScoresCountBelowPly4) {
+TEST_F(NodeSteps, LearnedScoresCountFromPly5On) {
   for (const Kind& kind : kBoth) {
     for (const int moves : {4, 5}) {
       SCOPED_TRACE(testing::Message() << kind.name << ", ply " << moves);

@@ -37,7 +37,7 @@ TEST_F(PlayStyle, IsChosenByItsExactName) {
 }
 
 TEST_F(PlayStyle, StaysWhenTheNameIsUnknown) {
-  PLAY_STYLE = 1;
+  PLAY_STYLE = kKnowledge2;
   const char* const unknown[] = {nullptr,       "",
                                  "knowledge",   "knowledge4",
                                  "Knowledge1",  "knowledge1 ",
