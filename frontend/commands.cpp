@@ -18,10 +18,10 @@
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "position/setup.h"
 #include "position/types.h"
 #include "search/draw.h"
-#include "search/state.h"
 #include "search/style.h"
 
 namespace tarvyle {

@@ -16,6 +16,8 @@ namespace tarvyle {
 
 namespace {
 
+constexpr unsigned kSeed = 1;
+
 struct Totals {
   std::uint64_t nodes = 0;
   double seconds = 0.0;
@@ -40,7 +42,7 @@ Totals SearchAll(const BenchOptions& options, const BenchReader& reader) {
     FreshProcess();
     if (!SetUpRoot(fen)) throw std::runtime_error(std::string("position refused: ") + fen);
     const auto begin = std::chrono::steady_clock::now();
-    const SearchReport report = SearchToDepth(options.depth, 1);
+    const SearchReport report = SearchToDepth(options.depth, kSeed);
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
     totals.nodes += report.nodes;
     totals.seconds += taken.count();

@@ -18,8 +18,8 @@ using BenchReader = std::function<void(std::string_view text)>;
 
 // Searches a fixed set of positions to a fixed depth with a fixed seed; tells a line for each, then
 // the total of nodes (the signature: the same build always has the same), seconds and nodes per
-// second, and at last "N nodes M nps", which test farms look for. Throws std::runtime_error for an
-// unknown style.
+// second, and at last "N nodes M nps", which test farms look for. The style stays in use
+// afterwards. Throws std::runtime_error for an unknown one.
 void RunBench(const BenchOptions& options, const BenchReader& reader);
 
 }  // namespace tarvyle

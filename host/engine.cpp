@@ -13,7 +13,6 @@
 #include "position/record.h"
 #include "position/setup.h"
 #include "position/text.h"
-#include "search/hash.h"
 #include "search/hashmemory.h"
 #include "search/lifetimes.h"
 #include "search/root.h"
@@ -54,8 +53,9 @@ bool PlayMoves(std::string_view moves) {
 }  // namespace
 
 bool StartEngine(int entries) {
-  static const bool attacks_are_known = (InitAtk(), true);
-  static_cast<void>(attacks_are_known);
+  static bool attacks_are_known = false;
+  if (!attacks_are_known) InitAtk();
+  attacks_are_known = true;
   const bool fits = hash[White] != nullptr && Hash_Size == entries;
   if (!fits && !HashAllocate(entries)) return false;
   ForgetAll();

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "search/state.h"
+#include "position/score.h"
 
 namespace tarvyle {
 

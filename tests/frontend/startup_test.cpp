@@ -238,7 +238,7 @@ TEST_F(StartUpTest, RandomSearchNeedsTheWholeWord) {
 }
 
 TEST_F(StartUpTest, AnUnknownStyleLeavesTheDefault) {
-  PLAY_STYLE = 2;
+  PLAY_STYLE = kKnowledge3;
   const std::string out = Start("play style=\"knowledge4\"\n").out;
   EXPECT_NE(out.find("# load play style: \n# error \n# <help> - help \n"), std::string::npos);
   EXPECT_STREQ(print_play_str(), "knowledge3");
