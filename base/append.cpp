@@ -11,14 +11,17 @@ namespace tarvyle {
 
 namespace {
 
-constexpr int kTries = 100;
-constexpr unsigned kPause = 1000;  // microseconds
+constexpr int kTries = 100;        // to have a file that another process holds
+constexpr unsigned kPause = 1000;  // microseconds between them
 
 constexpr mode_t kNewFileMode = 0666;  // less what the user's mask takes away
 
+// False with errno 0 for any other that there is.
 bool IsPlainFile(int file) {
   struct stat status {};
-  return fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+  if (fstat(file, &status) != 0) return false;
+  errno = 0;
+  return S_ISREG(status.st_mode);
 }
 
 // Any way in will do for a lock.

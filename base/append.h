@@ -40,7 +40,8 @@ bool AppendAtOnce(int file, std::string_view bytes);
 bool AppendOnDisk(int file, std::size_t size, std::string_view bytes);
 
 // Opens the plain file at `path`, or makes it, adds all bytes by one write and closes it. Waits a
-// moment for a process that has it for itself; fails with EWOULDBLOCK when that keeps it.
+// moment for a process that has it for itself; fails with EWOULDBLOCK when that keeps it, and with
+// errno 0 for what can be opened and is no plain file.
 bool AppendToFile(const std::string& path, std::string_view bytes);
 
 }  // namespace tarvyle

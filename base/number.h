@@ -12,8 +12,8 @@ namespace tarvyle {
 // "38", " +38 entries". `otherwise` when there is none, or none that fits 32 bits.
 int LeadingInteger(const char* text, int otherwise);
 
-// Reads a text that is a whole number from its first character to its last. False, changing
-// nothing, for any other, and for a number out of range of the type.
+// Reads a text that is a whole number from its first character to its last, with no sign but a
+// minus. False, changing nothing, for any other, and for a number out of range of the type.
 template <typename Integer>
 bool ReadInteger(std::string_view text, Integer& number) {
   Integer read = 0;

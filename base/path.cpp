@@ -9,6 +9,12 @@ namespace tarvyle {
 
 char prog_dir[kPathSize];
 
+namespace {
+
+constexpr unsigned kJoinBuffers = 8;
+
+}  // namespace
+
 void SetProgDir(const char* own_path) {
   std::snprintf(prog_dir, sizeof prog_dir, "%s", own_path != nullptr ? own_path : "");
   char* separator = std::strrchr(prog_dir, '/');
@@ -21,10 +27,10 @@ void SetProgDir(const char* own_path) {
 }
 
 const char* ConCat(const char* first, const char* second) {
-  static char buffers[8][kPathSize];
+  static char buffers[kJoinBuffers][kPathSize];
   static unsigned next = 0;
   char* joined = buffers[next];
-  next = (next + 1) % 8;
+  next = (next + 1) % kJoinBuffers;
   std::snprintf(joined, kPathSize, "%s%s", first, second);
   return joined;
 }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-// The configuration: name="value" lines read once at start-up and looked up by key.
+// The configuration: name="value" lines, read at start-up and looked up by key.
 
 namespace tarvyle {
 
@@ -13,7 +13,7 @@ struct Property {
   Property* next;  // the entry added before this one, or null
 };
 
-// Newest entry first. Entries live for the whole run.
+// Newest entry first. Entries stay until property_clear.
 extern Property* dict;
 
 // Adds the pair of every valid line of the file to `dict`. Returns false only when the file cannot
@@ -29,7 +29,7 @@ void property_add(const char* name, const char* value);
 // substring: a longer name that contains the needle answers too.
 const char* property_get(const char* needle);
 
-// Forgets every entry; for tests and tools only.
+// Forgets every entry.
 void property_clear();
 
 }  // namespace tarvyle

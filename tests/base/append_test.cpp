@@ -83,7 +83,9 @@ TEST_F(Appending, WritesIntoPlainFilesOnly) {
   char letter = 0;
   EXPECT_EQ(read(reader, &letter, 1), 0) << "nothing came through";
   close(reader);
+  errno = EIO;
   EXPECT_FALSE(AppendToFile("/dev/null", "text"));
+  EXPECT_EQ(errno, 0);
 }
 
 TEST_F(Appending, ClosesTheFile) {

@@ -102,8 +102,7 @@ TEST_F(Replacing, TheFolderOfAPathEndsInItsSlash) {
   EXPECT_EQ(FolderOf("a/b/"), "a/b/");
 }
 
-// --- what may be renamed over
-// ----------------------------------------------------------------------
+// --- what may be renamed over --------------------------------------------------------------------
 
 struct PlaceRow {
   const char* name;
@@ -156,8 +155,7 @@ TEST_F(Replacing, OnlyTheOwnFileIsReplacedThoughWriteProtected) {
   EXPECT_EXIT(look(), testing::ExitedWithCode(0), "");
 }
 
-// --- writing
-// ---------------------------------------------------------------------------------------
+// --- writing -------------------------------------------------------------------------------------
 
 TEST_F(Replacing, ANewFileIsMadeOnlyWhereNothingIs) {
   std::FILE* file = CreateNewFile(Path("new"));
@@ -232,8 +230,7 @@ TEST_F(Replacing, ATemporaryFileNotWrittenInFullIsRemoved) {
   EXPECT_FALSE(IsThere("new"));
 }
 
-// --- taking the place
-// ------------------------------------------------------------------------------
+// --- taking the place ----------------------------------------------------------------------------
 
 TEST_F(Replacing, AFileMovesOverTheOldOne) {
   folder_.Write("old", "old");
