@@ -13,16 +13,14 @@ int dir_atk[256];
 
 namespace {
 
-constexpr int kCentre = 119;  // index of "attacker and target are the same square"
-
 void MarkSlider(int piece, int step) {
   for (int distance = 1; distance <= 7; ++distance) {
-    const int index = kCentre + distance * step;
+    const int index = kAttackCentre + distance * step;
     atk[index] |= 1u << piece;
     dir_atk[index] = step;
   }
   // A pawn's captures are the bishop's first steps; the rows decide about its colour at use.
-  if (piece == Bishop) atk[kCentre + step] |= 1u << Pawn;
+  if (piece == Bishop) atk[kAttackCentre + step] |= 1u << Pawn;
 }
 
 // Whether the squares between `from` and `to`, which lie on one line, are empty.
@@ -53,7 +51,7 @@ void InitAtk() {
       if (IsSlider(piece)) {
         MarkSlider(piece, dir_white[d]);
       } else {
-        atk[kCentre + dir_white[d]] |= 1u << piece;
+        atk[kAttackCentre + dir_white[d]] |= 1u << piece;
       }
     }
   }

@@ -15,8 +15,11 @@ namespace tarvyle {
 extern std::uint32_t atk[256];
 extern int dir_atk[256];
 
+// The index of a square and itself; the least one, of a8 and h1, is 0.
+inline constexpr int kAttackCentre = 119;
+
 constexpr int AttackIndex(Square attacker, Square target) {
-  return ToWide(attacker) - ToWide(target) + 119;
+  return ToWide(attacker) - ToWide(target) + kAttackCentre;
 }
 
 // Fills `atk` and `dir_atk`, the tables of reach.h, and `slot_rnd`; called once at start-up.

@@ -42,7 +42,7 @@ bool InsertMoveInGame(Move move, int score) {
   UnMakeMove(move);
   if (RecordSum() != sum_before) {
     std::fputs("---> InsertMoveInGame: error control summ ?! \n", stderr);
-    (assert)(false);
+    AbortOnBrokenInvariant();
   }
   MakeMove(move);
   ply = 0;

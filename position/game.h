@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "position/record.h"
+#include "position/score.h"
 #include "position/types.h"
 
 // The moves of the game: inserting, taking back, replaying.
@@ -10,7 +11,7 @@
 namespace tarvyle {
 
 // The score recorded with a move that the engine did not choose: above any that a search finds.
-inline constexpr int kTypedMove = 1000001;
+inline constexpr int kTypedMove = kInfinity + 1;
 
 // Sum of `length` bytes from `data` on as an unsigned 32-bit number; 0 for a length of 0 or less.
 std::uint32_t ControlSumm(const void* data, int length);

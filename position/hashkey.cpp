@@ -21,7 +21,7 @@ std::uint64_t Rand64() {
 void FillKeys(int colour) {
   for (int piece = Pawn; piece <= King; ++piece) {
     for (Square square = 0; square < kSquares; ++square) {
-      hashRnd[(colour * 8 + piece) * 64 + square] = Rand64();
+      hashRnd[KeyIndex(piece, colour, square)] = Rand64();
     }
   }
 }

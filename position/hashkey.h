@@ -9,8 +9,12 @@
 
 namespace tarvyle {
 
-// Keys by (colour * 8 + piece) * 64 + square; piece codes 0 and 7 stay 0.
+// Keys by KeyIndex; piece codes 0 and 7 stay 0.
 extern std::uint64_t hashRnd[1024];
+
+constexpr int KeyIndex(int piece, int colour, Square square) {
+  return (colour * 8 + piece) * 64 + square;
+}
 
 // State of the generator, a linear congruential one; starts as 11111.
 extern std::uint32_t seed16;
@@ -26,7 +30,7 @@ void FillKeys(int colour);
 
 // The key of a piece on a square.
 inline std::uint64_t PieceKey(int piece, int colour, Square square) {
-  return hashRnd[(colour * 8 + piece) * 64 + square];
+  return hashRnd[KeyIndex(piece, colour, square)];
 }
 
 }  // namespace tarvyle

@@ -14,19 +14,20 @@ namespace tarvyle {
 
 namespace {
 
+// Leaves the record as if each move had been made to see whether it is legal, and taken back.
 bool FilterMoves() {
   if (!Generate()) return false;
   const LegalFilter filter;
   int end = treeCnt[ply];
-  bool looked = false;
+  bool any_made = false;
   for (int i = end; i < treeCnt[ply + 1]; ++i) {
     const bool legal = filter.IsLegal(tree[i]);
     // Castling that is not legal would be refused before it is made.
-    looked |= legal || (tree[i] & kCastling) == 0;
+    any_made |= legal || (tree[i] & kCastling) == 0;
     if (legal) std::swap(tree[i], tree[end++]);
   }
   treeCnt[ply + 1] = end;
-  if (looked) LeaveTrace();
+  if (any_made) LeaveTrace();
   return true;
 }
 

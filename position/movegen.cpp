@@ -30,7 +30,7 @@ Move* EmitEnPassant(Move* cursor) {
   if (target == 0) return cursor;
   const Square pawn = target - dP[g.side];
   const auto emit = [&](Square origin) {
-    *cursor++ = MoveWord(NoPiece, origin, target) | kEnPassantCapture;
+    *cursor++ = MoveWord(Pawn, origin, target) | kEnPassantCapture;
   };
   if (FileOf(pawn) < 7 && StandsOn(Pawn, g.side, pawn + 1)) emit(pawn + 1);
   if (FileOf(pawn) > 0 && StandsOn(Pawn, g.side, pawn - 1)) emit(pawn - 1);

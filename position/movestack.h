@@ -7,7 +7,7 @@
 
 namespace tarvyle {
 
-inline constexpr int kMaxPly = 99;         // lists that a search may hold at once
+inline constexpr int kMaxPly = 99;         // the deepest ply that may have a list
 inline constexpr int kMaxListMoves = 420;  // more than any list has
 inline constexpr int kTreeSize = (kMaxPly + 1) * kMaxListMoves;
 
@@ -23,7 +23,8 @@ static_assert(kMaxGameMoves + kMaxPly < kRecordMoves,
               "a search above the longest game has its place in the record");
 
 // The list of ply p is tree[treeCnt[p]] up to, not including, tree[treeCnt[p + 1]]; a generator for
-// ply p sets treeCnt[p + 1]. treeCnt[0] is 0, except while root moves are set aside.
+// ply p sets treeCnt[p + 1]. treeCnt[0] is 0, except while root moves are set aside. The search
+// writes both as well: it orders the lists, shortens that of the root and lets a pass have none.
 inline Move tree[kTreeSize];
 inline int treeCnt[kMaxPly + 2];  // to the end of the list of ply kMaxPly
 

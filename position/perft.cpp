@@ -1,7 +1,5 @@
 #include "position/perft.h"
 
-#include <vector>
-
 #include "position/legal.h"
 #include "position/makemove.h"
 #include "position/movestack.h"
@@ -59,12 +57,11 @@ std::uint64_t DividedPerft(int depth, const std::function<void(Move, std::uint64
                            StopQuestion should_stop) {
   Count count(should_stop);
   LegalMoveList();
-  const std::vector<Move> moves(tree + treeCnt[ply], tree + treeCnt[ply + 1]);
   std::uint64_t sum = 0;
-  for (const Move move : moves) {
-    const std::uint64_t leaves = count.LeavesBelow(move, depth);
+  for (int i = treeCnt[ply]; i < treeCnt[ply + 1]; ++i) {
+    const std::uint64_t leaves = count.LeavesBelow(tree[i], depth);
     if (count.WasStopped()) break;
-    tell(move, leaves);
+    tell(tree[i], leaves);
     sum += leaves;
   }
   return sum;

@@ -20,7 +20,7 @@ using StopQuestion = bool (*)();
 std::uint64_t Perft(int depth, StopQuestion should_stop = nullptr);
 
 // The same for a depth of 1 or more, telling the leaf nodes below each root move as it goes; those
-// of a count that was ended are not told.
+// of a count that was ended are not told. `tell` leaves the position and its lists alone.
 std::uint64_t DividedPerft(int depth, const std::function<void(Move, std::uint64_t)>& tell,
                            StopQuestion should_stop = nullptr);
 

@@ -15,7 +15,7 @@ PieceSets SetsOfRecord() {
     const Square square = g.list_sq[slot];
     if (!OnBoard(square)) continue;
     const int colour = SlotOfColour(slot, White) ? White : Black;
-    const int piece = g.board[square] & 7;
+    const int piece = g.board[square] & 7;  // within the table, whatever a record on trial says
     sets.of[colour][piece] |= SetOf(square);
     sets.colour[colour] |= SetOf(square);
     sets.slots |= 1u << slot;
@@ -27,7 +27,8 @@ PieceSets SetsOfRecord() {
 
 }  // namespace
 
-// Numbers that only have to differ from one another; they never leave the process.
+// Numbers that only have to differ from one another; they never leave the process. The generator is
+// SplitMix64.
 void FillSlotKeys() {
   std::uint64_t state = 0;
   for (auto& keys : slot_rnd) {

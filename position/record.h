@@ -120,7 +120,8 @@ inline bool PawnBeside(Square square, int colour) {
          (FileOf(square) < 7 && StandsOn(Pawn, colour, square + 1));
 }
 
-// Distance from the search root, 0 outside the search. Raised by MakeMove, lowered by UnMakeMove.
+// Distance from the search root, 0 outside the search. Raised by MakeMove, lowered by UnMakeMove,
+// set to 0 where the game moves on, and by the search's BeginGame.
 extern int ply;
 
 // The last move made, or 0 directly after a set-up.
@@ -130,11 +131,12 @@ inline Move LastMove() {
 }
 
 // Counters of the positions entered, by key & kRepetitionMask: raised by a set-up and by MakeMove,
-// lowered by UnMakeMove. Never reset by a new game; they wrap as unsigned numbers.
+// lowered by UnMakeMove. A new game does not reset them; they wrap as unsigned numbers.
 inline constexpr std::uint32_t kRepetitionMask = 0x3FFF;
 extern std::uint32_t repetition_set[kRepetitionMask + 1];
 
-// Zeroes the repetition counters; for tests and tools only.
+// Zeroes the repetition counters: for a process that has played nothing, and for a front end that
+// is told each game anew.
 void ClearRepetitions();
 
 }  // namespace tarvyle

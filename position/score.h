@@ -1,7 +1,7 @@
 #pragma once
 
-// The scale of scores, which all agree on who give, keep or read one: from the side to move's point
-// of view, in the unit of value[], a pawn being 1000.
+// The scale of scores, the same for whoever gives, keeps or reads one: from the side to move's
+// point of view, in the unit of value[], a pawn being 1000.
 
 namespace tarvyle {
 

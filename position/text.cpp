@@ -23,17 +23,17 @@ Square StrToSq(std::string_view text) {
   return ('8' - text[1]) * 8 + (text[0] - 'a');
 }
 
-const char* PromotionSuffix(Move move) {
-  static constexpr const char* kSuffix[8] = {"", "p", "n", "b", "r", "q", "k", ""};
-  return (move & kPromotion) != 0 ? kSuffix[PieceOf(move)] : "";
-}
-
 char* MoveToStr(Move move, char* buffer) {
   static char own[kMoveTextSize];
   char* text = buffer != nullptr ? buffer : own;
   std::snprintf(text, kMoveTextSize, "%s%s%s", chb[OriginOf(move)], chb[TargetOf(move)],
                 PromotionSuffix(move));
   return text;
+}
+
+const char* PromotionSuffix(Move move) {
+  static constexpr const char* kSuffix[8] = {"", "p", "n", "b", "r", "q", "k", ""};
+  return (move & kPromotion) != 0 ? kSuffix[PieceOf(move)] : "";
 }
 
 char* U64ToStr(char* buffer, std::uint64_t number) {

@@ -357,29 +357,5 @@ TEST_F(MoveGenTest, MovesAreWellFormed) {
   }
 }
 
-// --- the last move ---------------------------------------------------------------------------
-
-TEST_F(MoveGenTest, ThereIsNoLastMoveDirectlyAfterASetUp) {
-  support::Play("e2e4");
-  ASSERT_TRUE(InitNewGame());
-  EXPECT_EQ(LastMove(), 0u);
-}
-
-TEST_F(MoveGenTest, LastMoveIsThatOfTheGameOrOfTheSearchAboveIt) {
-  const Move first = support::LegalMove("e2e4");
-  support::Play("e2e4");
-  EXPECT_EQ(LastMove(), first);
-  const Move second = support::LegalMove("e7e5");
-  MakeMove(second);
-  EXPECT_EQ(LastMove(), second);
-  MakeMove(0);
-  EXPECT_EQ(LastMove(), 0u);
-  UnMakeMove(0);
-  UnMakeMove(second);
-  EXPECT_EQ(LastMove(), first);
-  UndoGameMove();
-  EXPECT_EQ(LastMove(), 0u);
-}
-
 }  // namespace
 }  // namespace tarvyle

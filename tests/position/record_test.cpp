@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 
+#include "position/makemove.h"
 #include "tests/support/position_support.h"
 
 namespace tarvyle {
@@ -146,6 +147,28 @@ TEST_F(RecordTest, KeyTellsNothingOfSideRightsAndEnPassantSquare) {
     keys.insert(g.key);
   }
   EXPECT_EQ(keys.size(), 1u);
+}
+
+TEST_F(RecordTest, ThereIsNoLastMoveDirectlyAfterASetUp) {
+  support::Play("e2e4");
+  ASSERT_TRUE(InitNewGame());
+  EXPECT_EQ(LastMove(), 0u);
+}
+
+TEST_F(RecordTest, LastMoveIsThatOfTheGameOrOfTheSearchAboveIt) {
+  const Move first = support::LegalMove("e2e4");
+  support::Play("e2e4");
+  EXPECT_EQ(LastMove(), first);
+  const Move second = support::LegalMove("e7e5");
+  MakeMove(second);
+  EXPECT_EQ(LastMove(), second);
+  MakeMove(0);
+  EXPECT_EQ(LastMove(), 0u);
+  UnMakeMove(0);
+  UnMakeMove(second);
+  EXPECT_EQ(LastMove(), first);
+  UndoGameMove();
+  EXPECT_EQ(LastMove(), 0u);
 }
 
 TEST_F(RecordTest, RepetitionCountersAreIndexedByTheLowBitsOfTheKey) {
