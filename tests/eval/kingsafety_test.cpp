@@ -11,7 +11,7 @@
 #include "position/legal.h"
 #include "position/types.h"
 #include "tests/support/eval_support.h"
-#include "tests/support/plain_evaluation.h"
+#include "tests/support/plain_kingsafety.h"
 
 namespace tarvyle {
 namespace {

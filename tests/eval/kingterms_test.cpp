@@ -18,6 +18,7 @@
 #include "tests/support/build_kind.h"
 #include "tests/support/eval_support.h"
 #include "tests/support/plain_evaluation.h"
+#include "tests/support/plain_kingsafety.h"
 
 namespace tarvyle {
 namespace {

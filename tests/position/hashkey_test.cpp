@@ -19,7 +19,7 @@ constexpr std::uint32_t kFirstSeed = 11111;
 class HashKeyTest : public testing::Test {
  protected:
   void SetUp() override {
-    support::BuildTables();
+    support::StartEngineOnce();
     std::copy(std::begin(hashRnd), std::end(hashRnd), keys_);
     seed_ = seed16;
     seed16 = kFirstSeed;

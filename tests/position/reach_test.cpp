@@ -15,7 +15,7 @@ namespace {
 
 class ReachTest : public testing::Test {
  protected:
-  static void SetUpTestSuite() { support::BuildTables(); }
+  static void SetUpTestSuite() { support::StartEngineOnce(); }
 };
 
 // What a piece reaches by walking step by step, with the direction numbers of White's table.

@@ -45,7 +45,7 @@ Move RandomMove(Random& random) {
 }  // namespace
 
 void SetUpRoot(const std::string& fen) {
-  BuildTables();
+  StartEngineOnce();
   ply = 0;
   ASSERT_TRUE(InitGame(fen.c_str())) << fen;
   LikeARoot();
@@ -75,7 +75,7 @@ std::string RandomBoard(Random& random) {
 }
 
 void PlayRandomGame(Random& random, int moves, const std::function<void()>& visit) {
-  BuildTables();
+  StartEngineOnce();
   ply = 0;
   ASSERT_TRUE(InitNewGame());
   for (int i = 0; i < moves && LegalMoveList() && treeCnt[1] > 0; ++i) {

@@ -14,6 +14,7 @@
 #include "position/record.h"
 #include "tests/support/plain_attacks.h"
 #include "tests/support/plain_board.h"
+#include "tests/support/plain_kingsafety.h"
 
 namespace tarvyle::support {
 

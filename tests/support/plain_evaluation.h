@@ -8,7 +8,8 @@
 
 // A second, slow and plain evaluation: it looks from each square outwards, counts pieces by
 // scanning the board, and keeps a ledger of what it adds. It shares no code with the engine's but
-// the position, the piece-square tables and the direction table in use.
+// the position, the piece-square tables and the direction table in use. The king's part is in
+// plain_kingsafety.h.
 
 namespace tarvyle::support {
 
@@ -22,23 +23,6 @@ struct PlainRays {
   int bonus = 0;
 };
 PlainRays PlainRayScan(Square square, int piece, int colour);
-
-// Squares on lines and jumps to the king of `colour` that the opponent attacks along them.
-int PlainAttackedLines(int colour);
-
-// What the safety of the king of `colour` is made of, by name, before the phase scales it.
-struct PlainKing {
-  std::map<std::string, int> terms;
-  int sum = 0;
-  int mildness = 0;  // given back to an attacked king, unscaled
-  int reward = 0;    // for having castled, scaled before the others and with them
-
-  void Add(const std::string& term, int amount);
-};
-PlainKing PlainKingTerms(int colour);
-
-// The term of the king of `colour`.
-int PlainKingSafety(int colour);
 
 // One side: the sum of its terms without material, and each term but 0 as it was added, by name.
 struct PlainSide {

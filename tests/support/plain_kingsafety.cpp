@@ -1,3 +1,5 @@
+#include "tests/support/plain_kingsafety.h"
+
 #include <array>
 #include <cmath>
 #include <cstdint>

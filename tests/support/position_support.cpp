@@ -4,7 +4,7 @@
 
 namespace tarvyle::support {
 
-void BuildTables() {
+void StartEngineOnce() {
   static const bool started = StartEngine();
   ASSERT_TRUE(started);
 }

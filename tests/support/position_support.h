@@ -31,14 +31,14 @@
 namespace tarvyle::support {
 
 // Starts the engine, unless that has been done.
-void BuildTables();
+void StartEngineOnce();
 
 inline Square At(const char* name) { return StrToSq(name); }
 
 // The position part of what a process has right after its start.
 class PositionTest : public testing::Test {
  protected:
-  static void SetUpTestSuite() { BuildTables(); }
+  static void SetUpTestSuite() { StartEngineOnce(); }
 
   void SetUp() override {
     ClearRepetitions();

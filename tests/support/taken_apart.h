@@ -21,7 +21,7 @@ struct TakenApart {
   std::vector<int> Of(const std::string& term) const;
 };
 
-// Takes the current position's evaluation of `colour` apart. Builds the attack sets.
+// Takes the current position's evaluation of `colour` apart.
 TakenApart TakeApart(int colour);
 
 }  // namespace tarvyle::support
