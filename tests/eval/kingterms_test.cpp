@@ -17,8 +17,8 @@
 #include "tests/support/any_position.h"
 #include "tests/support/build_kind.h"
 #include "tests/support/eval_support.h"
-#include "tests/support/plain_evaluation.h"
 #include "tests/support/plain_kingsafety.h"
+#include "tests/support/plain_phase.h"
 
 namespace tarvyle {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "position/types.h"
 #include "tests/support/eval_support.h"
-#include "tests/support/plain_evaluation.h"
+#include "tests/support/plain_phase.h"
 
 namespace tarvyle {
 namespace {

@@ -15,6 +15,7 @@
 #include "tests/support/plain_attacks.h"
 #include "tests/support/plain_board.h"
 #include "tests/support/plain_kingsafety.h"
+#include "tests/support/plain_phase.h"
 
 namespace tarvyle::support {
 
@@ -239,16 +240,6 @@ void PlainSide::Add(const std::string& term, int amount) {
 std::vector<int> PlainSide::Of(const std::string& term) const {
   const auto found = terms.find(term);
   return found != terms.end() ? found->second : std::vector<int>{};
-}
-
-int PlainWeight(int colour) {
-  const int o = 1 - colour;
-  return 14 * Count(o, Queen) + 6 * Count(o, Rook) + 3 * Count(o, Knight) + 4 * Count(o, Bishop);
-}
-
-double PlainPhase(int colour) {
-  const int weight = PlainWeight(colour);
-  return weight <= 4 ? 0.0 : std::min(weight, 40) / 40.0;
 }
 
 PlainRays PlainRayScan(Square square, int piece, int colour) {

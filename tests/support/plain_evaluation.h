@@ -8,14 +8,10 @@
 
 // A second, slow and plain evaluation: it looks from each square outwards, counts pieces by
 // scanning the board, and keeps a ledger of what it adds. It shares no code with the engine's but
-// the position, the piece-square tables and the direction table in use. The king's part is in
-// plain_kingsafety.h.
+// the position, the piece-square tables and the direction table in use. The phase and the king's
+// part are in plain_phase.h and plain_kingsafety.h.
 
 namespace tarvyle::support {
-
-// Weight of the opponent's pieces, uncapped, and the phase that `colour` sees by it.
-int PlainWeight(int colour);
-double PlainPhase(int colour);
 
 // The lines of a slider: empty squares seen, and the bonus for pins and x-rays.
 struct PlainRays {

@@ -15,7 +15,7 @@
 #include "position/types.h"
 #include "tests/support/plain_attacks.h"
 #include "tests/support/plain_board.h"
-#include "tests/support/plain_evaluation.h"
+#include "tests/support/plain_phase.h"
 
 namespace tarvyle::support {
 
