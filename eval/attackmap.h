@@ -4,9 +4,8 @@
 
 #include "position/types.h"
 
-// One attack word per colour and square: how many pieces attack it, and of which types. All of this
-// is offered to others; the engine itself uses the sets of attacksets.h, which hold the same
-// knowledge.
+// One attack word per colour and square: how many pieces attack it, and of which types. For others:
+// the engine itself uses the sets of attacksets.h, which hold the same knowledge.
 
 namespace tarvyle {
 
@@ -20,6 +19,7 @@ extern std::uint32_t p_attack[2][kSquares];
 inline constexpr std::uint32_t piece_cntrl[7] = {0, 32768, 16384, 8192, 4096, 2048, 1024};
 
 // The same with the bishop on the knight's bit: minor pieces count as equal.
+// Offered to others; the engine itself never reads it.
 inline constexpr std::uint32_t comp_piece_cntrl[7] = {0, 32768, 16384, 16384, 4096, 2048, 1024};
 
 // Number of attackers in an attack word.

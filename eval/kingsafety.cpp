@@ -91,7 +91,8 @@ int KingTerm(const Side& side) {
   }
 
   if (g.castled[colour] != 0) {
-    const double gain = FileOf(king) < 5 ? weight::kCastledLong : weight::kCastledShort;
+    const bool is_long = FileOf(king) < weight::kCastledLongFiles;
+    const double gain = is_long ? weight::kCastledLong : weight::kCastledShort;
     term = static_cast<int>(gain * side.phase + term);
   } else if (side.theirs[Queen] != 0) {
     term -= LostCastling(colour);

@@ -1,6 +1,7 @@
 #include "eval/phase.h"
 
-#include "eval/tables.h"
+#include <algorithm>
+
 #include "position/record.h"
 #include "position/types.h"
 
@@ -34,7 +35,7 @@ int OpponentWeight(int colour) {
          kWeight[Knight] * count[Knight] + kWeight[Bishop] * count[Bishop];
 }
 
-double Stage(int colour) { return kPhases.phase[min(OpponentWeight(colour), kFullWeight)]; }
+double Stage(int colour) { return kPhases.phase[std::min(OpponentWeight(colour), kFullWeight)]; }
 
 int stage_nb_int(int colour) {
   static constexpr int kByMinors[12] = {0, 0, 1, 3, 4, 4, 4, 4, 4, 4, 4, 4};
@@ -42,7 +43,8 @@ int stage_nb_int(int colour) {
   const int knights = g.piece_cnt[1 - colour][Knight];
   const int bishops = g.piece_cnt[1 - colour][Bishop];
   // A set-up may place more pieces than the tables name; the last entries hold for those.
-  return min(4, kByMinors[min(knights + bishops, 11)] + kByBishops[min(bishops, 13)]);
+  return std::min(4,
+                  kByMinors[std::min(knights + bishops, 11)] + kByBishops[std::min(bishops, 13)]);
 }
 
 }  // namespace tarvyle

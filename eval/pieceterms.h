@@ -11,8 +11,8 @@
 #include "position/sets.h"
 #include "position/types.h"
 
-// What each piece is worth where it stands, besides its piece-square value, the threats to it and
-// its pawns or king: one procedure a term, all compiled into the walk over the pieces.
+// What each knight, bishop, rook and queen is worth where it stands, besides its piece-square value
+// and the threats to it. All of this is compiled into the walk over the pieces.
 
 namespace tarvyle {
 
@@ -76,8 +76,10 @@ inline int QueenTerm(const Side& side, Square square) {
              weight::kQueenMobility[EmptySeen(side, square)];
   if (Contains(side.attacks.by[Rook], square)) term += weight::kQueenByRook;
   if (Contains(side.attacks.by[Bishop], square)) term += weight::kQueenByBishop;
-  if (Distance(square, g.king_sq[side.colour]) >= 3) term -= weight::kQueenAwayLoss;
-  if (Distance(square, enemy_king) <= 3) term += weight::kQueenNearEnemy;
+  if (Distance(square, g.king_sq[side.colour]) >= weight::kQueenAwaySteps) {
+    term -= weight::kQueenAwayLoss;
+  }
+  if (Distance(square, enemy_king) <= weight::kQueenNearSteps) term += weight::kQueenNearEnemy;
   term += (kLongestTaxi - Taxi(square, enemy_king)) / weight::kStepsToQueenPoint;
   const int helpers = count[Knight] + count[Bishop] + count[Rook];
   if (helpers > 0) term += helpers == 1 ? weight::kQueenWithOne : weight::kQueenWithSeveral;
@@ -91,8 +93,8 @@ inline int AddedByTruncation(double phase, int total) {
 }
 
 // From this total on the truncation adds the same whatever the total. Below, it depends: a negative
-// sum is truncated the other way, and in two phases 10 * (1 - phase) falls short of a whole number
-// by so little that adding 3 rounds the gap away, where adding 2 may keep it.
+// sum is truncated the other way, and in two phases kRookEnding * (1 - phase) falls short of a
+// whole number by so little that adding 3 rounds the gap away, where adding 2 may keep it.
 inline constexpr int kSteadyTotal = 3;
 
 }  // namespace tarvyle

@@ -5,7 +5,6 @@
 
 #include "eval/cache.h"
 #include "eval/phase.h"
-#include "eval/tables.h"
 #include "position/directions.h"
 #include "position/record.h"
 
@@ -101,7 +100,7 @@ struct PieceTables {
 
 int CntAtkPromoteSq(Square square, int colour) {
   const int rows = PromotePathLen(square, colour);
-  return 1 + min(rows + 1, FileOf(square) + 1) + min(rows + 1, 8 - FileOf(square));
+  return 1 + std::min(rows + 1, FileOf(square) + 1) + std::min(rows + 1, 8 - FileOf(square));
 }
 
 int PromotePathLen(Square square, int colour) {
@@ -125,6 +124,7 @@ void InitEvaluate() {
     score_table[Black][Pawn][square] = kPawnTable[square];
     score_table[White][Pawn][square] = kPawnTable[63 - square];
   }
+  // A side without pawns needs its king in the centre, whatever the opponent has.
   for (int colour = White; colour <= Black; ++colour) {
     BendKingTable(colour, g.piece_cnt[colour][Pawn] > 0 ? Stage(colour) : 0.0);
   }

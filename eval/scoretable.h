@@ -11,7 +11,8 @@ namespace tarvyle {
 extern int score_table[2][8][kSquares];
 
 // Rebuilds `score_table` for the piece counts now on the board. Runs at the start of each search,
-// so inside one search the king tables reflect the material at its root.
+// so inside one search the king tables reflect the material at its root. Who evaluates a position
+// outside a search runs it first.
 void InitEvaluate();
 
 // Fills a 64-entry table for one piece and colour. Pieces other than the pawn get a value for how

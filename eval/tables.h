@@ -2,7 +2,7 @@
 
 #include "position/types.h"
 
-// Constant tables of the evaluation terms, in 1/1000 pawn where they are bonuses.
+// Constant tables of the evaluation terms, in 1/1000 pawn where they are bonuses, and two helpers.
 
 namespace tarvyle {
 
@@ -31,7 +31,8 @@ inline constexpr int opponent_board[8] = {0, 0, 0, 0, 1, 1, 1, 1};
 // Value classes by piece code, for the piece behind another one on a line.
 inline constexpr int comp_value[7] = {0, 1, 3, 3, 5, 10, 20};
 
-// Plain signed maximum and minimum.
+// Plain signed maximum and minimum. Offered to others; the engine itself uses those of the standard
+// library.
 constexpr int max(int a, int b) { return a > b ? a : b; }
 constexpr int min(int a, int b) { return a < b ? a : b; }
 

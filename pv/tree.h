@@ -24,7 +24,7 @@ struct PvTree {
   PvNode* root;            // first node of the root's list
 };
 
-// The tree of the current move choice; emptied at the start of each by the root search.
+// The tree of the current move choice; emptied when a search begins.
 extern PvTree pv_tree;
 
 // Empties the tree.

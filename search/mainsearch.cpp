@@ -110,7 +110,7 @@ int SearchInStyle(ProbedMove probed, bool verifies) {
     case kKnowledge3: return SearchByKnowledge3(probed, verifies);
     default:
       Message("#----> main_search(); unknow style\n");
-      (assert)(false);
+      AbortOnBrokenInvariant();
       return 0;
   }
 }
