@@ -12,8 +12,10 @@ the results best among those it allows (a generalised ratio test). The differenc
 - logistic: the ordinary Elo, 400 log10(s / (1 - s)) for a mean score s;
 - normalised: (s - 1/2) / sigma times 800 / ln 10, where sigma is the standard deviation of a single game's result as
   the pairs give it. With it, the number of games that a difference needs does not depend on how many are drawn. Where
-  every pair is decided by chance alone, both models tell nearly the same figure; with many draws the normalised one
-  is larger.
+  pairs are as spread as independent games without a draw, both models tell nearly the same figure; the more draws,
+  the larger the normalised one.
+
+As a program it prints how many games bench/sprt may be expected to need.
 """
 
 import math
@@ -125,3 +127,26 @@ def verdict(ratio: float, alpha: float, beta: float) -> str:
     """"H1" (the new engine is better), "H0" (it is not), or nothing yet."""
     low, high = bounds(alpha, beta)
     return "H1" if ratio >= high else "H0" if ratio <= low else ""
+
+
+def expected_games(elo: float, elo0: float, elo1: float, alpha: float, beta: float) -> float:
+    """How many games the test takes on average when the normalised difference is `elo`: Wald's formula for a sum that
+    drifts like the ratio of two normal distributions."""
+    low, high = bounds(alpha, beta)
+    t, t0, t1 = (value / NORMALISED_ELO * math.sqrt(2) for value in (elo, elo0, elo1))
+    drift, variance = (t1 - t0) * (2 * t - t0 - t1) / 2, (t1 - t0) ** 2
+    if abs(drift) < 1e-9:
+        return -2 * low * high / variance
+    slope = -2 * drift / variance
+    upward = (1 - math.exp(slope * low)) / (math.exp(slope * high) - math.exp(slope * low))
+    return 2 * (upward * high + (1 - upward) * low) / drift
+
+
+def main() -> None:
+    print("difference (normalised Elo)  games to expect for [0, 10]")
+    for elo in (-50, -20, 0, 5, 10, 20, 50, 100):
+        print(f"{elo:27} {expected_games(elo, 0, 10, 0.05, 0.05):24,.0f}")
+
+
+if __name__ == "__main__":
+    main()

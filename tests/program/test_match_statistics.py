@@ -10,7 +10,8 @@ sys.path.insert(0, str(PROJECT / "bench"))
 
 # pylint: disable=wrong-import-position
 from match_log import Tally  # noqa: E402
-from match_statistics import (bounds, elo_interval, elo_of, llr, normalised_elo, score_of, verdict)  # noqa: E402
+from match_statistics import (bounds, elo_interval, elo_of, expected_games, llr, normalised_elo,  # noqa: E402
+                              score_of, verdict)
 from uci_match import Pair  # noqa: E402
 
 MIXED = (10, 100, 200, 130, 15)
@@ -100,6 +101,14 @@ def test_verdicts_come_at_the_bounds():
     assert bounds(0.05, 0.05) == (pytest.approx(-2.944439), pytest.approx(2.944439))
     assert bounds(0.1, 0.01) == (pytest.approx(-4.499810), pytest.approx(2.292535))
     assert [verdict(ratio, 0.05, 0.05) for ratio in (-2.95, -2.94, 2.94, 2.95)] == ["H0", "", "", "H1"]
+
+
+def test_how_many_games_a_verdict_takes():
+    # Half-way between the bounds: 2 * 2.944439^2 / 0.0407037^2. At the upper one: 2 * 0.9 * 2.944439 / (0.0407037^2 / 2).
+    assert expected_games(5, 0, 10, 0.05, 0.05) == pytest.approx(10465.7, rel=1e-4)
+    assert expected_games(10, 0, 10, 0.05, 0.05) == pytest.approx(6397.9, rel=1e-4)
+    assert expected_games(0, 0, 10, 0.05, 0.05) == pytest.approx(6397.9, rel=1e-4)
+    assert expected_games(5.00001, 0, 10, 0.05, 0.05) == pytest.approx(10465.7, rel=1e-4)
 
 
 def test_a_tally_counts_pairs_games_and_faults():

@@ -189,7 +189,8 @@ def test_a_spoilt_log_is_refused(match, tmp_path, line, told):
     (["--elo0", 10], "--elo0 must be below --elo1"), (["--tc", "fast"], "fast is not"), (["--tc", "0/1"], "0/1 is not"),
     (["--alpha", 0.5], "0.5 is not a number between"), (["--games", 0], "0 is not"),
     (["--uci-option", "Hash"], "NAME=VALUE"),
-    (["--old-option", "Contempt=1"], "old: has no option Contempt"), (["--runner", "nothing-like-this"], "no such program"),
+    (["--old-option", "Contempt=1"], "old: has no option Contempt"),
+    (["--runner", "nothing-like-this"], "no such program"),
     (["--plies", 9], "no line has 9 half-moves"), (["--book", "none"], "none"),
 ])
 def test_a_wrong_command_is_an_error(match, options, told):
