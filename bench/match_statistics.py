@@ -25,6 +25,7 @@ SCORES = (0.0, 0.25, 0.5, 0.75, 1.0)
 MODELS = ("normalised", "logistic")
 NORMALISED_ELO = 800 / math.log(10)  # of a mean score one standard deviation of a game above 1/2
 LIKELY = 1.959964  # standard deviations that hold a normal variable 19 times out of 20
+MOST = 200  # Elo of a hypothesis either way: beyond it best_normalised would not settle
 UNSEEN = 1e-3  # stands for a count of none, so that every outcome stays possible
 
 Distribution = Sequence[float]  # how likely each of SCORES is

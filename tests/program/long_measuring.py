@@ -21,7 +21,7 @@ WORKBENCH = RELEASE / "bin" / "tarv"
 UCI = RELEASE / "bin" / "tarv-uci"
 TIMEOUT_SECONDS = 300
 RUNNERS = ["own", *filter(None, [shutil.which("fastchess")])]
-GAMES_BETWEEN_JUDGES = 60
+GAMES_BETWEEN_JUDGES = 20
 
 
 def measured(script: str, *arguments, status: int = 0, **options) -> str:

@@ -47,6 +47,36 @@ def test_what_is_no_legal_move_is_refused(move):
     assert (board.moves, board.position.fen()) == ([], START)
 
 
+@pytest.mark.parametrize("fen, moves, legal", [
+    ("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1g1", True),
+    ("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "e1c1", True),
+    ("r3k2r/8/8/8/8/8/8/R3K2R w kq - 0 1", "e1g1", False),  # without the right
+    ("4k3/4r3/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1", False),  # out of check
+    ("4k3/5r2/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1", False),  # through it
+    ("4k3/6r1/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1", False),  # into it
+    ("4k3/1r6/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1", True),  # only the rook passes there
+    ("4k3/8/8/8/8/8/8/RN2K2R w KQ - 0 1", "e1c1", False),
+    ("4k3/8/8/8/8/8/4r3/4K3 w - - 0 1", "e1d1", True),
+    ("4k3/8/8/8/8/8/4r3/4K3 w - - 0 1", "e1f2", False),
+    ("4k3/8/8/8/4r3/8/4B3/4K3 w - - 0 1", "e2d3", False),  # pinned
+    ("4k3/8/8/8/4r3/8/P7/4K3 w - - 0 1", "a2a3", False),  # leaves the king in check
+])
+def test_castling_and_check(fen, moves, legal):
+    board = Board(fen)
+    *before, last = moves.split()
+    for move in before:
+        board.play(move)
+    if legal:
+        board.play(last)
+    else:
+        with pytest.raises(Illegal):
+            board.play(last)
+
+
+def test_a_captured_rook_takes_its_right_along():
+    assert Position("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1").take("h1h8").fen() == "r3k2R/8/8/8/8/8/8/R3K3 b Qq - 0 1"
+
+
 def test_promotions_name_their_piece():
     position = Position("8/P7/8/8/8/8/8/K1k5 w - - 0 1")
     assert sorted(move for move in map(written, position.legal()) if len(move) == 5) == [

@@ -1,6 +1,7 @@
 """What bench/ makes of the results of matches: differences, intervals and ratios beside what is worked out by hand."""
 
 import math
+import random
 import sys
 
 import pytest
@@ -10,8 +11,9 @@ sys.path.insert(0, str(PROJECT / "bench"))
 
 # pylint: disable=wrong-import-position
 from match_log import Tally  # noqa: E402
-from match_statistics import (bounds, elo_interval, elo_of, expected_games, llr, normalised_elo,  # noqa: E402
-                              score_of, verdict)
+from match_statistics import (MOST, NORMALISED_ELO, UNSEEN, best_normalised, bounds, elo_interval,  # noqa: E402
+                              elo_of, expected_games, llr, mean_and_variance, normalised_elo, score_of, shares,
+                              verdict)
 from uci_match import Pair  # noqa: E402
 
 MIXED = (10, 100, 200, 130, 15)
@@ -97,6 +99,17 @@ def test_outcomes_that_never_came_leave_the_ratio_finite(model, counts, sign):
     assert math.isfinite(ratio) and (ratio > 0) - (ratio < 0) == sign
 
 
+@pytest.mark.parametrize("elo", [-MOST, -10, 10, MOST])
+def test_the_likeliest_distribution_has_the_difference(elo):
+    dice = random.Random(1)
+    for _ in range(100):
+        counts = [int(dice.expovariate(1 / dice.choice([0.3, 3, 30, 1000]))) or UNSEEN for _ in range(5)]
+        found = best_normalised(shares(counts), elo)
+        mean, variance = mean_and_variance(found)
+        assert sum(found) == pytest.approx(1)
+        assert (mean - 0.5) / math.sqrt(2 * variance) * NORMALISED_ELO == pytest.approx(elo, rel=1e-4), counts
+
+
 def test_verdicts_come_at_the_bounds():
     assert bounds(0.05, 0.05) == (pytest.approx(-2.944439), pytest.approx(2.944439))
     assert bounds(0.1, 0.01) == (pytest.approx(-4.499810), pytest.approx(2.292535))
@@ -104,7 +117,7 @@ def test_verdicts_come_at_the_bounds():
 
 
 def test_how_many_games_a_verdict_takes():
-    # Half-way between the bounds: 2 * 2.944439^2 / 0.0407037^2. At the upper one: 2 * 0.9 * 2.944439 / (0.0407037^2 / 2).
+    # Half-way between the bounds: 2 * 2.944439^2 / 0.0407037^2. At either: 2 * 0.9 * 2.944439 / (0.0407037^2 / 2).
     assert expected_games(5, 0, 10, 0.05, 0.05) == pytest.approx(10465.7, rel=1e-4)
     assert expected_games(10, 0, 10, 0.05, 0.05) == pytest.approx(6397.9, rel=1e-4)
     assert expected_games(0, 0, 10, 0.05, 0.05) == pytest.approx(6397.9, rel=1e-4)

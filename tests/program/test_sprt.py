@@ -54,7 +54,7 @@ def rows(tmp_path):
 @pytest.mark.parametrize("new, old, status, said", [("wins", "loses", 0, "H1: NEW is better"),
                                                     ("loses", "wins", 1, "H0: NEW is not better")])
 def test_a_match_ends_with_a_verdict(match, rows, new, old, status, said):
-    done = match(new, old, "--elo1", 200)
+    done = match(new, old, "--elo1", 150)
     assert (done.returncode, done.stdout.splitlines()[-1]) == (status, f"verdict: {said}"), done.stderr
     points = {"wins": "1", "loses": "0"}[new]
     assert all(row[2:] == [points, "checkmate", points, "checkmate"] for row in rows())
@@ -145,7 +145,7 @@ def test_a_torn_line_is_played_again(match, rows, tmp_path):
 
 
 def test_a_finished_match_is_told_again_without_a_game(match, rows):
-    first, second = (match("wins", "loses", "--elo1", 200) for _ in range(2))
+    first, second = (match("wins", "loses", "--elo1", 150) for _ in range(2))
     assert (first.stdout, first.returncode) == (second.stdout, second.returncode)
     assert "own driver" in first.stderr and "own driver" not in second.stderr
 
@@ -187,6 +187,7 @@ def test_a_spoilt_log_is_refused(match, tmp_path, line, told):
 
 @pytest.mark.parametrize("options, told", [
     (["--elo0", 10], "--elo0 must be below --elo1"), (["--tc", "fast"], "fast is not"), (["--tc", "0/1"], "0/1 is not"),
+    (["--elo1", 200], "200 is not a number between -200 and 200"), (["--elo1", "nan"], "nan is not"),
     (["--alpha", 0.5], "0.5 is not a number between"), (["--games", 0], "0 is not"),
     (["--uci-option", "Hash"], "NAME=VALUE"),
     (["--old-option", "Contempt=1"], "old: has no option Contempt"),
