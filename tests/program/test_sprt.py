@@ -277,3 +277,14 @@ def test_another_runner_is_found_on_the_search_path(sprt, runner, tmp_path):
     done = subprocess.run(**command, capture_output=True, check=False)
     assert re.match(rf"{tmp_path}/bin/fastchess; ", done.stderr)
     assert (tmp_path / "called").exists()
+
+
+# --- what they need ---------------------------------------------------------------------------------------
+
+
+@pytest.mark.parametrize("script", ["sprt", "strength.py", "openings.py"])
+def test_matches_need_nothing_but_python(script):
+    """Started without the packages that are installed."""
+    done = subprocess.run([sys.executable, "-B", "-S", PROJECT / "bench" / script, "--help"], text=True,
+                          capture_output=True, check=False)
+    assert (done.returncode, done.stderr) == (0, "") and "usage: " in done.stdout
