@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "base/number.h"
 #include "book/epd.h"
 #include "position/game.h"
 #include "position/legal.h"
@@ -13,6 +15,7 @@
 #include "position/setup.h"
 #include "position/text.h"
 #include "position/types.h"
+#include "search/draw.h"
 #include "uci/output.h"
 #include "uci/words.h"
 
@@ -49,9 +52,19 @@ bool PawnsStandRight() {
                      [](const auto& rows) { return rows[0] == 0 && rows[7] == 0; });
 }
 
-void SetUpFen(const std::string& fen) {
+// The half-move clock of a FEN: its fifth word, which may be missing or something else (the texts of
+// other programs end before it).
+int HalfMoves(std::string_view fen) {
+  constexpr int kWordsBefore = 4;
+  for (int i = 0; i < kWordsBefore; ++i) NextWord(fen);
+  int count = 0;
+  return ReadInteger(NextWord(fen), count) ? std::clamp(count, 0, kFiftyMoves) : 0;
+}
+
+void SetUpFen(const std::string& fen, int half_moves) {
   ClearRepetitions();
   const bool read = fen.empty() ? InitNewGame() : InitGame(fen.c_str());
+  g.fifty = half_moves;
   if (!read || !PawnsStandRight() || !LegalMoveList()) {
     throw std::runtime_error("illegal position: " + fen);
   }
@@ -70,14 +83,15 @@ void Insert(Move move) {
   InsertMoveInGame(move, kTypedMove);
 }
 
-// Makes room in the full record: the game begins anew at a later position.
+// Makes room in the full record: the game begins anew at a later position, at the half-move clock
+// that stands there.
 void ShortenGame() {
   const int count = MovesToKeep();
   const std::vector<Move> kept(g.game_moves + g.game_len - count, g.game_moves + g.game_len);
   for (int i = 0; i < count; ++i) UndoGameMove();
   char text[kEpdSize];
   MakeEpd(text);
-  SetUpFen(text);
+  SetUpFen(text, g.fifty);
   for (const Move move : kept) Insert(move);
 }
 
@@ -94,7 +108,7 @@ void Play(const std::string& text) {
 }
 
 void SetUp(const Place& wanted) {
-  SetUpFen(wanted.fen);
+  SetUpFen(wanted.fen, HalfMoves(wanted.fen));
   for (const std::string& move : wanted.moves) Play(move);
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "position/record.h"
+#include "search/draw.h"
 #include "tests/support/uci_support.h"
 
 namespace tarvyle::uci {
@@ -67,6 +68,55 @@ TEST_F(Places, AreTheStartPositionOrAFenAndMoves) {
     EXPECT_EQ(Board(), row.board) << row.words;
     EXPECT_EQ(g.game_len, row.moves) << row.words;
   }
+}
+
+// --- the half-move clock of a FEN ----------------------------------------------------------------
+
+constexpr const char* kRookUp = "fen 7k/8/8/8/8/8/P7/R6K w - - ";
+
+TEST_F(Places, TakeTheHalfMoveClockOfAFen) {
+  struct Row {
+    const char* words;  // what follows the square of en passant
+    int fifty;
+  };
+  for (const Row& row : {
+           Row{"99 60", 99},
+           {"7", 7},
+           {"99 60 moves a1b1", 100},
+           {"98 60 moves a1b1 h8g8", 100},
+           {"99 60 moves a2a3", 0},
+           {"99 60 moves a2a3 h8g8", 1},
+           {"", 0},
+           {"0 1", 0},
+           {"-5 1", 0},
+           {"250 126", kFiftyMoves},
+           {"99999999999 1", 0},
+           {"x 1", 0},
+           {"bm a2a4; 50", 0},
+       }) {
+    EXPECT_EQ(Place(kRookUp + std::string(row.words)), Lines()) << row.words;
+    EXPECT_EQ(g.fifty, row.fifty) << row.words;
+  }
+  EXPECT_EQ(Place("fen 7k/8/8/8/8/8/P7/R6K w"), Lines());
+  EXPECT_EQ(g.fifty, 0);
+  EXPECT_EQ(Place("startpos moves g1f3"), Lines());
+  EXPECT_EQ(g.fifty, 1) << "that of the position before is forgotten";
+}
+
+TEST_F(Places, AreDrawnOneMoveLaterAtAHalfMoveClockOf99) {
+  Place(kRookUp + std::string("99 60"));
+  EXPECT_EQ(ScoreOf("a1b1"), "cp 0");
+  EXPECT_NE(ScoreOf("a2a3"), "cp 0") << "a pawn's move begins to count anew";
+  Place(kRookUp + std::string("97 60"));
+  EXPECT_NE(ScoreOf("a1b1"), "cp 0");
+  Place("fen 7k/R7/6K1/8/8/8/8/8 w - - 99 60");
+  EXPECT_EQ(ScoreOf("a7a8"), "mate 1") << "mate comes first";
+}
+
+TEST_F(Places, KeepTheHalfMoveClockOfAShortenedGame) {
+  Place(kRookUp + std::string("30 60 moves") + Shuffled({"a1b1", "h8g8", "b1a1", "g8h8"}, 401));
+  EXPECT_EQ(g.game_len, 201);
+  EXPECT_EQ(g.fifty, 431);
 }
 
 TEST_F(Places, StayWhenTheNextOneIsBad) {
