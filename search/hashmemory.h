@@ -47,7 +47,17 @@ inline HashEntry& HashSlot(int side, std::uint32_t key_lo) {
 // keys when that has not been done. False without memory: the tables that there are stay.
 bool HashAllocate(int entries);
 
-// Empties both tables. Costs nothing, but for every 255th time.
+// Empties both tables. Costs nothing, but for every 255th time: then their memory goes back to the
+// system, which clears each page of it when it is used again.
 void HashClear();
+
+// For those who can have no search wait for that: from now on (or no longer) HashClear clears a
+// 255th of the memory each time instead, and never gives any of it back. Empties the tables when
+// that changes anything.
+void HashClearInParts(bool wanted);
+
+// Has the system hand out all memory of both tables now, and not page by page while they are used.
+// Takes its time, once for each allocation.
+void HashPopulate();
 
 }  // namespace tarvyle

@@ -97,6 +97,86 @@ TEST_F(HashMemory, EmptiedTablesTakeNoMemory) {
   EXPECT_EQ(PagesInUse(), 0);
 }
 
+TEST_F(HashMemory, IsHandedOutBeforeItIsUsed) {
+  ASSERT_TRUE(HashAllocate(0x20000));
+  hash[White][12345].key = 77;
+  HashPopulate();
+  EXPECT_GE(PagesInUse(), 2 * 1024);
+  EXPECT_EQ(hash[White][12345].key, 77u) << "what stands in it stays";
+  EXPECT_EQ(hash[Black][12345].key, 0u);
+  ASSERT_TRUE(HashAllocate(0x20000));
+  EXPECT_EQ(PagesInUse(), 0);
+  HashPopulate();
+  EXPECT_GE(PagesInUse(), 2 * 1024) << "and anew after each allocation";
+}
+
+// While it lives, the tables are cleared in parts.
+class InParts {
+ public:
+  InParts() { HashClearInParts(true); }
+  ~InParts() { HashClearInParts(false); }
+  InParts(const InParts&) = delete;
+  InParts& operator=(const InParts&) = delete;
+};
+
+// Entries that a search would take for its own.
+std::int64_t EntriesThatCount() {
+  std::int64_t count = 0;
+  for (const HashEntry* table : hash) {
+    count += std::count_if(table, table + Hash_Size, [](const HashEntry& entry) {
+      return entry.bound != kEmpty && entry.generation == (hash_generation & 0xFF);
+    });
+  }
+  return count;
+}
+
+// One in so many slots, others each time: an entry is written over after that many searches.
+constexpr int kSlotsApart = 300;
+
+void UseSlots(int search) {
+  for (HashEntry* table : hash) {
+    for (int i = search % kSlotsApart; i < Hash_Size; i += kSlotsApart) {
+      table[i].bound = kExact;
+      table[i].generation = hash_generation & 0xFF;
+    }
+  }
+}
+
+void SearchAndExpectEmptyTables(int searches) {
+  for (int search = 0; search < searches; ++search) {
+    HashClear();
+    ASSERT_EQ(EntriesThatCount(), 0) << search;
+    UseSlots(search);
+    ASSERT_GT(EntriesThatCount(), 0) << search;
+  }
+}
+
+TEST_F(HashMemory, IsEmptyForEachSearchWhenItIsClearedInParts) {
+  ASSERT_TRUE(HashAllocate(0x400));
+  const InParts in_parts;
+  SearchAndExpectEmptyTables(1000);
+}
+
+TEST_F(HashMemory, IsNeverGivenBackWhenItIsClearedInParts) {
+  ASSERT_TRUE(HashAllocate(0x20000));
+  const InParts in_parts;
+  HashPopulate();
+  for (int search = 0; search < 300; ++search) {
+    HashClear();
+    ASSERT_GE(PagesInUse(), 2 * 1024) << search;
+  }
+}
+
+TEST_F(HashMemory, IsEmptiedWhenTheWayOfClearingChanges) {
+  ASSERT_TRUE(HashAllocate(0x400));
+  SearchAndExpectEmptyTables(200);
+  {
+    const InParts in_parts;
+    SearchAndExpectEmptyTables(280);
+  }
+  SearchAndExpectEmptyTables(280);
+}
+
 TEST_F(HashMemory, DrawsTheKeysWhitesFirst) {
   const std::uint32_t kept = seed16;
   seed16 = 11111;
