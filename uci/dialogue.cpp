@@ -10,6 +10,7 @@
 
 #include "base/version.h"
 #include "host/engine.h"
+#include "search/hashmemory.h"
 #include "uci/extras.h"
 #include "uci/input.h"
 #include "uci/knowledge.h"
@@ -35,8 +36,10 @@ void Freshen() {
   if (FreshenKnowledge()) PlaceAgain();
 }
 
+// All that takes its time is done before the answer, so that no search has to.
 void ObeyIsReady(std::string_view /*words*/) {
   Freshen();
+  HashPopulate();
   Say("readyok");
 }
 
@@ -45,6 +48,7 @@ void ObeyNewGame(std::string_view /*words*/) {
   KnowledgeIsStale();
   FreshenKnowledge();
   PlaceNewGame();
+  HashPopulate();
 }
 
 void ObeyGo(std::string_view words) {
@@ -98,11 +102,13 @@ void SpeakUci(int in, int out) {
   SayTo(out);
   interruption = {};
   const MessagesAsInfo told;
+  HashClearInParts(true);
   ResetOptions();
   PlaceNewGame();
   std::string line;
   while (!interruption.quit && NextLine(line) && Obey(line)) {
   }
+  HashClearInParts(false);
 }
 
 void SpeakUci() {

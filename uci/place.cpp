@@ -52,8 +52,8 @@ bool PawnsStandRight() {
                      [](const auto& rows) { return rows[0] == 0 && rows[7] == 0; });
 }
 
-// The half-move clock of a FEN: its fifth word, which may be missing or something else (the texts of
-// other programs end before it).
+// The half-move clock of a FEN: its fifth word, which may be missing or something else (the texts
+// of other programs end before it).
 int HalfMoves(std::string_view fen) {
   constexpr int kWordsBefore = 4;
   for (int i = 0; i < kWordsBefore; ++i) NextWord(fen);

@@ -23,6 +23,26 @@ def test_hash_sizes(uci):
         assert uci.go("depth 5", "startpos").lines[-1].depth == 5
 
 
+def resident_megabytes(uci) -> float:
+    """How much memory the process has at hand."""
+    status = pathlib.Path(f"/proc/{uci.process.pid}/status").read_text()
+    return int(re.search(r"VmRSS:\s+(\d+) kB", status)[1]) / 1024
+
+
+def test_the_memory_is_there_before_readyok(uci):
+    """No search has to wait for it: neither the first one, nor that after a game, nor the one at which the numbers of
+    the searches are used up."""
+    uci.send("setoption name Hash value 128")
+    assert uci.ask() == ["info string the tables take 128 MB"]
+    assert resident_megabytes(uci) > 128
+    uci.send("setoption name Hash value 256", "ucinewgame", "d")
+    uci.until("text:")
+    assert resident_megabytes(uci) > 256
+    for _ in range(300):
+        uci.go("nodes 10", "startpos")
+        assert resident_megabytes(uci) > 256
+
+
 def test_a_refused_hash_size_changes_nothing(uci):
     before = uci.ask("setoption name Hash value 16")[0]
     most = max(re.search(r"name Hash .* max (\d+)", line)[1] for line in uci.ask("uci") if "name Hash" in line)
