@@ -33,8 +33,9 @@ void SeedRandom() { std::srand(world.seed()); }
 void SetAllowance(int hundredths) { limit_time = hundredths; }
 
 void TimeReset() {
+  const std::uint64_t first = world.first_count != nullptr ? world.first_count() : 0;
   search_clock = {};
-  if (world.first_count != nullptr) cnt_nodes = world.first_count();
+  cnt_nodes = first;
   start_time = Now();
   curr_time = start_time;
 }

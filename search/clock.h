@@ -33,8 +33,9 @@ struct World {
   unsigned (*seed)();
   // Asked whenever the clock is read: true stops the search. Null: only the clock does.
   bool (*should_stop)() = nullptr;
-  // Asked at the start of each stage: where its node counter begins. The clock is read each time
-  // the counter reaches a multiple of kNodesPerPoll: this decides at which nodes. Null: at 0.
+  // Asked at the start of each stage, while the counter is still that of the one before: where it
+  // begins. The clock is read each time the counter reaches a multiple of kNodesPerPoll: this
+  // decides at which nodes. Null: at 0.
   std::uint64_t (*first_count)() = nullptr;
 };
 extern World world;

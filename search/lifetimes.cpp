@@ -68,6 +68,7 @@ void BeginSearch() {
   InitEvaluate();
   HashClear();
   ClearSearch();
+  iteration_state = {};
   root_side = g.side;
   root_mtl[White] = g.material[White];
   root_mtl[Black] = g.material[Black];

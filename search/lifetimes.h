@@ -31,8 +31,8 @@ void BeginGame();
 // --- search --------------------------------------------------------------------------------------
 
 // For the current root: a new result, killers, tree of principal variations, transposition tables,
-// evaluation tables and clock. The depth of the latest iteration stays: the first one sets it
-// before any node asks. What searches have left stays for the root search to use.
+// evaluation tables and clock, and no iteration yet. What searches have left stays for the root
+// search to use.
 void BeginSearch();
 
 // That, and a cleared history, ordering values and root list, and the random generator seeded; used

@@ -20,6 +20,7 @@
 #include "search/mainsearch.h"
 #include "search/order.h"
 #include "search/rootentry.h"
+#include "search/roothooks.h"
 #include "search/state.h"
 
 namespace tarvyle {
@@ -80,7 +81,8 @@ int SearchRoot(int alpha, int depth) {
 
 // The last root result that was published counts, be it of an interrupted iteration.
 BestMove FindBestMove() {
-  for (int depth = kFirstIteration; depth <= kLastIteration && StopSearch() == 0; ++depth) {
+  const int last = std::min(kLastIteration, root_hooks.max_depth);
+  for (int depth = root_hooks.first_depth; depth <= last && StopSearch() == 0; ++depth) {
     SearchRoot(-kInfinity, depth);
   }
   return {search_mv, search_score, search_depth};
@@ -91,7 +93,7 @@ BestMove FindBestMove() {
 bool FindCandidate(const BestMove& best, int floor, Candidates& candidates) {
   // Scores of the passes before shall not settle nodes of this one; their moves still guide it.
   HashDepthLow();
-  for (int depth = kFirstIteration; depth <= best.depth && StopSearch() == 0; ++depth) {
+  for (int depth = root_hooks.first_depth; depth <= best.depth && StopSearch() == 0; ++depth) {
     const int score = SearchRoot(floor, depth);
     if (is_stop_search != 0) return false;  // half an iteration proves nothing
     // The result published last is one of this pass that is not deep enough yet. Where the pass has

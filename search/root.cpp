@@ -72,7 +72,7 @@ bool EnoughSearched(int depth, int score) {
 }
 
 void DeepenIteratively() {
-  for (int depth = kFirstIteration; depth <= root_hooks.max_depth; ++depth) {
+  for (int depth = root_hooks.first_depth; depth <= root_hooks.max_depth; ++depth) {
     if (StopSearch() != 0) return;
     const int score = Iterate(depth);
     MergeLines();

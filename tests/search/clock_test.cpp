@@ -87,6 +87,10 @@ TEST_F(Clock, ResetCountsFromWhereTheWorldWantsIt) {
   world.first_count = [] { return std::uint64_t{17}; };
   TimeReset();
   EXPECT_EQ(cnt_nodes, 17u);
+  cnt_nodes = 1000;
+  world.first_count = [] { return cnt_nodes + 3; };
+  TimeReset();
+  EXPECT_EQ(cnt_nodes, 1003u) << "the stage before may be counted on";
 }
 
 TEST_F(Clock, IsStoppedByHandAtOnce) {

@@ -125,7 +125,7 @@ TEST_F(Lifetimes, BeginNewOnesOfAllThatIsShorterAndOfNothingElse) {
        "iteration kept"},
       {BeginSearch,
        "settings kept, learned kept, memory kept, game kept, search new, stage new, "
-       "iteration kept"},
+       "iteration new"},
       {TimeReset,
        "settings kept, learned kept, memory kept, game kept, search kept, stage new, "
        "iteration kept"},
@@ -152,7 +152,7 @@ TEST_F(Lifetimes, InitSearchClearsTheHistoryAloneOfWhatIsRemembered) {
   EXPECT_EQ(search_memory, wanted);
   EXPECT_EQ(search_state, StateForRoot());
   EXPECT_EQ(search_settings, before.settings);
-  EXPECT_EQ(iteration_state, before.iteration);
+  EXPECT_EQ(iteration_state, IterationState{});
   EXPECT_TRUE(SameRecord(g, before.game));
 }
 

@@ -159,6 +159,22 @@ TEST_F(RandomisedSearch, Stage1EndsAfterDepth39) {
   EXPECT_EQ(BestMoveOf(run)[0].depth, 39);
 }
 
+TEST_F(RandomisedSearch, IteratesFromTheFirstDepthToTheLastThatAToolWants) {
+  struct Row {
+    int first;
+    int last;
+    int found;  // depth of the best move, 0 without one
+  };
+  for (const Row& row : {Row{2, 4, 4}, {1, 1, 1}, {2, 3, 3}, {2, 1, 0}}) {
+    GoTo(kStart);
+    root_hooks.first_depth = row.first;
+    root_hooks.max_depth = row.last;
+    stage_clock.steps[0] = 0;  // the clock does not end it
+    const std::vector<Told> best = BestMoveOf(RunSearch());
+    EXPECT_EQ(best.empty() ? 0 : best[0].depth, row.found);
+  }
+}
+
 TEST_F(RandomisedSearch, BestMoveOfAnInterruptedIterationCounts) {
   // Whatever the clock allows, the best move's depth is that of the last published root result.
   for (const std::uint32_t step : {100u, 300u, 700u, 1500u}) {

@@ -360,6 +360,22 @@ TEST_F(RootSearch, ThinkingLinesArePrinted) {
   EXPECT_EQ(printed.substr(0, 2), " 2");
 }
 
+TEST_F(RootSearch, BeginsWithTheFirstIterationThatAToolWants) {
+  static std::vector<int> depths;
+  root_hooks.after_iteration = [](int depth, int) { depths.push_back(depth); };
+  root_hooks.max_depth = 4;
+  for (const int first : {1, 2, 3}) {
+    depths.clear();
+    GoTo(kStart);
+    root_hooks.first_depth = first;
+    Move move = 0;
+    EXPECT_TRUE(SearchMove(move));
+    std::vector<int> wanted;
+    for (int depth = first; depth <= 4; ++depth) wanted.push_back(depth);
+    EXPECT_EQ(depths, wanted);
+  }
+}
+
 TEST_F(RootSearch, SameSearchTwiceVisitsTheSameNodes) {
   std::vector<std::string> lines[2];
   std::uint64_t nodes[2];
