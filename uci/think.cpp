@@ -36,12 +36,19 @@ using Clock = std::chrono::steady_clock;
 constexpr int kLeastDepth = 2;              // the first iteration there is
 constexpr double kRandomSearchTakes = 1.5;  // of the time that it is given
 
+// The stages of a search by their clocks: an ordinary one has the first alone. The randomised one
+// goes on with three more, whose shares of the nodes are as those of the time.
+enum Stage : int { kWholeSearch, kBestMove, kCandidates, kPlayouts };
+
 // The search that runs.
 struct Thinking {
   Limits limits;
   Allowance allowance;
   Clock::time_point begin;
-  std::uint64_t first_count = 0;
+  int stage = kWholeSearch - 1;
+  std::uint64_t before = 0;                          // nodes of the stages before
+  std::uint64_t first_count = 0;                     // where the counter of this stage began
+  std::uint64_t (*first_count_outside)() = nullptr;  // what the world had in its place
   bool one_reply = false;
   bool enough = false;  // some limit has been reached
 };
@@ -54,29 +61,58 @@ std::int64_t Milliseconds(Clock::duration time) {
 std::int64_t Elapsed() { return Milliseconds(Clock::now() - thinking.begin); }
 
 std::uint64_t Nodes() {
-  const std::uint64_t counted = cnt_nodes - thinking.first_count;
+  const std::uint64_t counted = thinking.before + cnt_nodes - thinking.first_count;
   // Unwinding counts on.
   return thinking.limits.nodes > 0 ? std::min(counted, thinking.limits.nodes) : counted;
 }
 
 Effort EffortSoFar() { return {Nodes(), Elapsed()}; }
 
-// The randomised search knows no deepest iteration.
-bool TooDeep() {
-  const int depth = thinking.limits.depth;
-  return is_rnd_search != 0 && depth > 0 && s_depth > std::max(depth, kLeastDepth);
-}
-
 bool ReachedLimit() {
   const Limits& limits = thinking.limits;
-  return Elapsed() >= thinking.allowance.most || TooDeep() ||
-         (limits.nodes > 0 && Nodes() >= limits.nodes);
+  return Elapsed() >= thinking.allowance.most || (limits.nodes > 0 && Nodes() >= limits.nodes);
+}
+
+// How many nodes the stages up to this one may have.
+std::uint64_t NodesOfStages() {
+  const std::uint64_t nodes = thinking.limits.nodes;
+  switch (thinking.stage) {
+    case kBestMove: return nodes / 3;
+    case kCandidates: return nodes - nodes / 15;
+    default: return nodes;
+  }
+}
+
+// Play-outs know no end but a clock's: where there is none, they end at the first look.
+bool StageIsOver() {
+  if (thinking.limits.nodes > 0) return Nodes() >= NodesOfStages();
+  return thinking.stage == kPlayouts && thinking.allowance.most == kNoLimit;
 }
 
 bool ShouldStop() {
   HearWhileThinking();
   thinking.enough = thinking.enough || interruption.stop || ReachedLimit();
-  return thinking.enough;
+  return thinking.enough || StageIsOver();
+}
+
+// The clock is read every so many nodes: lets it be read at the last node that is allowed, and at
+// once when the search has had enough.
+std::uint64_t FirstCount() {
+  if (thinking.enough) return kNodesPerPoll - 1;
+  if (thinking.limits.nodes == 0) {
+    return thinking.first_count_outside != nullptr ? thinking.first_count_outside() : 0;
+  }
+  const std::uint64_t allowed = NodesOfStages();
+  if (allowed <= thinking.before) return kNodesPerPoll - 1;
+  return (kNodesPerPoll - (allowed - thinking.before) % kNodesPerPoll) % kNodesPerPoll;
+}
+
+// Each stage counts its nodes anew.
+std::uint64_t BeginStage() {
+  if (thinking.stage >= kWholeSearch) thinking.before = Nodes();
+  ++thinking.stage;
+  thinking.first_count = FirstCount();
+  return thinking.first_count;
 }
 
 void Enough() {
@@ -106,7 +142,7 @@ unsigned SearchSeed() { return settings.seed != 0 ? settings.seed : RealSeed(); 
 SearchSetting SettingOf(const std::vector<Move>& only) {
   const int depth = thinking.limits.depth;
   SearchSetting setting;
-  setting.world = {[] { return 0u; }, SearchSeed, ShouldStop, [] { return thinking.first_count; }};
+  setting.world = {[] { return 0u; }, SearchSeed, ShouldStop, BeginStage};
   setting.hooks = {depth > 0 ? std::clamp(depth, kLeastDepth, kMaxIteration) : kMaxIteration,
                    NoteIteration, only.size() > 1 ? only.data() : nullptr};
   setting.on_line = NoteLine;
@@ -166,17 +202,14 @@ void SayGameIsOver() {
   Say("bestmove 0000");
 }
 
-// The clock is read every so many nodes: lets it be read at the last node that is allowed.
-std::uint64_t FirstCount(std::uint64_t nodes) {
-  if (nodes == 0) return world.first_count != nullptr ? world.first_count() : 0;
-  return (kNodesPerPoll - nodes % kNodesPerPoll) % kNodesPerPoll;
-}
-
 }  // namespace
 
 void Think(const Limits& limits) {
-  thinking = {limits, AllowanceFor(limits, g.side, settings.move_overhead), Clock::now(),
-              FirstCount(limits.nodes)};
+  thinking = {};
+  thinking.limits = limits;
+  thinking.allowance = AllowanceFor(limits, g.side, settings.move_overhead);
+  thinking.begin = Clock::now();
+  thinking.first_count_outside = world.first_count;
   interruption = {};
   LegalMoveList();
   if (ListLength() == 0) {

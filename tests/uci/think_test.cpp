@@ -8,6 +8,7 @@
 #include <chrono>
 #include <compare>
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -390,9 +391,44 @@ TEST_F(Thinks, AloudInTheRandomisedSearch) {
 TEST_F(Thinks, OfARandomisedSearchNoDeeperThanItIsTold) {
   Set("Random Search value true");
   const Lines said = Go("depth 4 movetime 60000", kMiddle);
-  EXPECT_GE(LastNumber(said, "depth"), 2);
-  EXPECT_LE(LastNumber(said, "depth"), 5);
+  EXPECT_EQ(LastNumber(said, "depth"), 4);
   EXPECT_LT(LastNumber(said, "time"), 50000);
+  EXPECT_EQ(BestMoveIn(said).size(), 4u);
+}
+
+TEST_F(Thinks, OfARandomisedSearchToADepthAndNoFurther) {
+  Set("Random Search value true");
+  for (const int depth : {2, 3, 5}) {
+    const Lines said = Go("depth " + std::to_string(depth), kMiddle);
+    EXPECT_EQ(LastNumber(said, "depth"), depth);
+    EXPECT_EQ(BestMoveIn(said).size(), 4u);
+  }
+}
+
+TEST_F(Thinks, OfARandomisedSearchUpToExactlySoManyNodes) {
+  Set("Random Search value true");
+  for (const int nodes : {3000, 4096, 4097, 20000, 100001}) {
+    const Lines said = Go("nodes " + std::to_string(nodes), kMiddle);
+    EXPECT_EQ(Beginning(said, "info string #------> stage1").size(), 1u);
+    EXPECT_LE(LastNumber(said, "nodes"), nodes);
+    // Of what it is given, all but the play-outs' share is used up at least.
+    EXPECT_GE(LastNumber(said, "nodes"), nodes - nodes / 15 - 1);
+    EXPECT_LE(cnt_nodes, static_cast<std::uint64_t>(nodes) + kNodesPerPoll);
+  }
+}
+
+TEST_F(Thinks, OfARandomisedSearchThatTellsTheNodesOfAllItsStages) {
+  Set("Random Search value true");
+  const Lines said = Go("depth 4", kMiddle);
+  EXPECT_GT(LastNumber(said, "nodes"), static_cast<long long>(cnt_nodes)) << "of the last one";
+}
+
+TEST_F(Thinks, OfARandomisedSearchNoFurtherStageAfterStop) {
+  Set("Random Search value true");
+  Send("stop\n");
+  const Lines said = Go("infinite", kMiddle);
+  // The first look at the input comes after 4096 nodes; each stage behind it has a few.
+  EXPECT_LT(LastNumber(said, "nodes"), 4096 + 200);
   EXPECT_EQ(BestMoveIn(said).size(), 4u);
 }
 
