@@ -8,7 +8,6 @@
 #include <string>
 
 #include "base/number.h"
-#include "base/property.h"
 #include "host/engine.h"
 #include "search/hash.h"
 #include "search/hashmemory.h"
@@ -99,8 +98,6 @@ void SetStyle(const std::string& value) {
 
 void SetOwnBook(bool on) {
   settings.own_book = on;
-  property_clear();
-  property_add("book move", on ? "auto" : "disable");
   KnowledgeIsStale();
 }
 

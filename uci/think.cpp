@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "book/book.h"
 #include "book/learn.h"
 #include "host/engine.h"
 #include "position/attack.h"
@@ -160,7 +162,7 @@ bool RunSearch(Move& move) {
   return SearchWith(SettingOf(only), move);
 }
 
-// The book and a single reply leave no depth.
+// A single reply leaves no depth in the randomised search.
 bool WasSearched() { return search_depth > 0; }
 
 // The result with all the effort that was made. The randomised search has not shown its lines.
@@ -177,7 +179,7 @@ void SayBestMove(Move move) { Say(std::string("bestmove ") + MoveToStr(move)); }
 
 void TellFound(Move move) {
   if (!WasSearched()) {
-    SayInfo("not searched: the book's move, or the only one");
+    SayInfo("not searched: the only move");
     return;
   }
   SayResult(move);
@@ -194,6 +196,27 @@ void FindBestMove(Move first) {
   }
   if (thinking.limits.infinite) WaitForStop();
   SayBestMove(move);
+}
+
+// Whoever analyses wants to know what the engine thinks.
+bool BookMayAnswer(const Limits& limits) {
+  return settings.own_book && !limits.infinite && limits.mate == 0 && limits.only.empty();
+}
+
+// Draws one of the book's moves by their weights; 0 when it has none. The moves are listed. The
+// engine's own question for the book, which comes after a draw of its own, is never asked: no
+// configuration says so.
+Move BookMove() {
+  std::srand(SearchSeed());
+  return MoveFromLib(0, ListLength() - 1);
+}
+
+bool AnswerFromBook(const Limits& limits) {
+  const Move move = BookMayAnswer(limits) ? BookMove() : 0;
+  if (move == 0) return false;
+  SayInfo("the book's move");
+  SayBestMove(move);
+  return true;
 }
 
 void SayGameIsOver() {
@@ -216,6 +239,7 @@ void Think(const Limits& limits) {
     SayGameIsOver();
     return;
   }
+  if (AnswerFromBook(limits)) return;
   thinking.one_reply = ListLength() == 1;
   FindBestMove(limits.only.empty() ? tree[0] : limits.only.front());
 }

@@ -110,14 +110,15 @@ def test_the_random_search_reports_in_info_strings(start):
 def test_the_own_book_answers(start, tmp_path):
     (tmp_path / "my book.bk").write_text("h2h4 h7h5\n")
     uci = start(f"Book File={tmp_path / 'my book.bk'}", "OwnBook=true")
-    moves = []
     for seed in range(1, 12):
         uci.ask(f"setoption name Seed value {seed}")
-        thought = uci.go("depth 2", "startpos")
-        if not thought.lines:
-            assert thought.strings == ["not searched: the book's move, or the only one"]
-            moves.append(thought.move)
-    assert 2 <= len(moves) <= 10 and set(moves) == {"h2h4"}
+        thought = uci.go("wtime 60000 btime 60000", "startpos")
+        assert (thought.lines, thought.strings, thought.move) == ([], ["the book's move"], "h2h4")
+    for limits in ("mate 1 depth 2", "depth 2 searchmoves h2h4"):
+        assert uci.go(limits, "startpos").lines, "an analysis"
+    uci.send("go infinite")
+    time.sleep(0.1)
+    assert uci.thought(uci.send("stop")).lines, "an analysis"
     uci.ask("setoption name OwnBook value false")
     for seed in range(1, 12):
         uci.ask(f"setoption name Seed value {seed}")

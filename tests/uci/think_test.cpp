@@ -36,7 +36,8 @@ constexpr const char* kCheckmated = "fen 7k/6Q1/6K1/8/8/8/8/8 b - - 0 1";
 constexpr const char* kStalemated = "fen 7k/5Q2/6K1/8/8/8/8/8 b - - 0 1";
 constexpr const char* kSingleReply = "fen k7/8/8/8/8/7p/7P/7K w - - 0 1";
 constexpr const char* kSingleReplyOfBlack = "fen 7k/7p/7P/8/8/8/8/K7 b - - 0 1";
-constexpr const char* kNotSearched = "info string not searched: the book's move, or the only one";
+constexpr const char* kNotSearched = "info string not searched: the only move";
+constexpr const char* kFromBook = "info string the book's move";
 constexpr const char* kUntouched = "info string no move was searched in time: the first legal one";
 
 class Thinks : public UciTest {
@@ -343,24 +344,66 @@ TEST_F(Thinks, AndPutsTheResultDown) {
   EXPECT_EQ(ReadFile(output).size(), 2 * size);
 }
 
-TEST_F(Thinks, OrTakesTheBooksMove) {
+class ThinksWithABook : public Thinks {
+ protected:
+  explicit ThinksWithABook(const std::string& lines = "h2h4\n") {
+    Set("Book File value " + folder_.Write("my.bk", lines));
+    Set("OwnBook value true");
+    FreshenKnowledge();
+  }
+};
+
+TEST_F(ThinksWithABook, AlwaysTakesItsMove) {
   const std::string output = folder_.Path("out.lrn");
   Set("Learn Output value " + output);
-  Set("Book File value " + folder_.Write("my.bk", "h2h4\n"));
-  Set("OwnBook value true");
-  FreshenKnowledge();
-  int answers = 0;
+  const Lines answer{kFromBook, "bestmove h2h4"};
   for (int seed = 1; seed <= 20; ++seed) {
     Set("Seed value " + std::to_string(seed));
-    const Lines said = Go("depth 2", "startpos");
-    if (!ThinkingLines(said).empty()) continue;
-    EXPECT_EQ(said, (Lines{kNotSearched, "bestmove h2h4"}));
-    ++answers;
+    EXPECT_EQ(Go("depth 2", "startpos"), answer) << seed;
   }
-  EXPECT_GT(answers, 2);
-  EXPECT_LT(answers, 18);
-  const auto searched = static_cast<std::size_t>(20 - answers);
-  EXPECT_EQ(ReadFile(output).size(), searched * 75) << "of a book's move nothing is put down";
+  for (const char* limits : {"movetime 100", "nodes 7", "wtime 1000 btime 1000", "depth 9"}) {
+    EXPECT_EQ(Go(limits), answer) << limits;
+  }
+  Set("Random Search value true");
+  EXPECT_EQ(Go("depth 2"), answer);
+  EXPECT_EQ(ReadFile(output), "") << "of a book's move nothing is put down";
+}
+
+TEST_F(ThinksWithABook, ForItselfWhereItHasNoMove) {
+  EXPECT_GE(LastNumber(Go("depth 3", "startpos moves e2e4"), "depth"), 3);
+  Set("OwnBook value false");
+  FreshenKnowledge();
+  EXPECT_GE(LastNumber(Go("depth 3", "startpos"), "depth"), 3);
+}
+
+TEST_F(ThinksWithABook, ForItselfWhenItAnalyses) {
+  for (const char* limits : {"infinite", "ponder wtime 1000 btime 1000", "", "depth 3 infinite"}) {
+    Send("stop\n");
+    EXPECT_EQ(Beginning(Go(limits, "startpos"), kFromBook), Lines()) << limits;
+    EXPECT_TRUE(interruption.stop) << limits;
+  }
+  for (const char* limits :
+       {"mate 1 depth 2", "searchmoves h2h4 depth 3", "depth 3 searchmoves a2a3"}) {
+    const Lines said = Go(limits, "startpos");
+    EXPECT_EQ(Beginning(said, kFromBook), Lines()) << limits;
+    EXPECT_FALSE(ThinkingLines(said).empty()) << limits;
+  }
+}
+
+// Both moves have the same weight.
+TEST_F(ThinksWithABook, DrawsAmongItsMoves) {
+  Set("Book File value " + folder_.Write("two.bk", "h2h4\na2a4\n"));
+  FreshenKnowledge();
+  int first = 0;
+  constexpr int kDraws = 60;
+  for (int seed = 1; seed <= kDraws; ++seed) {
+    Set("Seed value " + std::to_string(seed));
+    const std::string move = BestMoveIn(Go("depth 2", "startpos"));
+    EXPECT_TRUE(move == "h2h4" || move == "a2a4") << move;
+    if (move == "h2h4") ++first;
+  }
+  EXPECT_GT(first, kDraws / 5);
+  EXPECT_LT(first, kDraws * 4 / 5);
 }
 
 // --- the randomised search -----------------------------------------------------------------------
