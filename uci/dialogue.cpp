@@ -52,6 +52,8 @@ void ObeyNewGame(std::string_view /*words*/) {
 }
 
 void ObeyGo(std::string_view words) {
+  std::string_view rest = words;
+  if (NextWord(rest) == "perft") return ObeyGoPerft(rest);
   Freshen();
   Think(ReadLimits(words));
 }

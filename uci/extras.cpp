@@ -42,9 +42,7 @@ bool StopWasSaid() {
   return interruption.stop;
 }
 
-}  // namespace
-
-void ObeyPerft(std::string_view words) {
+void CountLeaves(std::string_view words, const std::string& before_sum) {
   int depth = 1;
   if (!ReadDepth(words, 0, kDeepestPerft, depth)) return;
   interruption = {};
@@ -52,8 +50,14 @@ void ObeyPerft(std::string_view words) {
     Say(MoveToStr(move) + (": " + std::to_string(leaves)));
   };
   const std::uint64_t sum = depth > 0 ? DividedPerft(depth, tell, StopWasSaid) : Perft(depth);
-  Say(interruption.stop ? "info string perft was stopped" : "nodes " + std::to_string(sum));
+  Say(interruption.stop ? "info string perft was stopped" : before_sum + std::to_string(sum));
 }
+
+}  // namespace
+
+void ObeyPerft(std::string_view words) { CountLeaves(words, "nodes "); }
+
+void ObeyGoPerft(std::string_view words) { CountLeaves(words, "Nodes searched: "); }
 
 void ObeyEval(std::string_view /*words*/) {
   const int score = StaticScore();

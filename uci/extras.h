@@ -9,6 +9,9 @@ namespace tarvyle::uci {
 // "perft N": legal leaf nodes below each move, and their sum. "stop" ends it.
 void ObeyPerft(std::string_view words);
 
+// "go perft N": the same with the sum in the words that scripts look for, "Nodes searched: N".
+void ObeyGoPerft(std::string_view words);
+
 // "eval": the static evaluation, in pawns, from White's point of view.
 void ObeyEval(std::string_view words);
 

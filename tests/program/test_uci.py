@@ -207,3 +207,10 @@ def test_bench_can_be_stopped(uci):
     uci.send("stop")
     assert uci.until("info")[0][-1] == "info string the bench was stopped"
     assert uci.go("depth 3", "startpos").lines
+
+
+def test_perft_in_the_words_of_scripts(uci):
+    lines = uci.ask("position startpos", "go perft 3")
+    assert len(lines) == 21 and "a2a3: 380" in lines and lines[-1] == "Nodes searched: 8902"
+    assert uci.ask("go perft 1")[-1] == "Nodes searched: 20"
+    assert uci.go("depth 2").lines

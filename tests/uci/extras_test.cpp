@@ -44,6 +44,15 @@ TEST_F(Extras, CountLeavesBelowEachMove) {
   EXPECT_EQ(Perft("2"), Lines{"nodes 0"});
 }
 
+TEST_F(Extras, CountLeavesInTheWordsOfScripts) {
+  const Lines said = Speak("position startpos\ngo perft 3\ngo perft\ngo perft x\n");
+  ASSERT_EQ(said.size(), 43u);
+  EXPECT_EQ(Beginning(said, "a2a3: 380").size(), 1u);
+  EXPECT_EQ(said[20], "Nodes searched: 8902");
+  EXPECT_EQ(said[41], "Nodes searched: 20");
+  EXPECT_EQ(said[42], "info string a depth from 0 to 90 was expected");
+}
+
 TEST_F(Extras, RefuseDepthsThatAreNone) {
   for (const char* words : {"x", "-1", "91", "3x", "99999999999"}) {
     EXPECT_EQ(Perft(words), Lines{"info string a depth from 0 to 90 was expected"}) << words;
