@@ -1,12 +1,16 @@
 #include "uci/knowledge.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <initializer_list>
+#include <string_view>
 #include <system_error>
 
 #include "base/append.h"
+#include "base/file.h"
+#include "base/message.h"
 #include "book/bookfile.h"
 #include "book/learn.h"
 #include "book/learnfile.h"
@@ -19,6 +23,8 @@ namespace tarvyle::uci {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr int kReportedLines = 5;  // of a book, that are wrong
 
 bool is_stale = true;
 
@@ -50,12 +56,48 @@ void ReadLearned() {
   SayInfo("cannot read the learn file " + path);
 }
 
+// Letters of any language, but no other control characters than those between lines and words.
+bool IsText(const std::string& content) {
+  return std::none_of(content.begin(), content.end(), [](char letter) {
+    return letter >= 0 && letter < ' ' &&
+           std::string_view("\t\n\v\f\r").find(letter) == std::string_view::npos;
+  });
+}
+
+// The first messages about wrong lines are passed on, the rest is counted.
+struct WrongLines {
+  int count = 0;
+  void (*receiver)(std::string_view) = nullptr;
+};
+WrongLines wrong_lines;
+
+bool ReadBookFile(const char* path) {
+  wrong_lines = {0, message_sink};
+  if (message_sink != nullptr) {
+    message_sink = [](std::string_view text) {
+      if (++wrong_lines.count <= kReportedLines) wrong_lines.receiver(text);
+    };
+  }
+  const bool read = ReadLibFile(path);
+  message_sink = wrong_lines.receiver;
+  if (wrong_lines.count > kReportedLines) {
+    SayInfo("and " + std::to_string(wrong_lines.count - kReportedLines) + " more wrong lines");
+  }
+  return read;
+}
+
 void ReadBook() {
   if (!settings.own_book || HoldsBook()) return;
-  if (settings.book_file.empty()) {
+  const std::string& path = settings.book_file;
+  std::string content;
+  if (path.empty()) {
     SayInfo("there is no book file");
-  } else if (!fs::is_regular_file(settings.book_file) || !ReadLibFile(settings.book_file.c_str())) {
-    SayInfo("cannot read the book file " + settings.book_file);
+  } else if (ReadFile(path.c_str(), content) != FileState::kRead) {
+    SayInfo("cannot read the book file " + path);
+  } else if (!IsText(content)) {
+    SayInfo("the book file " + path + " is no text");
+  } else if (!ReadBookFile(path.c_str())) {
+    SayInfo("cannot read the book file " + path);
   }
 }
 

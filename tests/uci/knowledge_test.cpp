@@ -190,6 +190,33 @@ TEST_F(Knowledge, ReportsWrongMovesOfTheBook) {
   EXPECT_EQ(TableTexts(), Lines{kAfterH4});
 }
 
+TEST_F(Knowledge, ReportsABookThatIsNoTextByOneLine) {
+  Set("OwnBook", "true");
+  std::string bytes;
+  for (int i = 0; i < 50000; ++i) bytes += static_cast<char>(i * 7 + i / 251);
+  const std::string path = folder_.Write("picture.bk", bytes);
+  Set("Book File", path);
+  EXPECT_EQ(Freshen(), Lines{"info string the book file " + path + " is no text"});
+  EXPECT_EQ(TableTexts(), Lines());
+  Set("Book File", folder_.Write("german.bk",
+                                 "# Er\xC3\xB6"
+                                 "ffnung\r\n\f\te2e4\r\n"));
+  EXPECT_EQ(Beginning(Freshen(), "info string the book file"), Lines()) << "letters are text";
+}
+
+TEST_F(Knowledge, ReportsTheFirstOfManyWrongLines) {
+  Set("OwnBook", "true");
+  std::string lines = "h2h4\n";
+  for (int i = 0; i < 1000; ++i) lines += "nonsense\n";
+  Set("Book File", folder_.Write("novel.bk", lines));
+  const Lines said = Freshen();
+  ASSERT_EQ(said.size(), 6u);
+  EXPECT_EQ(said[0], "info string #error: line 2, lexem nonsense");
+  EXPECT_EQ(said[4], "info string #error: line 6, lexem nonsense");
+  EXPECT_EQ(said[5], "info string and 995 more wrong lines");
+  EXPECT_EQ(TableTexts(), Lines{kAfterH4});
+}
+
 TEST_F(Knowledge, ReportsThatThereIsNoBook) {
   Set("OwnBook", "true");
   EXPECT_EQ(Freshen(), Lines{"info string there is no book file"});
