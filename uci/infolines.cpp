@@ -47,4 +47,15 @@ void SayLine(const SearchStatus& status, const Effort& effort) {
   Say(text);
 }
 
+void SayEffort(const Effort& effort) { Say("info" + EffortText(effort)); }
+
+void SayProgress(int depth, Move move, int number, const Effort& effort) {
+  std::string text = "info depth " + std::to_string(depth);
+  if (move != 0) {
+    text +=
+        std::string(" currmove ") + MoveToStr(move) + " currmovenumber " + std::to_string(number);
+  }
+  Say(text + EffortText(effort));
+}
+
 }  // namespace tarvyle::uci

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "position/types.h"
 #include "search/status.h"
 
 // What the GUI is told while the engine thinks.
@@ -14,8 +15,14 @@ struct Effort {
   std::int64_t milliseconds;
 };
 
-// Tells a line: a new best one, or again that of an iteration that is complete. Effort and score
-// are those of the moment; the status' own counters are left out.
+// Tells a new best line. The effort is that of the moment; the status' own counters are left out.
 void SayLine(const SearchStatus& status, const Effort& effort);
+
+// Tells the effort of a whole search.
+void SayEffort(const Effort& effort);
+
+// Tells how far the search is: iteration, root move (0: between two of them) and which one of them
+// it is, from 1.
+void SayProgress(int depth, Move move, int number, const Effort& effort);
 
 }  // namespace tarvyle::uci

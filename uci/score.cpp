@@ -23,8 +23,7 @@ int MatesIn(int score, int line_length) {
 
 std::string UciScore(int score, int line_length) {
   if (const int moves = MatesIn(score, line_length); moves > 0) {
-    // The window ends there: what the mate's length is, the next search of the root will say.
-    return "mate " + std::to_string(moves) + (score == kMateWindow ? " lowerbound" : "");
+    return "mate " + std::to_string(moves);
   }
   if (score <= -kMateWindow) {
     const int plies = PliesToMate(score <= kMated ? 0 : score - kMated, line_length);

@@ -21,6 +21,7 @@
 #include "search/root.h"
 #include "search/state.h"
 #include "search/status.h"
+#include "uci/firstguess.h"
 #include "uci/infolines.h"
 #include "uci/input.h"
 #include "uci/knowledge.h"
@@ -35,7 +36,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int kLeastDepth = 2;              // the first iteration there is
+constexpr std::int64_t kSignOfLife = 1000;  // milliseconds between two
 constexpr double kRandomSearchTakes = 1.5;  // of the time that it is given
 
 // The stages of a search by their clocks: an ordinary one has the first alone. The randomised one
@@ -51,6 +52,8 @@ struct Thinking {
   std::uint64_t before = 0;                          // nodes of the stages before
   std::uint64_t first_count = 0;                     // where the counter of this stage began
   std::uint64_t (*first_count_outside)() = nullptr;  // what the world had in its place
+  std::int64_t last_sign = 0;  // milliseconds: when the GUI was told last how far the search is
+  bool result_was_told = false;
   bool one_reply = false;
   bool enough = false;  // some limit has been reached
 };
@@ -91,8 +94,19 @@ bool StageIsOver() {
   return thinking.stage == kPlayouts && thinking.allowance.most == kNoLimit;
 }
 
+// The move that stands made at the root, and which one of the list it is: those that are searched
+// are brought to its front one by one.
+void TellProgress() {
+  thinking.last_sign = Elapsed();
+  const Move move = ply > 0 ? g.game_moves[g.game_len] : 0;
+  const Move* const first = tree + treeCnt[0];
+  const auto number = std::find(first, static_cast<const Move*>(tree + treeCnt[1]), move) - first;
+  SayProgress(s_depth, move, static_cast<int>(number) + 1, EffortSoFar());
+}
+
 bool ShouldStop() {
   HearWhileThinking();
+  if (Elapsed() - thinking.last_sign >= kSignOfLife) TellProgress();
   thinking.enough = thinking.enough || interruption.stop || ReachedLimit();
   return thinking.enough || StageIsOver();
 }
@@ -122,15 +136,17 @@ void Enough() {
   StopNow();
 }
 
+// A mate at the window's end has no length yet: the next search of the root finds it.
 void NoteLine(const SearchStatus& status) {
+  thinking.result_was_told = status.score != kMateWindow;
+  if (!thinking.result_was_told) return;
   SayLine(status, EffortSoFar());
   const int mates_in = MatesIn(status.score, LineLen(status.line));
   if (mates_in > 0 && mates_in <= thinking.limits.mate) Enough();
 }
 
-void NoteIteration(int depth, int score) {
+void NoteIteration(int /*depth*/, int /*score*/) {
   if (is_stop_search != 0) return;
-  SayLine({depth, score, 0, 0, pv_line}, EffortSoFar());
   const bool by_clock = thinking.limits.time[g.side] >= 0;
   if (Elapsed() >= thinking.allowance.last_start || (by_clock && thinking.one_reply)) Enough();
 }
@@ -142,11 +158,13 @@ unsigned SearchSeed() { return settings.seed != 0 ? settings.seed : RealSeed(); 
 // The engine's own clock stands still: all limits are kept by ShouldStop. Only the randomised
 // search divides its time by that clock.
 SearchSetting SettingOf(const std::vector<Move>& only) {
-  const int depth = thinking.limits.depth;
+  const int depth = thinking.limits.depth > 0 ? thinking.limits.depth : kMaxIteration;
   SearchSetting setting;
   setting.world = {[] { return 0u; }, SearchSeed, ShouldStop, BeginStage};
-  setting.hooks = {depth > 0 ? std::clamp(depth, kLeastDepth, kMaxIteration) : kMaxIteration,
-                   NoteIteration, only.size() > 1 ? only.data() : nullptr};
+  setting.hooks = {.max_depth = std::min(depth, kMaxIteration),
+                   .after_iteration = NoteIteration,
+                   .only = only.size() > 1 ? only.data() : nullptr,
+                   .first_depth = std::min(depth, kFirstIteration)};
   setting.on_line = NoteLine;
   if (is_rnd_search == 0) return setting;
   const double planned = static_cast<double>(thinking.allowance.last_start) / kRandomSearchTakes;
@@ -165,14 +183,17 @@ bool RunSearch(Move& move) {
 // A single reply leaves no depth in the randomised search.
 bool WasSearched() { return search_depth > 0; }
 
-// The result with all the effort that was made. The randomised search has not shown its lines.
+// The result, unless its line has been told, and all the effort that was made. The randomised
+// search has not shown its lines.
 void SayResult(Move move) {
+  if (thinking.result_was_told) return SayEffort(EffortSoFar());
   const LearnNode* node = is_rnd_search != 0 ? FindCurrentNode() : nullptr;
   const Move random_line[] = {move, 0};
   const SearchStatus result = node != nullptr
                                   ? SearchStatus{node->depth, node->score, 0, 0, random_line}
                                   : SearchStatus{search_depth, search_score, 0, 0, pv_line};
   SayLine(result, EffortSoFar());
+  SayEffort(EffortSoFar());
 }
 
 void SayBestMove(Move move) { Say(std::string("bestmove ") + MoveToStr(move)); }
@@ -186,13 +207,13 @@ void TellFound(Move move) {
   if (thinking.limits.only.empty()) PutDownResult();
 }
 
-void FindBestMove(Move first) {
-  Move move = first;
+void FindBestMove(const std::vector<Move>& moves) {
+  Move move = 0;
   if (RunSearch(move)) {
     TellFound(move);
   } else {
-    move = first;
-    SayInfo("no move was searched in time: the first legal one");
+    move = FirstGuess(moves);
+    SayInfo("no move was searched in time: the best at first sight");
   }
   if (thinking.limits.infinite) WaitForStop();
   SayBestMove(move);
@@ -241,7 +262,7 @@ void Think(const Limits& limits) {
   }
   if (AnswerFromBook(limits)) return;
   thinking.one_reply = ListLength() == 1;
-  FindBestMove(limits.only.empty() ? tree[0] : limits.only.front());
+  FindBestMove(limits.only.empty() ? std::vector<Move>(tree, tree + ListLength()) : limits.only);
 }
 
 }  // namespace tarvyle::uci

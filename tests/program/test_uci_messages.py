@@ -10,7 +10,7 @@ from positions import MATE_IN_ONE, STALEMATE
 from uci_engine import UciEngine
 
 PROTOCOL = re.compile(r"id (name|author) .+|uciok|readyok|option name .+|bestmove ([a-h][1-8][a-h][1-8][nq]?|0000)"
-                      r"|info (depth \d+ .+|string [ -~]*)")
+                      r"|info (nodes \d+ .+|depth \d+ .+|string [ -~]*)")
 ONE_REPLY = "7k/8/8/8/8/8/1r6/K7 w - - 0 1"
 
 

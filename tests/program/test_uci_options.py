@@ -79,7 +79,7 @@ def test_styles_differ(uci):
     found = set()
     for style in ("knowledge1", "knowledge2", "knowledge3"):
         uci.ask("ucinewgame", f"setoption name Style value {style}")
-        found.add(uci.go("depth 5", "startpos").lines[-1].nodes)
+        found.add(uci.go("depth 5", "startpos").nodes)
     assert len(found) == 3
 
 

@@ -12,8 +12,11 @@ from conftest import engine_environment, sanitized
 PATIENCE = 60.0  # seconds for any answer: sanitizers on a busy machine are slow
 SLOW = 10 if sanitized() else 1  # how much longer things may take than with a release
 
-INFO = re.compile(r"info depth (\d+) score (cp -?\d+|mate -?\d+(?: lowerbound)?) nodes (\d+) nps \d+ time (\d+) "
+INFO = re.compile(r"info depth (\d+) score (cp -?\d+|mate -?\d+) nodes (\d+) nps \d+ time (\d+) "
                   r"hashfull (\d+) pv((?: [a-h][1-8][a-h][1-8][nbrq]?)+)")
+EFFORT = re.compile(r"info nodes (\d+) nps \d+ time (\d+) hashfull \d+")
+PROGRESS = re.compile(r"info depth \d+(?: currmove [a-h][1-8][a-h][1-8][nbrq]? currmovenumber \d+)? nodes \d+ nps \d+ "
+                      r"time \d+ hashfull \d+")
 
 
 @dataclasses.dataclass
@@ -36,6 +39,8 @@ class Thought:
     lines: list[Line]
     strings: list[str]  # of "info string"
     seconds: float
+    nodes: int  # of the whole search; 0 when there was none
+    progress: int  # lines that tell how far it is
 
     def signature(self) -> list[tuple]:
         """What a search that is repeated gives again."""
@@ -122,11 +127,15 @@ class UciEngine:
         parsed = [Line(int(m[1]), m[2], int(m[3]), int(m[4]), int(m[5]), m[6].strip())
                   for m in map(INFO.fullmatch, lines) if m]
         strings = [line.removeprefix("info string ") for line in lines if line.startswith("info string ")]
-        rest = [line for line in lines[:-1] if not INFO.fullmatch(line) and not line.startswith("info string ")]
+        efforts = [int(m[1]) for m in map(EFFORT.fullmatch, lines) if m]
+        assert len(efforts) == 1 or (not parsed and not efforts), lines
+        progress = [line for line in lines if PROGRESS.fullmatch(line)]
+        rest = [line for line in lines[:-1] if not INFO.fullmatch(line) and not EFFORT.fullmatch(line)
+                and not PROGRESS.fullmatch(line) and not line.startswith("info string ")]
         assert rest in ([], ["info depth 0 score mate 0"], ["info depth 0 score cp 0"]), rest
         move = re.fullmatch(r"bestmove ([a-h][1-8][a-h][1-8][nq]?|0000)", lines[-1])
         assert move, lines[-1]
-        return Thought(move[1], parsed, strings, when - began)
+        return Thought(move[1], parsed, strings, when - began, sum(efforts), len(progress))
 
     def go(self, limits: str, position: str = "") -> Thought:
         """Searches the position, if one is given, within the limits."""

@@ -52,6 +52,24 @@ TEST_F(InfoLines, TellDepthScoreEffortAndTheWholeLine) {
             "info depth 2 score cp 0 nodes 7 nps 2333 time 3 hashfull 0 pv a7a8q");
 }
 
+TEST_F(InfoLines, TellHowFarASearchIs) {
+  HashClear();
+  const Move move = LineOf("g1f3")[0];
+  EXPECT_EQ(Said([&] {
+              SayProgress(9, move, 12, {3000, 2000});
+            }),
+            Lines{"info depth 9 currmove g1f3 currmovenumber 12 nodes 3000 nps 1500 time 2000 "
+                  "hashfull 0"});
+  EXPECT_EQ(Said([] {
+              SayProgress(9, 0, 1, {3000, 2000});
+            }),
+            Lines{"info depth 9 nodes 3000 nps 1500 time 2000 hashfull 0"});
+  EXPECT_EQ(Said([] {
+              SayEffort({3000, 2000});
+            }),
+            Lines{"info nodes 3000 nps 1500 time 2000 hashfull 0"});
+}
+
 TEST_F(InfoLines, TakeAMateToBeAsLongAsItsLine) {
   EXPECT_EQ(TextBetween(Line(9, 999998, "a1a2 b1b2 c1c2 d1d2 e1e2", {1, 1}), "score", "nodes"),
             "mate 3");

@@ -50,7 +50,7 @@ constexpr ScoreRow kScoreRows[] = {
     {-999997, 8, "mate -4", 0},
     {-1000000, 4, "mate -2", 0},
     // The edge of the window says only that there is a mate.
-    {kMateWindow, 3, "mate 50 lowerbound", 50},
+    {kMateWindow, 3, "mate 50", 50},
 };
 
 TEST(UciScore, CountsHundredthsOfAPawnAndMovesToAMate) {

@@ -38,7 +38,8 @@ constexpr const char* kSingleReply = "fen k7/8/8/8/8/7p/7P/7K w - - 0 1";
 constexpr const char* kSingleReplyOfBlack = "fen 7k/7p/7P/8/8/8/8/K7 b - - 0 1";
 constexpr const char* kNotSearched = "info string not searched: the only move";
 constexpr const char* kFromBook = "info string the book's move";
-constexpr const char* kUntouched = "info string no move was searched in time: the first legal one";
+constexpr const char* kUntouched =
+    "info string no move was searched in time: the best at first sight";
 
 class Thinks : public UciTest {
  protected:
@@ -52,7 +53,12 @@ class Thinks : public UciTest {
   }
 };
 
-Lines ThinkingLines(const Lines& said) { return Beginning(said, "info depth"); }
+// The lines with a score.
+Lines ThinkingLines(const Lines& said) {
+  Lines lines = Beginning(said, "info depth");
+  std::erase_if(lines, [](const std::string& line) { return line.find(" score ") == line.npos; });
+  return lines;
+}
 
 // The move that is said, which is the last line.
 std::string BestMoveIn(const Lines& said) {
@@ -61,8 +67,12 @@ std::string BestMoveIn(const Lines& said) {
 }
 
 long long LastNumber(const Lines& said, std::string_view word) {
-  const Lines lines = ThinkingLines(said);
-  return lines.empty() ? -1 : NumberAfter(lines.back(), word);
+  long long number = -1;
+  for (const std::string& line : Beginning(said, "info ")) {
+    if (line.starts_with("info string")) continue;
+    if (const long long found = NumberAfter(line, word); found >= 0) number = found;
+  }
+  return number;
 }
 
 std::string LastScore(const Lines& said) {
@@ -109,7 +119,7 @@ TEST_F(Thinks, ToADepth) {
   const Lines said = Go("depth 5", kMiddle);
   const Lines lines = ThinkingLines(said);
   ASSERT_FALSE(lines.empty());
-  EXPECT_EQ(said.size(), lines.size() + 1) << "nothing else is said";
+  EXPECT_EQ(said.size(), lines.size() + 2) << "only the effort besides";
   long long depth = 2;
   long long nodes = 0;
   for (const std::string& line : lines) {
@@ -131,21 +141,24 @@ TEST_F(Thinks, AsTheEngineDoes) {
   EXPECT_EQ(BestMoveIn(said), report.best_move);
   EXPECT_EQ(LastNumber(said, "nodes"), static_cast<long long>(report.nodes));
   EXPECT_EQ(LastScore(said), "cp " + std::to_string(report.score / 10));
-  // Each iteration is told at its end with all of its nodes.
+  // Each line is told once.
   const Lines lines = ThinkingLines(said);
-  for (const Iteration& iteration : report.iterations) {
-    const std::string told = "info depth " + std::to_string(iteration.depth) + " ";
-    const std::string effort = " nodes " + std::to_string(iteration.nodes) + " ";
-    int count = 0;
-    for (const std::string& line : lines) {
-      if (line.starts_with(told) && line.find(effort) != std::string::npos) ++count;
-    }
-    EXPECT_GE(count, 1) << iteration.depth;
+  ASSERT_EQ(lines.size(), report.lines.size());
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const std::string told = TextBetween(lines[i], "pv");
+    EXPECT_EQ(NumberAfter(" depth " + report.lines[i], "depth"), NumberAfter(lines[i], "depth"));
+    EXPECT_NE(report.lines[i].find(told.substr(0, 20)), std::string::npos) << lines[i];
   }
 }
 
-TEST_F(Thinks, OfADepthOfOneAsTwo) {
-  EXPECT_EQ(LastNumber(Go("depth 1", kMiddle), "depth"), 2);
+TEST_F(Thinks, NoDeeperThanItIsTold) {
+  const Lines said = Go("depth 1", kMiddle);
+  EXPECT_EQ(LastNumber(said, "depth"), 1);
+  EXPECT_LT(LastNumber(said, "nodes"), LastNumber(Go("depth 2", kMiddle), "nodes"));
+  EXPECT_EQ(BestMoveIn(said).size(), 4u);
+  Set("Random Search value true");
+  EXPECT_EQ(LastNumber(Go("depth 1", kMiddle), "depth"), 1);
+  Set("Random Search value false");
   EXPECT_EQ(LastNumber(Go("depth 2", kMiddle), "depth"), 2);
   EXPECT_EQ(LastNumber(Go("depth 3", kMiddle), "depth"), 3);
 }
@@ -169,16 +182,18 @@ TEST_F(Thinks, UpToExactlySoManyNodes) {
     EXPECT_EQ(LastNumber(said, "nodes"), nodes);
     const Lines lines = WithoutTimes(said);
     ASSERT_LT(lines.size(), whole.size());
-    EXPECT_TRUE(std::equal(lines.begin(), lines.end() - 1, whole.begin())) << nodes;
+    EXPECT_TRUE(std::equal(lines.begin(), lines.end(), whole.begin())) << nodes;
   }
 }
 
-TEST_F(Thinks, OfTheFirstMoveWhenThereIsNoTimeForAny) {
+TEST_F(Thinks, AtFirstSightWhenThereIsNoTimeForAnyMove) {
   const Lines said = Go("nodes 1", "startpos");
   EXPECT_EQ(said.size(), 2u);
   EXPECT_EQ(said[0], kUntouched);
   EXPECT_EQ(BestMoveIn(said).size(), 4u);
-  EXPECT_EQ(Go("nodes 1 searchmoves h2h3 a2a3", "startpos"), (Lines{kUntouched, "bestmove h2h3"}));
+  EXPECT_EQ(Go("nodes 1 searchmoves h2h3", "startpos"), (Lines{kUntouched, "bestmove h2h3"}));
+  EXPECT_EQ(BestMoveIn(Go("nodes 1", kMateAtOnce)), "a1a8");
+  EXPECT_EQ(BestMoveIn(Go("nodes 1 searchmoves a1a7 a1a6 h1g1", kMateAtOnce)).size(), 4u);
 }
 
 // --- time ----------------------------------------------------------------------------------------
@@ -247,6 +262,28 @@ TEST_F(Thinks, OfMates) {
   EXPECT_EQ(LastScore(Go("depth 6", kMatedNext)), "mate -1");
 }
 
+// The search that finds out that there is a mate does not know how long it is: stopped at any node,
+// the engine never says so but in the result.
+TEST_F(Thinks, OfMatesWithoutTheirBounds) {
+  const long long all = LastNumber(Go("depth 6", kMateInTwo), "nodes");
+  ASSERT_GT(all, 0);
+  int unknown = 0;
+  for (long long nodes = 1; nodes <= all; nodes += 1 + nodes / 50) {
+    FreshProcess();
+    const Lines said = Go("nodes " + std::to_string(nodes), kMateInTwo);
+    const Lines lines = ThinkingLines(said);
+    for (const std::string& line : lines) {
+      EXPECT_EQ(line.find("bound"), std::string::npos) << line;
+      if (TextBetween(line, "score", "nodes") != "mate 50") continue;
+      EXPECT_EQ(line, lines.back());
+      ++unknown;
+    }
+    if (lines.empty()) continue;
+    EXPECT_EQ(TextBetween(lines.back(), "pv").substr(0, 4), BestMoveIn(said)) << nodes;
+  }
+  EXPECT_GT(unknown, 0) << "the case is there";
+}
+
 TEST_F(Thinks, UntilAMateIsShortEnough) {
   const Lines whole = WithoutTimes(Go("depth 8", kMateInTwo));
   for (const int moves : {9, 2, 1}) {
@@ -262,6 +299,37 @@ TEST_F(Thinks, UntilAMateIsShortEnough) {
       EXPECT_LE(NumberAfter(" " + score, "mate"), moves);
       EXPECT_LT(lines.size(), whole.size());
     }
+  }
+}
+
+// --- signs of life -------------------------------------------------------------------------------
+
+TEST_F(Thinks, AloudEachSecond) {
+  const Lines said = Go("movetime 2300", kMiddle);
+  const Lines signs = Beginning(said, "info depth");
+  std::vector<long long> times;
+  for (const std::string& line : signs) {
+    if (NumberAfter(line, "currmovenumber") < 0) continue;
+    times.push_back(NumberAfter(line, "time"));
+    EXPECT_GE(NumberAfter(line, "depth"), 2) << line;
+    EXPECT_GE(NumberAfter(line, "currmovenumber"), 1) << line;
+    EXPECT_LE(NumberAfter(line, "currmovenumber"), 60) << line;
+    EXPECT_EQ(TextBetween(line, "currmove", "currmovenumber").size(), 4u) << line;
+    for (const char* word : {"nodes", "nps", "hashfull"}) EXPECT_GE(NumberAfter(line, word), 0);
+  }
+  ASSERT_EQ(times.size(), 2u);
+  EXPECT_GE(times[0], 1000);
+  EXPECT_GE(times[1], times[0] + 1000);
+  EXPECT_TRUE(Beginning(Go("movetime 300", kMiddle), "info depth 2 currmove").empty());
+}
+
+TEST_F(Thinks, AloudEachSecondOfTheMovesOfItsList) {
+  const Lines said = Go("movetime 1200 searchmoves a2a3 h2h3", kMiddle);
+  for (const std::string& line : Beginning(said, "info depth")) {
+    if (NumberAfter(line, "currmovenumber") < 0) continue;
+    const std::string move = TextBetween(line, "currmove", "currmovenumber");
+    EXPECT_TRUE(move == "a2a3" || move == "h2h3") << line;
+    EXPECT_LE(NumberAfter(line, "currmovenumber"), 2) << line;
   }
 }
 
