@@ -23,7 +23,7 @@ def test_a_table_too_small_for_its_tree_leads_to_the_same_nodes(workbench):
         engine.ask("setoption name Hash value 1", "setoption name Style value knowledge2",
                    "setoption name Seed value 1")
         thought = engine.go("depth 8", "fen r1b2rk1/2q1b1pp/p2ppn2/1p6/3QP3/1BN1B3/PPP3PP/R4RK1 w - -")
-    assert thought.lines[-1].nodes == NODES_IN_A_SMALL_TABLE
+    assert thought.nodes == NODES_IN_A_SMALL_TABLE
 
 
 @pytest.mark.parametrize("document", ["CONTRIBUTING.md", "docs/SCALING.md"])
