@@ -8,7 +8,6 @@
 #include "position/directions.h"
 #include "position/legal.h"
 #include "position/makemove.h"
-#include "position/movestack.h"
 #include "position/record.h"
 #include "search/state.h"
 

@@ -9,7 +9,6 @@
 
 #include "base/number.h"
 #include "host/engine.h"
-#include "search/hash.h"
 #include "search/hashmemory.h"
 #include "search/lifetimes.h"
 #include "search/style.h"
