@@ -19,7 +19,7 @@ from pathlib import Path
 from typing import Iterator, NamedTuple
 
 ROOT = Path(__file__).resolve().parent.parent
-FOLDERS = ("base", "position", "eval", "book", "pv", "search", "frontend", "host", "uci")
+FOLDERS = ("base", "position", "eval", "book", "pv", "search", "frontend", "host", "polyglot", "uci")
 DOCUMENT = ROOT / "docs" / "INTERFACES.md"
 NAMES = ROOT / "tests" / "data" / "interface_names.txt"
 HEAD = """# Interfaces

@@ -89,6 +89,7 @@ QUICK = {
     "pv": [bench(4), *units("pv", "search", "frontend")],
     "frontend": [*units("frontend"), *programs("sessions")],
     "base": units("base", "book", "frontend"),
+    "polyglot": units("polyglot"),
     "host": [bench(4), TALK, *units("host", "uci"), *programs("tarv")],
 }
 # What is run besides for a change that has gone unnoticed.
@@ -101,6 +102,7 @@ SLOW = {
     "pv": programs("sessions", "uci_search"),
     "frontend": programs(*ENGINE[1:], "faults", "xboard_streams", "tarv_game"),
     "base": programs(*ENGINE, *TOOLS, "uci_options", "faults"),
+    "polyglot": programs("tarv_book", "uci_options"),
     "host": programs(*TOOLS, *UCI),
 }
 OF_TOOLS = {"book": ("tarv_book",), "game": ("tarv_game",), "learn": ("tarv_learn", "tarv_analyse"),

@@ -8,7 +8,7 @@ import re
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 # In the order in which they are tried.
-FOLDERS = ("uci", "search", "position", "eval", "book", "pv", "frontend", "base", "host", "tools")
+FOLDERS = ("uci", "search", "position", "eval", "book", "pv", "frontend", "base", "host", "polyglot", "tools")
 
 COMPARISONS = {" < ": " <= ", " <= ": " < ", " > ": " >= ", " >= ": " > ", " == ": " != ", " != ": " == "}
 CANDIDATE = re.compile(r" (?:[<>]=?|[!=]=) |(?<![\w.'])(?:\d+\.\d+|\d+)(?![\w.'])")

@@ -91,8 +91,8 @@ def test_the_engine_tells_all_through_one_door():
     """Whoever holds the engine hears its messages there; past it go the procedures that are there to print."""
     printing = {}
     for path in files():
-        if path.parts[0] in ("base", "position", "eval", "book", "pv", "search", "host", "uci") and path.suffix in (
-                ".cpp", ".h"):
+        folders = ("base", "position", "eval", "book", "pv", "search", "host", "polyglot", "uci")
+        if path.parts[0] in folders and path.suffix in (".cpp", ".h"):
             code = re.sub(r"//.*", "", (PROJECT / path).read_text())
             found = ON_STANDARD_OUTPUT.findall(code)
             if found:
@@ -113,7 +113,7 @@ def is_constant(type_of: str) -> bool:
 def globals_of_headers() -> set[str]:
     """The variables that the headers of the engine declare, constants aside, with the plain names of fields."""
     names = set()
-    for folder in ("base", "position", "eval", "book", "pv", "search", "frontend", "host", "uci"):
+    for folder in ("base", "position", "eval", "book", "pv", "search", "frontend", "host", "polyglot", "uci"):
         for header in (PROJECT / folder).glob("*.h"):
             text = header.read_text(encoding="utf-8")
             variables = re.findall(r"^(?:extern|inline) ([^(=;{]*?)\s*\b(\w+)(?:\[[^;]*)?(?: = [^;]*)?;", text, re.M)
