@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <span>
 #include <system_error>
-#include <utility>
 
 #include "base/file.h"
 #include "polyglot/key.h"
@@ -31,6 +30,15 @@ bool KeysAscend(std::span<const RawEntry> entries) {
   return std::is_sorted(entries.begin(), entries.end(), [](const auto& left, const auto& right) {
     return std::memcmp(left.data(), right.data(), sizeof(Entry::key)) < 0;
   });
+}
+
+// Makes whole entries in order of what stands in a file.
+void SettleEntries(BinaryBook& book) {
+  book.left_over = book.bytes.size() % kEntrySize;
+  book.bytes.resize(book.bytes.size() - book.left_over);
+  const std::span<RawEntry> entries = RawEntries(book.bytes);
+  book.was_sorted = KeysAscend(entries);
+  if (!book.was_sorted) std::sort(entries.begin(), entries.end());
 }
 
 Entry EntryAt(const BinaryBook& book, std::size_t index) {
@@ -73,22 +81,17 @@ std::string ReadBook(const std::string& path, BinaryBook& book) {
   if (!fs::exists(status)) return error ? error.message() : std::strerror(ENOENT);
   if (!fs::is_regular_file(status)) return "it is no plain file";
   if (fs::file_size(path, error) > kMostBookBytes && !error) return "it is larger than 1 GiB";
-  std::string content;
-  if (ReadFile(path.c_str(), content) != FileState::kRead) return std::strerror(errno);
-  if (content.empty()) return "it is empty";
-  if (content.size() < kEntrySize) return "it is shorter than an entry of a Polyglot book";
-  book = BookOf(std::move(content));
-  return "";
+  if (ReadFile(path.c_str(), book.bytes) != FileState::kRead) return std::strerror(errno);
+  const bool is_empty = book.bytes.empty();
+  SettleEntries(book);
+  if (is_empty) return "it is empty";
+  return book.Size() > 0 ? "" : "it is shorter than an entry of a Polyglot book";
 }
 
-BinaryBook BookOf(std::string content) {
+BinaryBook BookOf(std::string_view content) {
   BinaryBook book;
-  book.left_over = content.size() % kEntrySize;
-  book.bytes = std::move(content);
-  book.bytes.resize(book.bytes.size() - book.left_over);
-  const std::span<RawEntry> entries = RawEntries(book.bytes);
-  book.was_sorted = KeysAscend(entries);
-  if (!book.was_sorted) std::sort(entries.begin(), entries.end());
+  book.bytes = content;
+  SettleEntries(book);
   return book;
 }
 

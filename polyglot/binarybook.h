@@ -30,7 +30,7 @@ struct BinaryBook {
 std::string ReadBook(const std::string& path, BinaryBook& book);
 
 // The book that a file with this content is.
-BinaryBook BookOf(std::string content);
+BinaryBook BookOf(std::string_view content);
 
 // Whether a file's content is such a book and no text: the numbers of its entries have zero bytes.
 bool LooksLikeBook(std::string_view content);

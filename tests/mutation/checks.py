@@ -102,10 +102,10 @@ SLOW = {
     "pv": programs("sessions", "uci_search"),
     "frontend": programs(*ENGINE[1:], "faults", "xboard_streams", "tarv_game"),
     "base": programs(*ENGINE, *TOOLS, "uci_options", "faults"),
-    "polyglot": programs("tarv_book", "uci_options"),
+    "polyglot": programs("tarv_polyglot", "uci_options"),
     "host": programs(*TOOLS, *UCI),
 }
-OF_TOOLS = {"book": ("tarv_book",), "game": ("tarv_game",), "learn": ("tarv_learn", "tarv_analyse"),
+OF_TOOLS = {"book": ("tarv_book", "tarv_polyglot"), "game": ("tarv_game",), "learn": ("tarv_learn", "tarv_analyse"),
             "suite": ("tarv_suite",), "uci": UCI}
 
 

@@ -47,7 +47,7 @@ def test_every_subcommand_has_help_with_an_example_and_is_completed(says, workbe
 
 
 def test_completion_of_values_and_files(workbench, tmp_path):
-    for name in ("a.lrn", "b.epd", "c.dat", "d.bk", "e.pgn", "f.txt"):
+    for name in ("a.lrn", "b.epd", "c.dat", "d.bk", "e.pgn", "f.txt", "g.bin"):
         (tmp_path / name).touch()
     (tmp_path / "folder").mkdir()
     assert complete(workbench, tmp_path, "learn", "st") == ["stats"]
@@ -55,6 +55,8 @@ def test_completion_of_values_and_files(workbench, tmp_path):
     assert complete(workbench, tmp_path, "learn", "analyse", "") == ["b.epd", "folder"]
     assert complete(workbench, tmp_path, "learn", "add-book", "") == ["a.lrn", "d.bk", "folder"]
     assert complete(workbench, tmp_path, "book", "from-pgn", "") == ["e.pgn", "folder"]
+    for command in ("to-polyglot", "from-polyglot"):
+        assert complete(workbench, tmp_path, "book", command, "") == ["d.bk", "folder", "g.bin"]
     assert complete(workbench, tmp_path, "game", "show", "") == ["c.dat", "folder"]
     assert complete(workbench, tmp_path, "suite", "b") == ["b.epd"]
     assert complete(workbench, tmp_path, "learn", "export", "--format", "") == ["csv", "epd", "json"]

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <initializer_list>
 #include <memory>
+#include <stdexcept>
 #include <string_view>
 #include <utility>
 
@@ -110,6 +111,13 @@ BookFile ReadBookFile(const std::string& path) {
   }
   InitNewGame();
   return book;
+}
+
+BookFile ReadSoundBook(const std::string& path) {
+  BookFile book = ReadBookFile(path);
+  if (book.errors.empty()) return book;
+  throw std::runtime_error(path + ": " + ErrorText(book.errors.front()) +
+                           "; `tarv book check` tells all");
 }
 
 const BookHeading* HeadingOf(const BookFile& book, const BookLine& line) {

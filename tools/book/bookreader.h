@@ -43,6 +43,10 @@ struct BookFile {
 // Reads a book file. Throws std::runtime_error when it cannot be opened. Changes the current game.
 BookFile ReadBookFile(const std::string& path);
 
+// The same for a book whose lines are to be handed on: throws std::runtime_error that tells the
+// first error when there is one.
+BookFile ReadSoundBook(const std::string& path);
+
 // The heading that a line stands under, or null.
 const BookHeading* HeadingOf(const BookFile& book, const BookLine& line);
 

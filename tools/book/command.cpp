@@ -1,9 +1,12 @@
 #include <memory>
 
+#include "position/record.h"
 #include "search/root.h"
 #include "tools/book/check.h"
 #include "tools/book/frompgn.h"
+#include "tools/book/frompolyglot.h"
 #include "tools/book/stats.h"
+#include "tools/book/topolyglot.h"
 #include "tools/commandline.h"
 #include "tools/subcommands.h"
 
@@ -56,6 +59,31 @@ void AddFromPgn(const Command& group) {
   command.Does([options] { BookFromPgn(*options); });
 }
 
+void AddToPolyglot(const Command& group) {
+  const Command command = group.AddCommand(
+      "to-polyglot",
+      "Makes a Polyglot book of a book; weights are the numbers of lines that play a move",
+      "tarv book to-polyglot tarvyle.bk tarvyle.bin");
+  auto options = std::make_shared<ToPolyglotOptions>();
+  command.Add("BOOK", options->book, "book file").Required();
+  command.Add("OUTPUT", options->output, "Polyglot book; -: standard output").Required();
+  command.Does([options] { BookToPolyglot(*options); });
+}
+
+void AddFromPolyglot(const Command& group) {
+  const Command command = group.AddCommand(
+      "from-polyglot", "Makes book lines of what a Polyglot book plays from the start position",
+      "tarv book from-polyglot --max-depth 24 performance.bin own.bk");
+  auto options = std::make_shared<FromPolyglotOptions>();
+  command.Add("BOOK", options->book, "Polyglot book").Required();
+  command.Add("OUTPUT", options->output, "book file; -: standard output").Required();
+  command.Add("--max-depth", options->max_depth, "half-moves of a line (default: 40)")
+      .Between(1, kMaxGameMoves);
+  command.Add("--max-lines", options->max_lines, "lines in all (default: 100000)")
+      .Between(1, 10000000);
+  command.Does([options] { BookFromPolyglot(*options); });
+}
+
 }  // namespace
 
 void AddBook(const Command& program) {
@@ -64,6 +92,8 @@ void AddBook(const Command& program) {
   AddCheck(group);
   AddBookStats(group);
   AddFromPgn(group);
+  AddToPolyglot(group);
+  AddFromPolyglot(group);
 }
 
 }  // namespace tarvyle::tools

@@ -29,14 +29,6 @@ void RefuseForeignOutput(const MergeOptions& options) {
                            " is there already: name it among the files to merge, or give --force");
 }
 
-void RefuseBadBook(const std::string& book) {
-  const BookFile read = ReadBookFile(book);
-  if (!read.errors.empty()) {
-    throw std::runtime_error(book + ": " + ErrorText(read.errors.front()) +
-                             "; `tarv book check` tells all");
-  }
-}
-
 }  // namespace
 
 void MergeLearnFiles(const MergeOptions& options) {
@@ -50,7 +42,7 @@ void MergeLearnFiles(const MergeOptions& options) {
 }
 
 void AddBookToLearnFile(const std::string& book, const std::string& file, bool replace) {
-  RefuseBadBook(book);
+  (void)ReadSoundBook(book);
   const HeldFile held(file);
   RecordSet all;
   all.AddFile(file);
