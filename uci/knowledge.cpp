@@ -92,9 +92,7 @@ void ReadBook() {
   std::string content;
   if (path.empty()) {
     SayInfo("there is no book file");
-  } else if (ReadFile(path.c_str(), content) != FileState::kRead) {
-    SayInfo("cannot read the book file " + path);
-  } else if (!IsText(content)) {
+  } else if (ReadFile(path.c_str(), content) == FileState::kRead && !IsText(content)) {
     SayInfo("the book file " + path + " is no text");
   } else if (!ReadBookFile(path.c_str())) {
     SayInfo("cannot read the book file " + path);

@@ -5,113 +5,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
-#include <string_view>
-#include <thread>
 #include <vector>
 
-#include "tests/support/uci_support.h"
+#include "tests/support/think_support.h"
 #include "uci/input.h"
-#include "uci/knowledge.h"
-#include "uci/options.h"
 
 namespace tarvyle::uci {
 
 using namespace support;
 
 namespace {
-
-constexpr const char* kMiddle =
-    "fen r1bq1rk1/ppp2ppp/2np1n2/2b1p3/2B1P3/2NP1N2/PPP2PPP/R1BQ1RK1 w - - 0 1";
-constexpr const char* kEndlessCaptures = "fen qqqqkqqq/qqqqqqqq/8/8/8/8/QQQQQQQQ/QQQQKQQQ w";
-constexpr const char* kMateAtOnce = "fen 6k1/5ppp/8/8/8/8/8/R6K w - - 0 1";
-constexpr const char* kMateInTwo = "fen 7k/8/8/8/8/8/R7/1R4K1 w - - 0 1";
-constexpr const char* kMatedNext = "fen 4k3/R7/8/8/8/8/1R6/4K3 b - - 0 1";
-constexpr const char* kCheckmated = "fen 7k/6Q1/6K1/8/8/8/8/8 b - - 0 1";
-constexpr const char* kStalemated = "fen 7k/5Q2/6K1/8/8/8/8/8 b - - 0 1";
-constexpr const char* kSingleReply = "fen k7/8/8/8/8/7p/7P/7K w - - 0 1";
-constexpr const char* kSingleReplyOfBlack = "fen 7k/7p/7P/8/8/8/8/K7 b - - 0 1";
-constexpr const char* kNotSearched = "info string not searched: the only move";
-constexpr const char* kFromBook = "info string the book's move";
-constexpr const char* kUntouched =
-    "info string no move was searched in time: the best at first sight";
-
-class Thinks : public UciTest {
- protected:
-  Thinks() {
-    KnowledgeIsStale();
-    FreshenKnowledge();
-  }
-
-  void Set(const std::string& words) {
-    EXPECT_EQ(Said([&] { ObeySetOption("name " + words); }), Lines());
-  }
-};
-
-// The lines with a score.
-Lines ThinkingLines(const Lines& said) {
-  Lines lines = Beginning(said, "info depth");
-  std::erase_if(lines, [](const std::string& line) { return line.find(" score ") == line.npos; });
-  return lines;
-}
-
-// The move that is said, which is the last line.
-std::string BestMoveIn(const Lines& said) {
-  if (said.empty() || !said.back().starts_with("bestmove ")) return "none";
-  return said.back().substr(9);
-}
-
-long long LastNumber(const Lines& said, std::string_view word) {
-  long long number = -1;
-  for (const std::string& line : Beginning(said, "info ")) {
-    if (line.starts_with("info string")) continue;
-    if (const long long found = NumberAfter(line, word); found >= 0) number = found;
-  }
-  return number;
-}
-
-std::string LastScore(const Lines& said) {
-  const Lines lines = ThinkingLines(said);
-  return lines.empty() ? "none" : TextBetween(lines.back(), "score", "nodes");
-}
-
-// All but what a repeated search may change.
-Lines WithoutTimes(const Lines& said) {
-  Lines lines;
-  for (const std::string& line : ThinkingLines(said)) {
-    lines.push_back(TextBetween(line, "depth", "nps") + ": " + TextBetween(line, "pv"));
-  }
-  return lines;
-}
-
-// A GUI that sends a text after a while.
-class LateGui {
- public:
-  template <typename Send>
-  explicit LateGui(Send send)
-      : thread_([send] {
-          std::this_thread::sleep_for(std::chrono::milliseconds(kPause));
-          send();
-        }) {}
-  ~LateGui() { thread_.join(); }
-  LateGui(const LateGui&) = delete;
-  LateGui& operator=(const LateGui&) = delete;
-
-  // Whether it has been waited for.
-  bool WasFirst() const { return std::chrono::steady_clock::now() - begin_ >= Pause(); }
-
- private:
-  static constexpr int kPause = 60;  // milliseconds
-  static std::chrono::milliseconds Pause() { return std::chrono::milliseconds(kPause); }
-
-  std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
-  std::thread thread_;
-};
 
 // --- depth ---------------------------------------------------------------------------------------
 
@@ -337,7 +245,7 @@ TEST_F(Thinks, AloudEachSecondOfTheMovesOfItsList) {
 
 TEST_F(Thinks, InfinitelyUntilStop) {
   for (const char* limits : {"infinite", "ponder", "depth 3 infinite", ""}) {
-    for (const char* position : {kMateAtOnce, kCheckmated, kStalemated}) {
+    for (const char* position : {kMateAtOnce, kMatedRoot, kStalemated}) {
       interruption = {};
       const LateGui gui([this] { Send("isready\nstop\n"); });
       const Lines said = Go(limits, position);
@@ -369,7 +277,7 @@ TEST_F(Thinks, UntilQuitOrUntilTheGuiIsGone) {
 TEST_F(Thinks, NoLongerThanItsLimitWithoutStop) {
   EXPECT_EQ(BestMoveIn(Go("depth 3", kMateAtOnce)), "a1a8");
   EXPECT_FALSE(interruption.stop);
-  EXPECT_EQ(Go("depth 3", kCheckmated), (Lines{"info depth 0 score mate 0", "bestmove 0000"}));
+  EXPECT_EQ(Go("depth 3", kMatedRoot), (Lines{"info depth 0 score mate 0", "bestmove 0000"}));
   EXPECT_EQ(Go("btime 5", kStalemated), (Lines{"info depth 0 score cp 0", "bestmove 0000"}));
 }
 
@@ -410,151 +318,6 @@ TEST_F(Thinks, AndPutsTheResultDown) {
   EXPECT_EQ(ReadFile(output).size(), size) << "nothing was found";
   Go("depth 3");
   EXPECT_EQ(ReadFile(output).size(), 2 * size);
-}
-
-class ThinksWithABook : public Thinks {
- protected:
-  explicit ThinksWithABook(const std::string& lines = "h2h4\n") {
-    Set("Book File value " + folder_.Write("my.bk", lines));
-    Set("OwnBook value true");
-    FreshenKnowledge();
-  }
-};
-
-TEST_F(ThinksWithABook, AlwaysTakesItsMove) {
-  const std::string output = folder_.Path("out.lrn");
-  Set("Learn Output value " + output);
-  const Lines answer{kFromBook, "bestmove h2h4"};
-  for (int seed = 1; seed <= 20; ++seed) {
-    Set("Seed value " + std::to_string(seed));
-    EXPECT_EQ(Go("depth 2", "startpos"), answer) << seed;
-  }
-  for (const char* limits : {"movetime 100", "nodes 7", "wtime 1000 btime 1000", "depth 9"}) {
-    EXPECT_EQ(Go(limits), answer) << limits;
-  }
-  Set("Random Search value true");
-  EXPECT_EQ(Go("depth 2"), answer);
-  EXPECT_EQ(ReadFile(output), "") << "of a book's move nothing is put down";
-}
-
-TEST_F(ThinksWithABook, ForItselfWhereItHasNoMove) {
-  EXPECT_GE(LastNumber(Go("depth 3", "startpos moves e2e4"), "depth"), 3);
-  Set("OwnBook value false");
-  FreshenKnowledge();
-  EXPECT_GE(LastNumber(Go("depth 3", "startpos"), "depth"), 3);
-}
-
-TEST_F(ThinksWithABook, ForItselfWhenItAnalyses) {
-  for (const char* limits : {"infinite", "ponder wtime 1000 btime 1000", "", "depth 3 infinite"}) {
-    Send("stop\n");
-    EXPECT_EQ(Beginning(Go(limits, "startpos"), kFromBook), Lines()) << limits;
-    EXPECT_TRUE(interruption.stop) << limits;
-  }
-  for (const char* limits :
-       {"mate 1 depth 2", "searchmoves h2h4 depth 3", "depth 3 searchmoves a2a3"}) {
-    const Lines said = Go(limits, "startpos");
-    EXPECT_EQ(Beginning(said, kFromBook), Lines()) << limits;
-    EXPECT_FALSE(ThinkingLines(said).empty()) << limits;
-  }
-}
-
-// Both moves have the same weight.
-TEST_F(ThinksWithABook, DrawsAmongItsMoves) {
-  Set("Book File value " + folder_.Write("two.bk", "h2h4\na2a4\n"));
-  FreshenKnowledge();
-  int first = 0;
-  constexpr int kDraws = 60;
-  for (int seed = 1; seed <= kDraws; ++seed) {
-    Set("Seed value " + std::to_string(seed));
-    const std::string move = BestMoveIn(Go("depth 2", "startpos"));
-    EXPECT_TRUE(move == "h2h4" || move == "a2a4") << move;
-    if (move == "h2h4") ++first;
-  }
-  EXPECT_GT(first, kDraws / 5);
-  EXPECT_LT(first, kDraws * 4 / 5);
-}
-
-// --- the randomised search -----------------------------------------------------------------------
-
-TEST_F(Thinks, InStagesOfTheRandomisedSearch) {
-  Set("Random Search value true");
-  const Lines said = Go("movetime 300", kMiddle);
-  // It takes half as much again as it is given, of which the first stage gets half.
-  EXPECT_EQ(Beginning(said, "info string #------> stage1"),
-            Lines{"info string #------> stage1 - search best move, time = 0.100000 "});
-  EXPECT_FALSE(Beginning(said, "info string # select move: " + BestMoveIn(said)).empty());
-  ASSERT_EQ(ThinkingLines(said).size(), 1u) << "its result";
-  EXPECT_EQ(TextBetween(ThinkingLines(said)[0], "pv"), BestMoveIn(said));
-  EXPECT_GE(LastNumber(said, "depth"), 2);
-  EXPECT_LT(LastNumber(said, "time"), 1300);
-}
-
-TEST_F(Thinks, AloudInTheRandomisedSearch) {
-  Set("Random Search value true");
-  const LateGui gui([this] { Send("isready\n"); });
-  const Lines said = Go("movetime 500", kMiddle);
-  const auto stage = std::find_if(said.begin(), said.end(), [](const std::string& line) {
-    return line.starts_with("info string #------> stage1");
-  });
-  EXPECT_EQ(std::count(stage, said.end(), "readyok"), 1) << "what it said, it said before";
-}
-
-TEST_F(Thinks, OfARandomisedSearchNoDeeperThanItIsTold) {
-  Set("Random Search value true");
-  const Lines said = Go("depth 4 movetime 60000", kMiddle);
-  EXPECT_EQ(LastNumber(said, "depth"), 4);
-  EXPECT_LT(LastNumber(said, "time"), 50000);
-  EXPECT_EQ(BestMoveIn(said).size(), 4u);
-}
-
-TEST_F(Thinks, OfARandomisedSearchToADepthAndNoFurther) {
-  Set("Random Search value true");
-  for (const int depth : {2, 3, 5}) {
-    const Lines said = Go("depth " + std::to_string(depth), kMiddle);
-    EXPECT_EQ(LastNumber(said, "depth"), depth);
-    EXPECT_EQ(BestMoveIn(said).size(), 4u);
-  }
-}
-
-TEST_F(Thinks, OfARandomisedSearchUpToExactlySoManyNodes) {
-  Set("Random Search value true");
-  for (const int nodes : {3000, 4096, 4097, 20000, 100001}) {
-    const Lines said = Go("nodes " + std::to_string(nodes), kMiddle);
-    EXPECT_EQ(Beginning(said, "info string #------> stage1").size(), 1u);
-    EXPECT_LE(LastNumber(said, "nodes"), nodes);
-    // Of what it is given, all but the play-outs' share is used up at least.
-    EXPECT_GE(LastNumber(said, "nodes"), nodes - nodes / 15 - 1);
-    EXPECT_LE(cnt_nodes, static_cast<std::uint64_t>(nodes) + kNodesPerPoll);
-  }
-}
-
-TEST_F(Thinks, OfARandomisedSearchThatTellsTheNodesOfAllItsStages) {
-  Set("Random Search value true");
-  const Lines said = Go("depth 4", kMiddle);
-  EXPECT_GT(LastNumber(said, "nodes"), static_cast<long long>(cnt_nodes)) << "of the last one";
-}
-
-TEST_F(Thinks, OfARandomisedSearchNoFurtherStageAfterStop) {
-  Set("Random Search value true");
-  Send("stop\n");
-  const Lines said = Go("infinite", kMiddle);
-  // The first look at the input comes after 4096 nodes; each stage behind it has a few.
-  EXPECT_LT(LastNumber(said, "nodes"), 4096 + 200);
-  EXPECT_EQ(BestMoveIn(said).size(), 4u);
-}
-
-TEST_F(Thinks, OfARandomisedSearchAsDeepAsItIsTold) {
-  Set("Random Search value true");
-  EXPECT_GE(LastNumber(Go("depth 7 movetime 60000", kMiddle), "depth"), 7);
-}
-
-TEST_F(Thinks, NotOfASingleReplyInTheRandomisedSearch) {
-  Set("Random Search value true");
-  const Lines said = Go("movetime 100", kSingleReply);
-  EXPECT_TRUE(ThinkingLines(said).empty());
-  ASSERT_GE(said.size(), 2u);
-  EXPECT_EQ(said[said.size() - 2], kNotSearched);
-  EXPECT_EQ(BestMoveIn(said), "h1g1");
 }
 
 }  // namespace
