@@ -28,6 +28,12 @@ static_assert(kMaxGameMoves + kMaxPly < kRecordMoves,
 inline Move tree[kTreeSize];
 inline int treeCnt[kMaxPly + 2];  // to the end of the list of ply kMaxPly
 
+// Leaves the root without moves, and with none set aside.
+inline void EmptyRootList() {
+  treeCnt[0] = 0;
+  treeCnt[1] = 0;
+}
+
 // Ordering value of each entry of `tree`. The search, which orders the lists, writes it, and the
 // book for those of the root.
 inline int sort_val[kTreeSize];

@@ -25,11 +25,6 @@ void ClearSearch() {
   pvReset(pv_tree);
 }
 
-void EmptyRootList() {
-  treeCnt[0] = 0;
-  treeCnt[1] = 0;
-}
-
 // Without queens a side may be better off not to move.
 bool NullMoveIsSound() { return g.piece_cnt[White][Queen] > 0 && g.piece_cnt[Black][Queen] > 0; }
 

@@ -13,6 +13,7 @@
 #include "position/makemove.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "position/text.h"
 #include "search/clock.h"
 #include "search/hash.h"
@@ -185,8 +186,7 @@ Move SearchStages(int allowance) {
   } else {
     Message("# move not fond ?!! \n");
   }
-  treeCnt[0] = 0;
-  treeCnt[1] = 0;
+  EmptyRootList();
   return chosen.move;
 }
 
