@@ -78,7 +78,7 @@ bool StrToMove(std::string_view text, Move& move) {
     if (OriginOf(candidate) != squares.from || TargetOf(candidate) != squares.to) continue;
     move = candidate;
     if ((candidate & kPromotion) != 0) {
-      move = (candidate & ~kPieceMask) | static_cast<Move>(PromotionPiece(text) << 12);
+      move = (candidate & ~kPieceMask) | PieceBits(PromotionPiece(text));
     }
     return true;
   }

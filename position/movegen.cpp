@@ -214,8 +214,8 @@ bool CloseList(const Move* end) {
 
 Move* MakePromote(Move* cursor) {
   const Move plain = cursor[-1] & ~kPieceMask;
-  cursor[-1] = plain + (kPromotion | Queen << 12);
-  *cursor = plain + (kPromotion | Knight << 12);
+  cursor[-1] = plain | kPromotion | PieceBits(Queen);
+  *cursor = plain | kPromotion | PieceBits(Knight);
   return cursor + 1;
 }
 

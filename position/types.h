@@ -87,7 +87,11 @@ inline constexpr Move kEnPassant = 0x20000000;
 inline constexpr Move kCapture = 0x40000000;
 inline constexpr Move kPromotion = 0x80000000;
 inline constexpr Move kNotQuiet = kCastling | kCapture | kPromotion;
-inline constexpr Move kEnPassantCapture = kCapture | kEnPassant | (Pawn << 12);
+
+// The bits of a move that tell its piece.
+constexpr Move PieceBits(int piece) { return static_cast<Move>(piece << 12); }
+
+inline constexpr Move kEnPassantCapture = kCapture | kEnPassant | PieceBits(Pawn);
 
 constexpr Square TargetOf(Move move) { return static_cast<Square>(move & kTargetMask); }
 constexpr Square OriginOf(Move move) { return static_cast<Square>(move >> 6 & 0x3F); }
@@ -103,7 +107,7 @@ constexpr bool IsReversible(Move move) {
 }
 
 constexpr Move MoveWord(int piece, Square origin, Square target) {
-  return static_cast<Move>(piece << 12 | origin << 6 | target);
+  return PieceBits(piece) | static_cast<Move>(origin << 6 | target);
 }
 
 // Castling moves by colour: the king's move; the rook's is implied.

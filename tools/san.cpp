@@ -75,9 +75,7 @@ Move TheMoveThatFits(const SanParts& parts) {
   for (int i = 0; i < ListLength(); ++i) {
     Move move = tree[i];
     if (!Fits(move, parts)) continue;
-    if ((move & kPromotion) != 0) {
-      move = (move & ~kPieceMask) | static_cast<Move>(parts.promotion << 12);
-    }
+    if ((move & kPromotion) != 0) move = (move & ~kPieceMask) | PieceBits(parts.promotion);
     if (found != 0 && found != move) return 0;
     found = move;
   }

@@ -201,7 +201,7 @@ TEST_F(LegalTest, FifthCharacterChoosesThePromotion) {
   for (const PromotionRow& row : rows) {
     Move move = 0;
     EXPECT_TRUE(StrToMove(row.text, move)) << row.text;
-    EXPECT_EQ(move, plain | static_cast<Move>(row.piece << 12)) << row.text;
+    EXPECT_EQ(move, plain | PieceBits(row.piece)) << row.text;
   }
 }
 

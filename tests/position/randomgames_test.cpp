@@ -36,7 +36,7 @@ class RandomGamesTest : public support::PositionTest {
     if (ListLength() == 0) return 0;
     const Move move = tree[treeCnt[ply] + static_cast<int>(Below(ListLength()))];
     if ((move & kPromotion) == 0) return move;
-    return (move & ~kPieceMask) | static_cast<Move>(Knight + Below(4)) << 12;
+    return (move & ~kPieceMask) | PieceBits(Knight + Below(4));
   }
 
   // Sets up a position and plays a game from it; returns the record before its first move.
