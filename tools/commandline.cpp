@@ -51,8 +51,8 @@ Option Command::AddFlag(const char* name, bool& value, const char* help) const {
 void Command::AddBounds(SearchBounds& bounds) {
   const Option seconds =
       Add("--seconds", bounds.seconds, "seconds for each position").Between(0.01, 100000.0);
-  const Option depth =
-      Add("--depth", bounds.depth, "deepest iteration; repeats exactly").Between(2, kMaxIteration);
+  const Option depth = Add("--depth", bounds.depth, "deepest iteration; repeats exactly")
+                           .Between(kFirstIteration, kMaxIteration);
   check_bounds_ = [seconds, depth] {
     if (!seconds.Given() && !depth.Given()) throw CLI::RequiredError("--seconds or --depth");
   };

@@ -76,7 +76,7 @@ void AddBench(const Command& program) {
   const Command command = program.AddCommand("bench", "Searches a fixed set of positions");
   auto options = std::make_shared<BenchOptions>();
   command.Add("--depth", options->depth, "depth of each search (default: 8)")
-      .Between(2, kMaxIteration);
+      .Between(kFirstIteration, kMaxIteration);
   command.Add("--style", options->style, "knowledge1, knowledge2 or knowledge3 (default)");
   command.AddFlag("--json", options->json, "prints one JSON object");
   command.Does([options] {

@@ -44,7 +44,7 @@ std::string AnswerSearch(const SearchOptions& options, std::string_view line) {
   if (fields.size() < 3) throw std::runtime_error("root, tab, style, tab, depth expected");
   const std::string root(fields[0]);
   const std::string style(fields[1]);
-  const int depth = DepthOf(fields[2], 2, kMaxIteration);
+  const int depth = DepthOf(fields[2], kFirstIteration, kMaxIteration);
   if (!load_play_style(style.c_str())) throw std::runtime_error("unknown style " + style);
   if (!options.chain) StartFresh(options);
   if (!SetUpRoot(root)) return root + "\trefused";
