@@ -11,6 +11,7 @@
 #include "position/game.h"
 #include "position/legal.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "position/setup.h"
 #include "position/text.h"
 #include "search/hashmemory.h"

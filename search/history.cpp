@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "position/record.h"
+#include "position/score.h"
 #include "search/state.h"
 
 namespace tarvyle {

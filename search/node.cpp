@@ -9,6 +9,7 @@
 #include "position/makemove.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "pv/tree.h"
 #include "search/clock.h"
 #include "search/hash.h"

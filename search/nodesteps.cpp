@@ -10,6 +10,7 @@
 #include "position/makemove.h"
 #include "position/movegen.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "search/clock.h"
 #include "search/draw.h"
 #include "search/hash.h"

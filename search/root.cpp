@@ -6,6 +6,7 @@
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "pv/line.h"
 #include "pv/tree.h"
 #include "search/clock.h"

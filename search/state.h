@@ -1,7 +1,6 @@
 #pragma once
 
 #include "position/record.h"
-#include "position/score.h"  // IWYU pragma: export
 #include "position/types.h"
 #include "pv/line.h"
 #include "search/limits.h"  // IWYU pragma: export
@@ -68,7 +67,7 @@ struct SearchState {
   int root_mtl[2] = {};                     // material at the root by colour; nothing reads it
   int search_tree_width_null_move_cut = 1;  // 1: the null move is on, for both sides have a queen
 
-  // The result, set by each root move that raises alpha.
+  // The result, set by each root move that raises alpha; of a book move `search_mv` alone.
   Move search_mv = 0;    // best root move, 0 before there is one
   int search_score = 0;  // its score
   int search_depth = 0;  // the iteration that found it
