@@ -31,7 +31,8 @@ void EnterPosition() {
   if (known == nullptr || std::strcmp(known->text, text) != 0) LinkLearnNode(NewLNode(text));
 }
 
-void ReadLine(char* line, int number) {
+// Enters the positions of a line of moves, up to a wrong one.
+void EnterLine(char* line, int number) {
   Tokenizer tokens;
   InitToken(tokens, line, kBetweenBookMoves);
   while (const char* token = GetToken(tokens)) {
@@ -57,7 +58,7 @@ bool ReadLibFile(const char* path) {
     std::string line = NextBookLine(rest);
     if (!IsOpeningLine(line.c_str())) continue;
     SetRecord(*start);
-    ReadLine(line.data(), ++number);
+    EnterLine(line.data(), ++number);
   }
   SetRecord(*game);
   return true;

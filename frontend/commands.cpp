@@ -192,6 +192,7 @@ bool RowSave(Command& command) {
   return true;
 }
 
+// Evaluates and tells nobody.
 bool RowScore(Command& /*command*/) {
   InitEvaluate();
   Evaluate(-kInfinity, kInfinity);

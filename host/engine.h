@@ -23,14 +23,15 @@ inline constexpr int kNoTimeLimit = 20000000;  // 1/100 s; the engine's clock ca
 bool StartEngine(int entries = kUsualEntries);
 
 // What a process has right after its start with this book file (none: an empty learn table and no
-// book): the start position, empty learn table, history and counters. Settings stay as they are.
-// False when the book cannot be read.
+// book): the start position, empty learn table, history and counters (ForgetAll). Settings stay as
+// they are. False when the book cannot be read.
 bool FreshProcess(const std::string& book_file = {});
 
 // Sets up "FEN" or "FEN moves m1 m2 ...". False, with some position on the board, when refused.
 bool SetUpRoot(std::string_view root);
 
-// The static evaluation of the current position, for the side to move.
+// The static evaluation of the current position, for the side to move; fits the evaluation tables
+// to it first, as each search does.
 int StaticScore();
 
 // Score and node count after one iteration.
@@ -40,9 +41,10 @@ struct Iteration {
   std::uint64_t nodes;
 };
 
-// What a search takes in place of what the process has.
+// What a search takes in place of what the process has. The randomised search does not heed all
+// hooks (roothooks.h).
 struct SearchSetting {
-  World world{};
+  World world{};                 // must be given: a clock and a seed at least
   int allowance = kNoTimeLimit;  // 1/100 s
   RootHooks hooks;
   void (*on_line)(const SearchStatus&) = nullptr;  // is told each thinking line
@@ -65,8 +67,8 @@ struct SearchReport {
 // The same, and tells what happened; the setting's own hooks are called as well.
 SearchReport SearchAndReport(SearchSetting setting);
 
-// Searches the current position with iterations 2..depth, without a clock, with a fixed seed. Asks
-// `world.should_stop` when there is one.
+// Searches the current position with iterations kFirstIteration..depth, without a clock, with a
+// fixed seed. Asks `world.should_stop` when there is one.
 SearchReport SearchToDepth(int depth, unsigned seed);
 
 }  // namespace tarvyle

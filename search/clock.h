@@ -27,11 +27,12 @@ inline constexpr auto& cnt_nodes = search_clock.cnt_nodes;
 inline constexpr auto& is_stop_search = search_clock.is_stop_search;
 
 // What a search takes from the world outside: a clock in milliseconds, and a seed for the random
-// generator. Tests, benchmarks and tools put their own in place; the last two are theirs alone.
+// generator. host/, uci/, fuzz targets and tests put their own in place; the last two are theirs
+// alone.
 struct World {
   std::uint32_t (*milliseconds)();
   unsigned (*seed)();
-  // Asked whenever the clock is read: true stops the search. Null: only the clock does.
+  // Asked whenever StopSearch reads the clock: true stops the search. Null: only the clock does.
   bool (*should_stop)() = nullptr;
   // Asked at the start of each stage, while the counter is still that of the one before: where it
   // begins. The clock is read each time the counter reaches a multiple of kNodesPerPoll: this

@@ -23,9 +23,10 @@ void ForgetSearches();
 
 // --- game ----------------------------------------------------------------------------------------
 
-// The start position, at the root and with an empty root list. What searches have left stays: other
-// games may lead to the same positions. So do the repetition counters: what a game adds to them is
-// not taken back.
+// The start position, at the root and with an empty root list, for a process that forgets; "new"
+// and the start of the program call InitNewGame, which sets up the board alone. What searches have
+// left stays: other games may lead to the same positions. So do the repetition counters: what a
+// game adds to them is not taken back.
 void BeginGame();
 
 // --- search --------------------------------------------------------------------------------------

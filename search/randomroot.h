@@ -10,7 +10,7 @@ namespace tarvyle {
 
 // Chooses a move by the randomised root search: half the allowance for the best move, most of the
 // allowance for candidates within two pawns of it, and, when the leaders are near-equal, a tenth
-// for random play-outs. Reports its stages on standard output. Writes the move and returns true, or
+// for random play-outs. Reports its stages (base/message.h). Writes the move and returns true, or
 // returns false when there is none. `limit_time` is the same afterwards.
 bool Rnd_Root_Search(Move& move);
 

@@ -11,7 +11,7 @@ namespace tarvyle {
 void SavePvLine(Move* line, const Move* child_line, Move move);
 
 // Publishes a root result: search_mv, search_depth, search_score, search_list (game and line) and
-// search_start_pos_key, and prints the thinking line. The second argument has no meaning.
+// search_start_pos_key, and tells the thinking line. The second argument has no meaning.
 void SaveRootScore(int score, int ignored, Move move, int depth, const Move* line);
 
 // What a move that raised alpha leaves behind at its node: best move, killers and, when it did not

@@ -16,7 +16,8 @@ struct SearchStatus {
   const Move* line;  // ended by 0
 };
 
-// Receives each thinking line in place of standard output when set; for tools.
+// Receives each thinking line when set, which then is no message (base/message.h); for `host/` and
+// `uci/`.
 extern void (*status_sink)(const SearchStatus&);
 
 // Score in the form that the interface shows: score / 10 + score % 10, deliberately not score / 10.
@@ -25,8 +26,8 @@ constexpr int ShownScore(int score) { return score / 10 + score % 10; }
 // At most 14 moves of a line, each followed by a blank.
 std::string StatusLine(const Move* line);
 
-// Prints one thinking line: depth, shown score, elapsed 1/100 s, nodes, line. Silent while the
-// randomised root search is on, which reports in its own words.
+// Tells one thinking line as a message: depth, shown score, elapsed 1/100 s, nodes, line. Silent
+// while the randomised root search is on, which reports in its own words.
 void PrintSearchStatus(int depth, int score, int elapsed, std::uint32_t nodes_lo,
                        std::uint32_t nodes_hi, const Move* line);
 
