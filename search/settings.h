@@ -8,8 +8,8 @@ inline constexpr int kDefaultLimit = 750;  // 1/100 s
 
 // How the nodes of the principal variation probe their moves, and whether others reduce late ones.
 enum PlayStyle : int {
-  // From depth 3 on probes twice, at one less and in full depth, below once. Root moves are searched
-  // fully whatever their probes say. Other nodes reduce nothing.
+  // From depth 3 on probes twice, at one less and in full depth, below once. Root moves are
+  // searched fully whatever their probes say. Other nodes reduce nothing.
   kKnowledge1,
   // Probes once. Verifies a move that fails low: searches it again, the best reply to it left out.
   kKnowledge2,
