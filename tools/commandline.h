@@ -48,7 +48,7 @@ class Command {
   // An option without a value.
   Option AddFlag(const char* name, bool& value, const char* help) const;
 
-  // --seconds and --depth, one of which must be given.
+  // --seconds and --depth, one of which must be given: the action of a later `Does` sees to that.
   void AddBounds(SearchBounds& bounds);
 
   // A command below this one; `example` ends its help, when there is one.

@@ -70,6 +70,8 @@ bool Fits(Move move, const SanParts& parts) {
          name.find(parts.origin) != std::string::npos;
 }
 
+// The list has promotions to queen and knight alone: either fits a promotion to any piece, which
+// the move found then gets from the text.
 Move TheMoveThatFits(const SanParts& parts) {
   Move found = 0;
   for (int i = 0; i < ListLength(); ++i) {

@@ -48,7 +48,8 @@ GamePosition CurrentPosition() {
   return position;
 }
 
-// The FEN of the position that the game begins with.
+// The FEN of the position that the game begins with. Its text would take the en-passant square from
+// the move before, which there is none; the record has that of the set-up.
 std::string CurrentFen() {
   std::string fields = EpdFields(CurrentText());
   if (g.ep_sq != 0) {

@@ -21,7 +21,7 @@ struct GameMove {
   int number;                // of the full move
   int side;                  // that made it
   std::optional<int> score;  // for White, 1/1000 pawn, where the engine searched the move; a mate
-                             // counts from the position after it, and has none when given
+                             // counts from `after`; none of a move that mates
   GamePosition after;
 };
 
