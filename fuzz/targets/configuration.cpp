@@ -11,6 +11,10 @@
 
 namespace {
 
+// What README.md promises of "time search default seconds", in 1/100 s.
+constexpr int kLeastAllowance = 700;
+constexpr int kGreatestAllowance = 10000;
+
 constexpr const char* kKeys[] = {"hash size", "book move", "learn file write", "", "="};
 
 }  // namespace
@@ -26,7 +30,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   for (const char* key : kKeys) fuzz::Expect(property_get(key) != nullptr, "there is an answer");
   ApplySettings();
-  fuzz::Expect(limit_time >= 700 && limit_time <= 10000, "the allowance has its bounds");
+  fuzz::Expect(limit_time >= kLeastAllowance && limit_time <= kGreatestAllowance,
+               "the allowance has its bounds");
   fuzz::Expect(PLAY_STYLE >= 0 && PLAY_STYLE <= 2, "the style is one of three");
   return 0;
 }
