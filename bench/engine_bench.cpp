@@ -21,12 +21,11 @@
 #include "position/movegen.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "position/setup.h"
 #include "position/types.h"
 #include "search/hash.h"
-#include "search/hashmemory.h"
 #include "search/root.h"
-#include "search/state.h"
 
 namespace tarvyle {
 

@@ -9,7 +9,7 @@
 #include "position/legal.h"
 #include "position/makemove.h"
 #include "position/record.h"
-#include "search/state.h"
+#include "position/score.h"
 
 namespace tarvyle::uci {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "search/state.h"
+#include "position/score.h"
 
 namespace tarvyle::uci {
 

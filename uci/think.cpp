@@ -14,6 +14,7 @@
 #include "position/legal.h"
 #include "position/movestack.h"
 #include "position/record.h"
+#include "position/score.h"
 #include "position/text.h"
 #include "position/types.h"
 #include "pv/line.h"

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <algorithm>
+#include <gtest/gtest.h>
 #include <chrono>
+#include <compare>
 #include <string>
 #include <string_view>
 #include <thread>

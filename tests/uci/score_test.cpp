@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "search/state.h"
+#include "position/score.h"
 
 namespace tarvyle::uci {
 

@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "tests/support/think_support.h"
 #include "uci/input.h"
-#include "uci/think.h"
 
 namespace tarvyle::uci {
 

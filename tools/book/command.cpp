@@ -22,7 +22,7 @@ void AddCheck(const Command& group) {
   command.Add("FILE", options->file, "book file").Required();
   const Option depth =
       command.Add("--depth", options->depth, "search the last position of each line to this depth")
-          .Between(2, kMaxIteration);
+          .Between(kFirstIteration, kMaxIteration);
   command.Add("--limit", options->limit, "pawns it may be unbalanced by (default: 1.2)")
       .Needs(depth)
       .Between(0.0, 100.0);
