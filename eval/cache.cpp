@@ -19,6 +19,8 @@ std::uint64_t generation = kSpread;
 
 }  // namespace
 
+// `state`: the rights of both colours in bits 0-3, who has castled in 4 and 5, the direction table
+// in 6.
 std::uint64_t EvaluationKey() {
   const std::uint64_t state = (g.castle & 15) | (g.castled[White] != 0 ? 16u : 0u) |
                               (g.castled[Black] != 0 ? 32u : 0u) | (dir == dir_black ? 64u : 0u);

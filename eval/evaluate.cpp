@@ -24,7 +24,8 @@ int maxHungValue[2];
 
 namespace {
 
-// No pawn, queen or rook, and at most a minor piece or two knights on either side.
+// No pawn, queen or rook, and at most a minor piece or two knights on either side. With 3 for a
+// knight and 4 for a bishop, a side has more than that from 7 on.
 bool NobodyCanWin() {
   const auto& sets = board_sets.of;
   if ((sets[White][Pawn] | sets[White][Rook] | sets[White][Queen] | sets[Black][Pawn] |

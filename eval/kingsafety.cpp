@@ -19,7 +19,7 @@ namespace {
 // in use as well.
 SquareSet RingOf(Square king) {
   SquareSet ring = king_set[king];
-  const int ninth = ToWide(king) + dir[8];
+  const int ninth = ToWide(king) + dir[d_start[Knight]];
   if (!OffBoard(ninth)) ring |= SetOf(FromWide(ninth));
   return ring;
 }

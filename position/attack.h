@@ -9,15 +9,16 @@
 
 namespace tarvyle {
 
-// By attacker - target + 119 in 16-wide form. `atk`: bit p is set when a piece of code p on the
-// attacker's square reaches the target on an empty board (bit 1: all four diagonal neighbours).
-// `dir_atk`: for sliding pieces, the step that leads from the target towards the attacker.
+// By AttackIndex. `atk`: bit p is set when a piece of code p on the attacker's square reaches the
+// target on an empty board (bit 1: all four diagonal neighbours). `dir_atk`: for sliding pieces,
+// the step that leads from the target towards the attacker.
 extern std::uint32_t atk[256];
 extern int dir_atk[256];
 
 // The index of a square and itself; the least one, of a8 and h1, is 0.
 inline constexpr int kAttackCentre = 119;
 
+// Attacker - target in 16-wide form, shifted so that it is never negative.
 constexpr int AttackIndex(Square attacker, Square target) {
   return ToWide(attacker) - ToWide(target) + kAttackCentre;
 }

@@ -17,9 +17,10 @@ inline constexpr int kTypedMove = kInfinity + 1;
 std::uint32_t ControlSumm(const void* data, int length);
 
 // Plays a legal move into the game (`ply` 0) and records `score` with it. Returns false, changing
-// nothing, when the record holds 400 moves. Before, a byte sum over the whole record must survive
-// making and taking back the move; if not, a message goes to standard error and the process aborts.
-// That happens also when the move's place still holds a move that may be redone: deliberately so.
+// nothing, when the game has kMaxGameMoves moves. Before, a byte sum over the whole record must
+// survive making and taking back the move; if not, a message goes to standard error and the process
+// aborts. That happens also when the move's place still holds a move that may be redone:
+// deliberately so.
 bool InsertMoveInGame(Move move, int score);
 
 // Takes back the last move of the game, which RedoGameMove may then replay; nothing at the start.

@@ -10,7 +10,8 @@ namespace tarvyle {
 
 namespace {
 
-// Everything that the game record keeps incrementally is recomputed and compared.
+// All that the helpers of pieces.h keep up is recomputed and compared. What a board does not tell,
+// castling rights and the counters of moves, is not looked at.
 
 // Counters and keys that follow from a board alone.
 struct Tally {

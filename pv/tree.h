@@ -51,7 +51,7 @@ void pvInsertToFront(PvTree& tree, PvNode** head, PvNode* node);
 PvNode** pvInsertToEnd(PvTree& tree, PvNode** head, PvNode* node);
 
 // Merges a line into the tree, bringing each of its moves to the front of its list. Moves beyond
-// the 80th, or beyond the end of the pool, are dropped.
+// the first kPvLineMoves, or beyond the end of the pool, are dropped.
 void pvInsertLine(PvTree& tree, const Move* line);
 
 // Follows the first `count` moves of `line` from the root. Returns the link to the list of replies

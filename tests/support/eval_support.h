@@ -4,6 +4,8 @@
 #include <random>
 #include <string>
 
+#include "position/score.h"
+
 // Positions for the tests of evaluation and book: set-ups, random boards and games.
 
 namespace tarvyle::support {
@@ -13,7 +15,7 @@ namespace tarvyle::support {
 void SetUpRoot(const std::string& fen);
 
 // Bounds that no evaluation reaches, so that neither ends it early.
-inline constexpr int kFar = 1000000;
+inline constexpr int kFar = kInfinity;
 
 // The evaluation within these bounds.
 int EvaluateFully();

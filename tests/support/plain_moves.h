@@ -7,7 +7,8 @@
 
 // A second, plain move generator: it walks from each piece of the piece list by rows and files, in
 // the order of directions that a side's table has, and writes every move where it meets it. It
-// shares no code with the engine's but the game record.
+// shares no code with the engine's but the game record; PlainlyLegal alone makes its move by
+// MakeMove.
 
 namespace tarvyle::support {
 
