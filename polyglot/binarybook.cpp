@@ -35,7 +35,7 @@ bool KeysAscend(std::span<const RawEntry> entries) {
 // Makes whole entries in order of what stands in a file.
 void SettleEntries(BinaryBook& book) {
   book.left_over = book.bytes.size() % kEntrySize;
-  book.bytes.resize(book.bytes.size() - book.left_over);
+  book.bytes.erase(book.bytes.size() - book.left_over);
   const std::span<RawEntry> entries = RawEntries(book.bytes);
   book.was_sorted = KeysAscend(entries);
   if (!book.was_sorted) std::sort(entries.begin(), entries.end());
@@ -85,7 +85,9 @@ std::string ReadBook(const std::string& path, BinaryBook& book) {
   const bool is_empty = book.bytes.empty();
   SettleEntries(book);
   if (is_empty) return "it is empty";
-  return book.Size() > 0 ? "" : "it is shorter than an entry of a Polyglot book";
+  if (book.Size() > 0) return "";
+  book = {};
+  return "it is shorter than an entry of a Polyglot book";
 }
 
 BinaryBook BookOf(std::string_view content) {

@@ -50,6 +50,7 @@ class BinaryBookTest : public PositionTest {
     BinaryBook book = BookOf(BytesOf({AtStart(kE2E4, 1)}));
     const std::string reason = ReadBook(path, book);
     EXPECT_EQ(book.Size(), 0u);
+    EXPECT_EQ(book.left_over, 0u);
     return reason;
   }
 
