@@ -12,7 +12,7 @@ set(allowed_search search eval book pv position base)
 set(allowed_frontend frontend search eval book pv position base)
 set(allowed_polyglot polyglot position base)
 set(allowed_host host search eval book pv position base)
-set(allowed_uci uci host frontend search eval book pv position base)
+set(allowed_uci uci host frontend polyglot search eval book pv position base)
 set(folders base position eval book pv search frontend host polyglot uci)
 
 include(${REACH})

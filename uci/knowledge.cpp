@@ -16,6 +16,7 @@
 #include "book/learnfile.h"
 #include "host/learntable.h"
 #include "uci/output.h"
+#include "uci/polyglotbook.h"
 #include "uci/settings.h"
 
 namespace tarvyle::uci {
@@ -87,8 +88,12 @@ bool ReadBookFile(const char* path) {
 }
 
 void ReadBook() {
-  if (!settings.own_book || HoldsBook()) return;
+  ForgetPolyglotBook();
+  if (!settings.own_book) return;
   const std::string& path = settings.book_file;
+  // That one stands beside the learn table; what the table holds does not keep it out.
+  if (IsPolyglotBook(path)) return ReadPolyglotBook(path);
+  if (HoldsBook()) return;
   std::string content;
   if (path.empty()) {
     SayInfo("there is no book file");

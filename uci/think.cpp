@@ -27,6 +27,7 @@
 #include "uci/input.h"
 #include "uci/knowledge.h"
 #include "uci/output.h"
+#include "uci/polyglotbook.h"
 #include "uci/score.h"
 #include "uci/settings.h"
 #include "uci/timerule.h"
@@ -230,6 +231,7 @@ bool BookMayAnswer(const Limits& limits) {
 // configuration says so.
 Move BookMove() {
   std::srand(SearchSeed());
+  if (HoldsPolyglotBook()) return PolyglotMove(static_cast<unsigned>(std::rand()));
   return MoveFromLib(0, ListLength() - 1);
 }
 

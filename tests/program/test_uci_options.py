@@ -2,6 +2,7 @@
 
 import pathlib
 import re
+import struct
 import time
 
 import learn_records
@@ -123,6 +124,73 @@ def test_the_own_book_answers(start, tmp_path):
     for seed in range(1, 12):
         uci.ask(f"setoption name Seed value {seed}")
         assert uci.go("depth 2").lines
+
+
+def polyglot_book(*rows: tuple[int, int]) -> bytes:
+    """Moves and weights for the start position."""
+    return b"".join(struct.pack(">QHHI", 0x463B96181691FC9C, *row, 0) for row in rows)
+
+
+H2H4, A2A3, E2E5 = 0o1737, 0o1020, 0o1444
+
+
+def test_a_polyglot_book_answers_by_weight(start, tmp_path):
+    (tmp_path / "my book").write_bytes(polyglot_book((E2E5, 90), (H2H4, 30), (A2A3, 10)))
+    uci = start(f"Book File={tmp_path / 'my book'}", "OwnBook=true")
+    counts = {"h2h4": 0, "a2a3": 0}
+    for seed in range(1, 201):
+        uci.send(f"setoption name Seed value {seed}")
+        thought = uci.go("depth 9", "startpos")
+        assert thought.strings == ["the book's move"] and thought.lines == []
+        counts[thought.move] += 1
+    assert 120 < counts["h2h4"] < 180  # 150 are expected, give or take 6
+    assert uci.go("depth 3 searchmoves e2e4 d2d4", "startpos").lines[-1].depth == 3
+    assert uci.go("depth 3", "startpos moves h2h4").lines[-1].depth == 3
+    uci.ask("setoption name OwnBook value false", "ucinewgame")
+    assert uci.go("depth 3", "startpos").lines[-1].depth == 3
+
+
+def test_a_polyglot_book_leaves_analysis_alone(start, tmp_path):
+    (tmp_path / "a.bin").write_bytes(polyglot_book((H2H4, 1)))
+    uci = start(f"Book File={tmp_path / 'a.bin'}", "OwnBook=true")
+    assert uci.go("depth 3", "startpos").lines == []
+    began = uci.send("go infinite")
+    time.sleep(0.2)
+    uci.send("stop")
+    assert uci.thought(began).lines[-1].depth > 3
+
+
+@pytest.mark.parametrize("content, complaint", [
+    (b"", "cannot read the book file {}: it is empty"),
+    (b"\0" * 15, "cannot read the book file {}: it is shorter than an entry of a Polyglot book"),
+    (polyglot_book((H2H4, 1)) + b"123", "the book file {} is damaged: what can be used of it is"),
+    (b"\xff" * 10 + b"\0" * 6 + polyglot_book((H2H4, 1)), "the book file {} is damaged: what can be used of it is"),
+])
+def test_damaged_polyglot_books_are_reported(start, tmp_path, content, complaint):
+    book = tmp_path / "a.bin"
+    book.write_bytes(content)
+    uci = start()
+    uci.send(f"setoption name Book File value {book}", "setoption name OwnBook value true")
+    assert uci.ask() == ["info string " + complaint.format(book)]
+    assert uci.go("depth 3", "startpos").move == "h2h4" or len(content) < 16
+
+
+def test_a_learned_book_does_not_keep_a_polyglot_one_out(start, says, tmp_path):
+    (tmp_path / "a.bin").write_bytes(polyglot_book((H2H4, 1)))
+    (tmp_path / "b.bk").write_text("a2a3\n")
+    (tmp_path / "b.lrn").touch()
+    says("learn", "add-book", "b.bk", "b.lrn")
+    uci = start(f"Learn File={tmp_path / 'b.lrn'}", f"Book File={tmp_path / 'a.bin'}", "OwnBook=true")
+    assert {uci.go("depth 2", "startpos").move for _ in range(10)} == {"h2h4"}
+
+
+def test_another_book_takes_the_place_of_a_polyglot_one(start, tmp_path):
+    (tmp_path / "a.bin").write_bytes(polyglot_book((H2H4, 1)))
+    (tmp_path / "b.bk").write_text("a2a3\n")
+    uci = start(f"Book File={tmp_path / 'a.bin'}", "OwnBook=true")
+    assert uci.go("depth 3", "startpos").move == "h2h4"
+    uci.ask(f"setoption name Book File value {tmp_path / 'b.bk'}", "ucinewgame")
+    assert "h2h4" not in {uci.go("depth 2", "startpos").move for _ in range(5)}
 
 
 def test_wrong_moves_in_a_book_are_reported(start, tmp_path):
