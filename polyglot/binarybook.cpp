@@ -99,7 +99,8 @@ BinaryBook BookOf(std::string_view content) {
 
 bool LooksLikeBook(std::string_view content) {
   constexpr std::size_t kEnough = 64 * kEntrySize;
-  return content.substr(0, kEnough).find('\0') != std::string_view::npos;
+  const std::string_view start = content.substr(0, kEnough);
+  return start.find('\0') != std::string_view::npos && BookOf(start).was_sorted;
 }
 
 std::vector<Entry> EntriesOf(const BinaryBook& book, std::uint64_t key) {

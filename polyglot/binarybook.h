@@ -32,7 +32,8 @@ std::string ReadBook(const std::string& path, BinaryBook& book);
 // The book that a file with this content is.
 BinaryBook BookOf(std::string_view content);
 
-// Whether a file's content is such a book and no text: the numbers of its entries have zero bytes.
+// Whether a file's content is such a book, and no text or picture: the numbers of its entries have
+// zero bytes, and the first entries are sorted.
 bool LooksLikeBook(std::string_view content);
 
 // A move of a book with the sum of its entries' weights.

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <fstream>  // IWYU pragma: keep
+#include <string_view>
 #include <system_error>
 
 #include "polyglot/binarybook.h"
@@ -24,7 +25,11 @@ bool IsPolyglotBook(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   file.read(start.data(), start.size());
   const auto count = static_cast<std::size_t>(file.gcount());
-  return count > 0 ? polyglot::LooksLikeBook({start.data(), count}) : path.ends_with(".bin");
+  const std::string_view content(start.data(), count);
+  if (polyglot::LooksLikeBook(content)) return true;
+  // A damaged one is still told as what it is meant to be.
+  return path.ends_with(".bin") &&
+         (content.empty() || content.find('\0') != std::string_view::npos);
 }
 
 void ReadPolyglotBook(const std::string& path) {

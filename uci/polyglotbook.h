@@ -8,7 +8,7 @@
 
 namespace tarvyle::uci {
 
-// Whether a file is such a book: by its content, or by its name when it has none.
+// Whether a file is such a book by its content, or by its name when the content is damaged.
 bool IsPolyglotBook(const std::string& path);
 
 // Reads one; reports what is wrong with it.

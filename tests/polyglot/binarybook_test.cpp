@@ -180,6 +180,8 @@ TEST_F(BinaryBookTest, LooksUnlikeAText) {
   EXPECT_FALSE(LooksLikeBook("# A00\ne2e4 e7e5\n"));
   EXPECT_FALSE(LooksLikeBook(std::string(5000, '\xE9')));
   EXPECT_FALSE(LooksLikeBook(""));
+  EXPECT_FALSE(LooksLikeBook(std::string(16, '\xE9') + BytesOf({AtStart(kE2E4, 2)})))
+      << "not sorted";
 }
 
 TEST_F(BinaryBookTest, DrawsAsOftenAsTheWeightsSay) {
