@@ -9,7 +9,7 @@
 #include "pv/line.h"
 #include "search/hash.h"
 #include "uci/output.h"
-#include "uci/score.h"
+#include "uci/scorewords.h"
 
 namespace tarvyle::uci {
 

@@ -15,9 +15,9 @@
 #include "book/learn.h"
 #include "book/learnfile.h"
 #include "host/learntable.h"
+#include "uci/optionvalues.h"
 #include "uci/output.h"
 #include "uci/polyglotbook.h"
-#include "uci/settings.h"
 
 namespace tarvyle::uci {
 

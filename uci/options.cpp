@@ -13,8 +13,8 @@
 #include "search/lifetimes.h"
 #include "search/style.h"
 #include "uci/knowledge.h"
+#include "uci/optionvalues.h"
 #include "uci/output.h"
-#include "uci/settings.h"
 #include "uci/words.h"
 
 namespace tarvyle::uci {

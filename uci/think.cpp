@@ -26,10 +26,10 @@
 #include "uci/infolines.h"
 #include "uci/input.h"
 #include "uci/knowledge.h"
+#include "uci/optionvalues.h"
 #include "uci/output.h"
 #include "uci/polyglotbook.h"
-#include "uci/score.h"
-#include "uci/settings.h"
+#include "uci/scorewords.h"
 #include "uci/timerule.h"
 
 namespace tarvyle::uci {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "uci/limits.h"
+#include "uci/golimits.h"
 
 namespace tarvyle::uci {
 

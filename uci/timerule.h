@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "uci/limits.h"
+#include "uci/golimits.h"
 
 namespace tarvyle::uci {
 

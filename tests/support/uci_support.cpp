@@ -13,7 +13,7 @@
 #include "uci/dialogue.h"
 #include "uci/input.h"
 #include "uci/knowledge.h"
-#include "uci/limits.h"
+#include "uci/golimits.h"
 #include "uci/options.h"
 #include "uci/place.h"
 #include "uci/think.h"

@@ -12,7 +12,7 @@
 #include "position/types.h"
 #include "tests/support/uci_support.h"
 #include "uci/knowledge.h"
-#include "uci/settings.h"
+#include "uci/optionvalues.h"
 
 namespace tarvyle::uci {
 

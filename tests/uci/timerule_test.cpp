@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "position/types.h"
-#include "uci/limits.h"
+#include "uci/golimits.h"
 
 namespace tarvyle::uci {
 

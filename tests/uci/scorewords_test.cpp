@@ -1,6 +1,6 @@
 // Scores in the protocol's words.
 
-#include "uci/score.h"
+#include "uci/scorewords.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "uci/extras.h"
+#include "uci/extracommands.h"
 
 #include <cstdint>
 #include <cstdio>

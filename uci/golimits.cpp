@@ -1,4 +1,4 @@
-#include "uci/limits.h"
+#include "uci/golimits.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "uci/score.h"
+#include "uci/scorewords.h"
 
 #include <algorithm>
 

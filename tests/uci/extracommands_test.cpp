@@ -1,6 +1,6 @@
 // Commands that are not the protocol's but customary.
 
-#include "uci/extras.h"
+#include "uci/extracommands.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // What "go" asks for.
 
-#include "uci/limits.h"
+#include "uci/golimits.h"
 
 #include <gtest/gtest.h>
 
