@@ -3,8 +3,8 @@
 // What the terms of the evaluation weigh, in 1/1000 pawn. A "loss" is taken off and never below 0,
 // all others are added. Material is value[] of position/types.h; the piece-square values are in
 // scoretable.cpp, main_diag and PASSED_PAWN_ROW in tables.h, what the pieces weigh for the phase in
-// phase.cpp. The second evaluation of the tests
-// (tests/support/plain_evaluation.cpp) has its own copy of all of these, on purpose.
+// phase.cpp. The second evaluation of the tests (tests/support/plain_*) has its own copy of all of
+// these, on purpose.
 
 namespace tarvyle::weight {
 
