@@ -152,7 +152,7 @@ TEST_F(Thinks, OfARandomisedSearchNoFurtherStageAfterStop) {
 
 TEST_F(Thinks, OfARandomisedSearchAsDeepAsItIsTold) {
   Set("Random Search value true");
-  EXPECT_GE(LastNumber(Go("depth 7 movetime 60000", kMiddle), "depth"), 7);
+  EXPECT_GE(LastNumber(Go("depth 5 movetime 60000", kMiddle), "depth"), 5);
 }
 
 TEST_F(Thinks, NotOfASingleReplyInTheRandomisedSearch) {
