@@ -5,8 +5,8 @@
 
 namespace tarvyle {
 
-// How others bound and watch a root search. Left alone, nothing changes. The randomised search heeds
-// all but `after_iteration`.
+// How others bound and watch a root search. Left alone, nothing changes. The randomised search
+// heeds all but `after_iteration`.
 struct RootHooks {
   int max_depth = kMaxIteration;                            // deepest iteration
   void (*after_iteration)(int depth, int score) = nullptr;  // called at the end of each

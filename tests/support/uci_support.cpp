@@ -11,9 +11,9 @@
 
 #include "host/positiontext.h"
 #include "uci/dialogue.h"
+#include "uci/golimits.h"
 #include "uci/input.h"
 #include "uci/knowledge.h"
-#include "uci/golimits.h"
 #include "uci/options.h"
 #include "uci/place.h"
 #include "uci/think.h"
