@@ -84,7 +84,8 @@ void HandOut(HashEntry* table, std::size_t bytes) {
 #endif
   for (std::size_t at = 0; at < bytes; at += kSmallPage) {
     volatile unsigned char& byte = reinterpret_cast<unsigned char*>(table)[at];
-    byte = byte;
+    const unsigned char same = byte;
+    byte = same;
   }
 }
 
