@@ -15,7 +15,8 @@ endif()
 
 if(TARVYLE_SANITIZE)
   target_compile_options(project_options INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=address $<$<NOT:$<BOOL:$<TARGET_PROPERTY:TEST_CODE>>>:-fsanitize=undefined>
+    -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(project_options INTERFACE -fsanitize=address,undefined)
 endif()
 

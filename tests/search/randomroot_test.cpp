@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/build_kind.h"
 #include "tests/support/randomsearch_support.h"
 
 namespace tarvyle {
@@ -200,6 +201,7 @@ TEST_F(RandomisedSearch, ThinkingLinesAreSuppressed) {
 TEST_F(RandomisedSearch, EachStageKeepsToItsShareOfTheAllowance) {
   ASSERT_TRUE(HashAllocate(0x10000));
   for (const int allowance : {kAllowance, 750, 400}) {
+    if (kSlowBuild && allowance != kAllowance) continue;
     for (const char* root : {kBothMovesAreMated, kStart.data()}) {
       SCOPED_TRACE(testing::Message() << allowance << ", " << root);
       ASSERT_TRUE(FreshProcess());
