@@ -1,5 +1,6 @@
 # Includes run one way:
-# tools -> uci -> frontend, host -> search -> eval, book, pv -> position -> base.
+# tools -> uci -> frontend, host -> search -> eval, book, pv -> position -> base,
+# and tools, uci -> polyglot -> position.
 #
 # Headers are included with their folder ("position/record.h"), so one include root for all would
 # let any folder see any other. Each folder therefore gets a root of its own in the build tree that
